@@ -1,0 +1,77 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Compiler settings, and the functions that folders use to declare what they hold.
+
+option(CVTAMBER_TESTS "Build the tests" ON)
+option(CVTAMBER_BENCH "Build the benchmarks (needs Google Benchmark)" OFF)
+option(CVTAMBER_FUZZ "Build the fuzz targets" OFF)
+option(CVTAMBER_WERROR "Treat warnings as errors" ON)
+set(CVTAMBER_SANITIZE "" CACHE STRING "Sanitizers for -fsanitize, separated by commas")
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_AUTOMOC ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+
+add_library(cvtamber_options INTERFACE)
+target_include_directories(cvtamber_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
+target_compile_definitions(cvtamber_options INTERFACE
+    QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_NO_FOREACH
+    QT_DISABLE_DEPRECATED_BEFORE=0x060400 QT_USE_QSTRINGBUILDER
+    CVTAMBER_VERSION="${PROJECT_VERSION}")
+
+if(MSVC)
+    target_compile_options(cvtamber_options INTERFACE /W4 /permissive- /utf-8 $<$<BOOL:${CVTAMBER_WERROR}>:/WX>)
+else()
+    target_compile_options(cvtamber_options INTERFACE
+        -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wunused
+        -Wconversion -Wformat=2 -Wimplicit-fallthrough -Wextra-semi
+        $<$<BOOL:${CVTAMBER_WERROR}>:-Werror>
+        -fstack-protector-strong)
+    if(UNIX AND NOT APPLE)
+        target_compile_options(cvtamber_options INTERFACE
+            $<$<CXX_COMPILER_ID:GNU>:-fstack-clash-protection> $<$<CXX_COMPILER_ID:GNU>:-fcf-protection>)
+        target_link_options(cvtamber_options INTERFACE -Wl,-z,relro,-z,now -Wl,-z,noexecstack)
+    endif()
+    if(CVTAMBER_SANITIZE)
+        target_compile_options(cvtamber_options INTERFACE
+            -fsanitize=${CVTAMBER_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+        target_link_options(cvtamber_options INTERFACE -fsanitize=${CVTAMBER_SANITIZE})
+    else()
+        # Fortification needs optimisation and hides faults from the sanitizers, hence only here.
+        target_compile_options(cvtamber_options INTERFACE $<$<CONFIG:Release>:-U_FORTIFY_SOURCE>
+            $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=2>)
+        target_compile_definitions(cvtamber_options INTERFACE $<$<CONFIG:Release>:_GLIBCXX_ASSERTIONS>)
+    endif()
+endif()
+
+# cvtamber_library(NAME SOURCES a.cpp ... [PUBLIC lib ...] [PRIVATE lib ...])
+# One library a folder; PUBLIC only for what its headers need.
+function(cvtamber_library name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;PUBLIC;PRIVATE")
+    add_library(${name} STATIC ${arg_SOURCES})
+    target_link_libraries(${name} PUBLIC cvtamber_options ${arg_PUBLIC} PRIVATE ${arg_PRIVATE})
+endfunction()
+
+# cvtamber_program(NAME SOURCES main.cpp ... LIBRARIES lib ...)
+function(cvtamber_program name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
+    add_executable(${name} ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE cvtamber_options ${arg_LIBRARIES})
+endfunction()
+
+# cvtamber_test(NAME SOURCES tst_x.cpp ... LIBRARIES lib ...): a Qt Test program, run by CTest without a display.
+function(cvtamber_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "SOURCES;LIBRARIES")
+    add_executable(${name} ${arg_SOURCES})
+    target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+    target_link_libraries(${name} PRIVATE cvtamber_options Qt6::Test ${arg_LIBRARIES})
+    add_test(NAME ${name} COMMAND ${name})
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 120)
+    endif()
+    set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT}
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;ASAN_OPTIONS=detect_stack_use_after_return=1")
+endfunction()

@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "base/RunLoop.h"
+#include "base/SystemLog.h"
+#include "device/BluetoothCentral.h"
+#include "device/CVBTPeripheral.h"
+
+namespace cvtamber {
+
+class CVBluetoothManagerDelegate
+{
+public:
+    CVBluetoothManagerDelegate() = default;
+    CVBluetoothManagerDelegate(const CVBluetoothManagerDelegate &) = delete;
+    CVBluetoothManagerDelegate &operator=(const CVBluetoothManagerDelegate &) = delete;
+    virtual ~CVBluetoothManagerDelegate() = default;
+
+    virtual void newDeviceFound(const CVBTPeripheralPtr &device) = 0;
+};
+
+// Finds devices: scans for the device service, connects briefly to each device, reads its serial number and
+// name, disconnects and announces it.
+//
+// States: idle -> scanning (at once, or when the radio comes on) -> for each new device: connecting (after
+// 0.5 s) -> discovering (after 0.5 s) -> reading -> disconnected and announced. The scan goes on until
+// stopDeviceScan. A link that ends with an error makes the device new again. While the device object
+// connects, it is the central's delegate and the manager hears nothing; startDeviceScan takes the central
+// back. Thread: main thread. Owner: start-up; process-wide through defaultManager. Made with create() only.
+class CVBluetoothManager final : public BluetoothCentralDelegate,
+                                 public BluetoothPeripheralDelegate,
+                                 public std::enable_shared_from_this<CVBluetoothManager>
+{
+public:
+    // The run loop and the log must outlive the manager.
+    static std::shared_ptr<CVBluetoothManager> create(RunLoop &runLoop, SystemLog &log,
+                                                      std::unique_ptr<BluetoothCentral> central);
+    // The one manager of the process; null before start-up has set it.
+    static std::shared_ptr<CVBluetoothManager> defaultManager();
+    static void setDefaultManager(const std::shared_ptr<CVBluetoothManager> &manager);
+
+    ~CVBluetoothManager() override;
+
+    void startDeviceScan();
+    void internalStartScan();
+    void stopDeviceScan();
+    void clearDevices();
+    bool isBluetoothSupported() const;
+    void connectPeripheral(const BluetoothPeripheralPtr &peripheral);
+    void discoverServices(const BluetoothPeripheralPtr &peripheral);
+
+    QList<CVBTPeripheralPtr> devices() const { return _cvBtPeripherals; }
+    BluetoothCentral &centralManager() const { return *_centralManager; }
+    std::shared_ptr<CVBluetoothManagerDelegate> delegate() const { return _delegate.lock(); }
+    void setDelegate(const std::weak_ptr<CVBluetoothManagerDelegate> &delegate) { _delegate = delegate; }
+
+    void cvBtDeviceSerialRead(const QString &serial);
+
+    void centralDidUpdateState() override;
+    void centralDidDiscoverPeripheral(const BluetoothPeripheralPtr &peripheral) override;
+    void centralDidConnectPeripheral(const BluetoothPeripheralPtr &peripheral) override;
+    void centralDidFailToConnectPeripheral(const BluetoothPeripheralPtr &peripheral,
+                                           const BluetoothResult &error) override;
+    void centralDidDisconnectPeripheral(const BluetoothPeripheralPtr &peripheral,
+                                        const BluetoothResult &error) override;
+
+    void peripheralDidDiscoverServices(const BluetoothPeripheralPtr &peripheral,
+                                       const BluetoothResult &error) override;
+    void peripheralDidDiscoverCharacteristics(const BluetoothPeripheralPtr &peripheral,
+                                              const BluetoothServicePtr &service,
+                                              const BluetoothResult &error) override;
+    void peripheralDidUpdateValue(const BluetoothPeripheralPtr &peripheral,
+                                  const BluetoothCharacteristicPtr &characteristic, const QByteArray &value,
+                                  const BluetoothResult &error) override;
+    void peripheralDidUpdateNotificationState(const BluetoothPeripheralPtr &,
+                                              const BluetoothCharacteristicPtr &,
+                                              const BluetoothResult &) override
+    {}
+    void peripheralDidWriteValue(const BluetoothPeripheralPtr &, const BluetoothCharacteristicPtr &,
+                                 const BluetoothResult &) override
+    {}
+
+private:
+    CVBluetoothManager(RunLoop &runLoop, SystemLog &log, std::unique_ptr<BluetoothCentral> central);
+    void announce(const BluetoothPeripheralPtr &peripheral, const QString &serialNumber,
+                  const QString &airName);
+    void performLater(void (CVBluetoothManager::*step)(const BluetoothPeripheralPtr &),
+                      const BluetoothPeripheralPtr &peripheral);
+
+    RunLoop &_runLoop;
+    SystemLog &_log;
+    std::unique_ptr<BluetoothCentral> _centralManager;
+    std::weak_ptr<CVBluetoothManagerDelegate> _delegate;
+    QList<BluetoothPeripheralPtr> _peripherals;
+    QList<CVBTPeripheralPtr> _cvBtPeripherals;
+    BluetoothServicePtr _cvBtDeviceService;
+    BluetoothServicePtr _cvBtGAPService;
+    bool _initScanAfterPowerOn = false;
+};
+
+} // namespace cvtamber
