@@ -1,0 +1,298 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "device/TextCodec.h"
+
+#include "device/DeviceTables.h"
+#include "device/TextComposition.h"
+#include "device/TextTables.h"
+
+#include <QChar>
+
+#include <bitset>
+#include <cstring>
+
+namespace cvtamber::TextCodec {
+
+namespace {
+
+constexpr quint8 unchanged(quint8 byte)
+{
+    return byte;
+}
+
+constexpr quint8 frenchOut(quint8 byte)
+{
+    using namespace DeviceByteMaps;
+    return byte == FrenchLigatureInPage ? FrenchLigatureOnDevice : WesternOut(byte);
+}
+
+constexpr quint8 westernIn(quint8 byte)
+{
+    using namespace DeviceByteMaps;
+    return byte == SharpSOnDevice ? SharpSInPage : WesternIn(byte);
+}
+
+constexpr quint8 frenchIn(quint8 byte)
+{
+    using namespace DeviceByteMaps;
+    if (byte == FrenchLigatureOnDevice)
+        return FrenchLigatureInPage;
+    return byte == FrenchSmallLigature ? byte : westernIn(byte);
+}
+
+constexpr quint8 greekIn(quint8 byte)
+{
+    using namespace DeviceByteMaps;
+    return byte >= GreekAccentsIn.first ? GreekAccentsIn(byte) : GreekIn(byte);
+}
+
+constexpr CodePages::UpperHalf noUpperHalf()
+{
+    CodePages::UpperHalf page{};
+    page.fill(CodePages::Undefined);
+    return page;
+}
+
+// Both directions of one device language or one bare code page.
+struct Tables
+{
+    EncodeTable out;
+    DecodeTable in;
+};
+
+template<typename OutMap, typename InMap>
+constexpr Tables makeTables(const CodePages::UpperHalf &page, OutMap outMap, InMap inMap)
+{
+    return {EncodeTable::make(page, outMap), makeDecodeTable(page, inMap)};
+}
+
+constexpr Tables Western = makeTables(CodePages::Windows1252, DeviceByteMaps::WesternOut, westernIn);
+constexpr Tables French = makeTables(CodePages::Windows1252, frenchOut, frenchIn);
+constexpr Tables Greek = makeTables(CodePages::Windows1253, DeviceByteMaps::GreekOut, greekIn);
+constexpr Tables BareAscii = makeTables(noUpperHalf(), unchanged, unchanged);
+constexpr Tables Bare1250 = makeTables(CodePages::Windows1250, unchanged, unchanged);
+constexpr Tables Bare1252 = makeTables(CodePages::Windows1252, unchanged, unchanged);
+constexpr Tables Bare1253 = makeTables(CodePages::Windows1253, unchanged, unchanged);
+constexpr Tables Bare1256 = makeTables(CodePages::Windows1256, unchanged, unchanged);
+
+const Tables &tablesFor(int language)
+{
+    switch (language) {
+    case DeviceLanguage::French:
+        return French;
+    case DeviceLanguage::Greek:
+        return Greek;
+    case DeviceLanguage::Polish: // the device uses the code page itself
+        return Bare1250;
+    case DeviceLanguage::Arabic:
+        return Bare1256;
+    default:
+        return Western;
+    }
+}
+
+const Tables &tablesFor(StringEncoding encoding)
+{
+    switch (encoding) {
+    case StringEncoding::Ascii:
+        break;
+    case StringEncoding::WindowsCP1250:
+        return Bare1250;
+    case StringEncoding::WindowsCP1252:
+        return Bare1252;
+    case StringEncoding::WindowsCP1253:
+        return Bare1253;
+    case StringEncoding::WindowsCP1256:
+        return Bare1256;
+    }
+    return BareAscii;
+}
+
+// Characters handled at a time: a size that compilers turn into vector instructions.
+constexpr int BlockSize = 16;
+
+// One text on its way out. Writes at most one byte a UTF-16 unit.
+class Encoder
+{
+public:
+    Encoder(QStringView text, const EncodeTable &table, uchar *out)
+        : _table(table)
+        , _in(text.utf16())
+        , _end(_in + text.size())
+        , _runStart(_in)
+        , _out(out)
+    {}
+
+    // The end of what was written.
+    uchar *run()
+    {
+        while (_end - _in >= BlockSize) {
+            if (narrowBlock() || lookUpBlock()) {
+                _in += BlockSize;
+                _out += BlockSize;
+                continue;
+            }
+            const char16_t *const blockEnd = _in + BlockSize;
+            while (_in < blockEnd)
+                encodeOne();
+        }
+        while (_in < _end)
+            encodeOne();
+        return _out;
+    }
+
+    qsizetype replaced() const { return _replaced; }
+
+private:
+    // False, with nothing moved, when the block is not all ASCII.
+    bool narrowBlock()
+    {
+        std::array<uchar, BlockSize> bytes{};
+        unsigned seen = 0;
+        for (size_t i = 0; i < BlockSize; ++i) {
+            seen |= _in[i];
+            bytes[i] = static_cast<uchar>(_in[i]);
+        }
+        if (seen >= 128)
+            return false;
+        std::memcpy(_out, bytes.data(), BlockSize);
+        return true;
+    }
+
+    // False, with nothing moved, when the block holds a character without a byte.
+    bool lookUpBlock()
+    {
+        std::array<uchar, BlockSize> bytes{};
+        unsigned seen = 0;
+        for (size_t i = 0; i < BlockSize; ++i) {
+            const unsigned entry = _table[_in[i]];
+            seen |= entry;
+            bytes[i] = static_cast<uchar>(entry);
+        }
+        if (seen & EncodeTable::Lacking)
+            return false;
+        std::memcpy(_out, bytes.data(), BlockSize);
+        return true;
+    }
+
+    void put(quint16 entry)
+    {
+        _replaced += entry >= EncodeTable::Lacking ? 1 : 0;
+        *_out++ = static_cast<uchar>(entry);
+    }
+
+    void encodeOne()
+    {
+        const quint16 entry = _table[*_in];
+        if (entry >= EncodeTable::Lacking && QChar::combiningClass(*_in) != 0) {
+            encodeMarks();
+            return;
+        }
+        const bool isPair = QChar::isHighSurrogate(*_in) && _end - _in > 1 && QChar::isLowSurrogate(_in[1]);
+        put(entry);
+        _in += isPair ? 2 : 1;
+    }
+
+    // Takes the marks from the first one that the page lacks to the last, and composes those it can with the
+    // character they stand on, which has been written already. A mark that stays keeps later marks of its
+    // class from composing, as in Unicode's composition.
+    void encodeMarks()
+    {
+        std::bitset<256> staying;
+        const char16_t *starter = _in;
+        while (starter > _runStart && QChar::combiningClass(*--starter) != 0)
+            staying.set(QChar::combiningClass(*starter));
+        // One byte a unit since the starter: a unit without a byte would have brought us here before.
+        uchar *const starterOut = _out - (_in - starter);
+        char16_t base = starter < _in ? *starter : u'\0';
+        for (; _in < _end && QChar::combiningClass(*_in) != 0; ++_in) {
+            const auto markClass = QChar::combiningClass(*_in);
+            const char16_t composed = staying.test(markClass) ? u'\0' : TextComposition::compose(base, *_in);
+            if (composed != 0 && _table[composed] < EncodeTable::Lacking) {
+                *starterOut = static_cast<uchar>(_table[composed]);
+                base = composed;
+            } else {
+                staying.set(markClass);
+                put(_table[*_in]);
+            }
+        }
+        _runStart = _in;
+    }
+
+    const EncodeTable &_table;
+    const char16_t *_in;
+    const char16_t *const _end;
+    const char16_t *_runStart; // marks before it are done with
+    uchar *_out;
+    qsizetype _replaced = 0;
+};
+
+EncodedText encodeWith(QStringView text, const EncodeTable &table)
+{
+    EncodedText result{QByteArray(text.size(), Qt::Uninitialized)};
+    auto *const begin = reinterpret_cast<uchar *>(result.bytes.data());
+    Encoder encoder(text, table, begin);
+    const qsizetype size = encoder.run() - begin;
+    result.replaced = encoder.replaced();
+    if (size != text.size()) {
+        result.bytes.resize(size);
+        result.bytes.squeeze();
+    }
+    return result;
+}
+
+bool isAsciiBlock(const uchar *in)
+{
+    std::array<quint64, BlockSize / sizeof(quint64)> words{};
+    std::memcpy(words.data(), in, BlockSize);
+    return ((words[0] | words[1]) & 0x8080808080808080U) == 0;
+}
+
+DecodedText decodeWith(QByteArrayView bytes, const DecodeTable &table)
+{
+    DecodedText result{QString(bytes.size(), Qt::Uninitialized)};
+    auto *out = reinterpret_cast<char16_t *>(result.text.data());
+    const auto *in = reinterpret_cast<const uchar *>(bytes.data());
+    const auto *const end = in + bytes.size();
+    for (; end - in >= BlockSize; in += BlockSize, out += BlockSize) {
+        std::array<char16_t, BlockSize> units{};
+        if (isAsciiBlock(in)) {
+            for (size_t i = 0; i < BlockSize; ++i)
+                units[i] = in[i];
+        } else {
+            for (size_t i = 0; i < BlockSize; ++i)
+                units[i] = table[in[i]];
+            for (const char16_t unit : units)
+                result.undefined += unit == CodePages::Undefined ? 1 : 0;
+        }
+        std::memcpy(out, units.data(), sizeof(units));
+    }
+    for (; in < end; ++in, ++out) {
+        *out = table[*in];
+        result.undefined += *out == CodePages::Undefined ? 1 : 0;
+    }
+    return result;
+}
+
+} // namespace
+
+EncodedText encode(QStringView text, int language)
+{
+    return encodeWith(text, tablesFor(language).out);
+}
+
+DecodedText decode(QByteArrayView bytes, int language)
+{
+    return decodeWith(bytes, tablesFor(language).in);
+}
+
+EncodedText encodeRaw(QStringView text, StringEncoding encoding)
+{
+    return encodeWith(text, tablesFor(encoding).out);
+}
+
+DecodedText decodeRaw(QByteArrayView bytes, StringEncoding encoding)
+{
+    return decodeWith(bytes, tablesFor(encoding).in);
+}
+
+} // namespace cvtamber::TextCodec

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "device/TextComposition.h"
+
+#include "device/CodePages.h"
+
+#include <QChar>
+#include <QString>
+
+#include <algorithm>
+#include <vector>
+
+namespace cvtamber::TextComposition {
+
+namespace {
+
+struct Pair
+{
+    quint32 parts; // base in the upper half, mark in the lower
+    char16_t composed;
+
+    friend bool operator<(const Pair &a, const Pair &b) { return a.parts < b.parts; }
+};
+
+constexpr quint32 joined(char16_t base, char16_t mark)
+{
+    return static_cast<quint32>(base) << 16 | mark;
+}
+
+std::vector<Pair> pairsOfAllPages()
+{
+    std::vector<Pair> pairs;
+    for (const auto &page :
+         {CodePages::Windows1250, CodePages::Windows1252, CodePages::Windows1253, CodePages::Windows1256}) {
+        for (const char16_t c : page) {
+            if (QChar::decompositionTag(c) != QChar::Canonical)
+                continue;
+            const QString parts = QChar::decomposition(c);
+            if (parts.size() == 2)
+                pairs.push_back({joined(parts[0].unicode(), parts[1].unicode()), c});
+        }
+    }
+    std::sort(pairs.begin(), pairs.end());
+    return pairs;
+}
+
+} // namespace
+
+char16_t compose(char16_t base, char16_t mark)
+{
+    static const std::vector<Pair> pairs = pairsOfAllPages();
+    const Pair wanted{joined(base, mark), 0};
+    const auto found = std::lower_bound(pairs.begin(), pairs.end(), wanted);
+    return found != pairs.end() && found->parts == wanted.parts ? found->composed : u'\0';
+}
+
+} // namespace cvtamber::TextComposition
