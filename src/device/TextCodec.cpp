@@ -7,6 +7,7 @@
 
 #include <QChar>
 
+#include <algorithm>
 #include <bitset>
 #include <cstring>
 
@@ -143,35 +144,38 @@ public:
     qsizetype replaced() const { return _replaced; }
 
 private:
-    // False, with nothing moved, when the block is not all ASCII.
+    // Both work on local copies: the compiler must take a byte that is stored for a possible change of any
+    // member. A block given up leaves bytes behind that are written again.
+
+    // False when the block is not all ASCII.
     bool narrowBlock()
     {
-        std::array<uchar, BlockSize> bytes{};
+        const char16_t *const in = _in;
         unsigned seen = 0;
-        for (size_t i = 0; i < BlockSize; ++i) {
-            seen |= _in[i];
-            bytes[i] = static_cast<uchar>(_in[i]);
-        }
+        for (int i = 0; i < BlockSize; ++i)
+            seen |= in[i];
         if (seen >= 128)
             return false;
+        std::array<uchar, BlockSize> bytes{};
+        for (size_t i = 0; i < BlockSize; ++i)
+            bytes[i] = static_cast<uchar>(in[i]);
         std::memcpy(_out, bytes.data(), BlockSize);
         return true;
     }
 
-    // False, with nothing moved, when the block holds a character without a byte.
+    // False when the block holds a character without a byte.
     bool lookUpBlock()
     {
-        std::array<uchar, BlockSize> bytes{};
+        const EncodeTable &table = _table;
+        const char16_t *const in = _in;
+        uchar *const out = _out;
         unsigned seen = 0;
-        for (size_t i = 0; i < BlockSize; ++i) {
-            const unsigned entry = _table[_in[i]];
+        for (int i = 0; i < BlockSize; ++i) {
+            const unsigned entry = table[in[i]];
             seen |= entry;
-            bytes[i] = static_cast<uchar>(entry);
+            out[i] = static_cast<uchar>(entry);
         }
-        if (seen & EncodeTable::Lacking)
-            return false;
-        std::memcpy(_out, bytes.data(), BlockSize);
-        return true;
+        return (seen & EncodeTable::Lacking) == 0;
     }
 
     void put(quint16 entry)
@@ -247,28 +251,37 @@ bool isAsciiBlock(const uchar *in)
     return ((words[0] | words[1]) & 0x8080808080808080U) == 0;
 }
 
+void decodeBlock(const uchar *in, char16_t *out, const DecodeTable &table)
+{
+    if (isAsciiBlock(in)) {
+        std::array<char16_t, BlockSize> units{};
+        for (size_t i = 0; i < BlockSize; ++i)
+            units[i] = in[i];
+        std::memcpy(out, units.data(), sizeof(units));
+        return;
+    }
+    for (int i = 0; i < BlockSize; ++i)
+        out[i] = table[in[i]];
+}
+
 DecodedText decodeWith(QByteArrayView bytes, const DecodeTable &table)
 {
+    // Counting is a loop of its own, over a stretch that is still in the cache, so that both loops are fast.
+    constexpr qsizetype StretchSize = 4096;
     DecodedText result{QString(bytes.size(), Qt::Uninitialized)};
     auto *out = reinterpret_cast<char16_t *>(result.text.data());
     const auto *in = reinterpret_cast<const uchar *>(bytes.data());
     const auto *const end = in + bytes.size();
-    for (; end - in >= BlockSize; in += BlockSize, out += BlockSize) {
-        std::array<char16_t, BlockSize> units{};
-        if (isAsciiBlock(in)) {
-            for (size_t i = 0; i < BlockSize; ++i)
-                units[i] = in[i];
-        } else {
-            for (size_t i = 0; i < BlockSize; ++i)
-                units[i] = table[in[i]];
-            for (const char16_t unit : units)
-                result.undefined += unit == CodePages::Undefined ? 1 : 0;
-        }
-        std::memcpy(out, units.data(), sizeof(units));
-    }
-    for (; in < end; ++in, ++out) {
-        *out = table[*in];
-        result.undefined += *out == CodePages::Undefined ? 1 : 0;
+    while (in < end) {
+        const qsizetype size = std::min(StretchSize, static_cast<qsizetype>(end - in));
+        qsizetype done = 0;
+        for (; size - done >= BlockSize; done += BlockSize)
+            decodeBlock(in + done, out + done, table);
+        for (; done < size; ++done)
+            out[done] = table[in[done]];
+        result.undefined += std::count(out, out + size, CodePages::Undefined);
+        in += size;
+        out += size;
     }
     return result;
 }
