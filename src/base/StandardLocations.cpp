@@ -56,14 +56,14 @@ QString StandardLocations::documentsFolder()
 {
     const QString data = dataFolder();
     makePrivate(data);
-    const QString folder = data + QStringLiteral("/Documents");
+    QString folder = data + QStringLiteral("/Documents");
     makePrivate(folder);
     return folder;
 }
 
 QString StandardLocations::stateFolder()
 {
-    const QString folder = statePath();
+    QString folder = statePath();
     makePrivate(folder);
     return folder;
 }
