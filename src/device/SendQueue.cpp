@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "device/SendQueue.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace cvtamber {
+
+namespace {
+
+// Up to this size, blocks are gathered into the last segment instead of opening one of their own.
+constexpr qsizetype gatherSize = 4096;
+
+} // namespace
+
+void SendQueue::append(QByteArray bytes, qsizetype offset)
+{
+    const qsizetype count = bytes.size() - offset;
+    if (count <= 0)
+        return;
+    _size += count;
+    if (!_segments.empty() && _segments.back().size() + count <= gatherSize) {
+        _segments.back().append(bytes.constData() + offset, count);
+        return;
+    }
+    if (_segments.empty())
+        _frontOffset = offset;
+    else if (offset > 0)
+        bytes.remove(0, offset);
+    _segments.push_back(std::move(bytes));
+}
+
+QByteArray SendQueue::take(qsizetype count)
+{
+    QByteArray piece;
+    piece.reserve(std::min(count, _size));
+    while (piece.size() < count && !_segments.empty()) {
+        const QByteArray &front = _segments.front();
+        const qsizetype part = std::min(count - piece.size(), front.size() - _frontOffset);
+        piece.append(front.constData() + _frontOffset, part);
+        _frontOffset += part;
+        if (_frontOffset == front.size()) {
+            _segments.pop_front();
+            _frontOffset = 0;
+        }
+    }
+    _size -= piece.size();
+    return piece;
+}
+
+void SendQueue::clear()
+{
+    _segments.clear();
+    _frontOffset = 0;
+    _size = 0;
+}
+
+} // namespace cvtamber
