@@ -62,6 +62,7 @@ public:
     // scan.
     virtual void scanForPeripherals(const QList<BluetoothUuid> &services, bool allowDuplicates) = 0;
     virtual void stopScan() = 0;
+    // A peripheral that is connected already is reported connected once more.
     virtual void connectPeripheral(const BluetoothPeripheralPtr &peripheral) = 0;
     // Ends a link or gives up an attempt. An attempt given up is answered with
     // centralDidDisconnectPeripheral without an error, like a link; a peripheral without either gets no

@@ -11,6 +11,7 @@
 #include "device/IdleTimer.h"
 #include "device/LinkObserver.h"
 #include "device/TextCodec.h"
+#include "device/TranslationMode.h"
 
 #include <QList>
 
@@ -31,13 +32,6 @@ struct CVBTDeviceServices
     std::shared_ptr<CVBluetoothManager> bluetoothManager;
     // Makes the device object's own central, on the first connect without a chosen device. May be empty.
     BluetoothCentralFactory makeCentral;
-};
-
-// How a file is to be translated on its way.
-enum TranslationMode : int {
-    PlainTransfer = 0,
-    BackTranslation = 1,    // fetch only: braille into print
-    ForwardTranslation = 2, // store and emboss: print into braille
 };
 
 // The one device object between the programs and the braille device: it owns the link, turns requests into
@@ -80,6 +74,8 @@ public:
     void disconnectAsCVComm();
     void disconnectPeripheral();
     void startDiscoverInfoForPeripheral(const BluetoothPeripheralPtr &peripheral);
+    // The characteristic whose value is read as the serial number; no program sets one.
+    void setCvBtInfoCharacteristic(const std::weak_ptr<BluetoothCharacteristic> &characteristic);
     void cableConnected();
     void cableDisconnected();
 

@@ -93,8 +93,7 @@ private:
     std::weak_ptr<CVBluetoothManagerDelegate> _delegate;
     QList<BluetoothPeripheralPtr> _peripherals;
     QList<CVBTPeripheralPtr> _cvBtPeripherals;
-    BluetoothServicePtr _cvBtDeviceService;
-    BluetoothServicePtr _cvBtGAPService;
+    BluetoothCentral::State _lastState = BluetoothCentral::State::Unknown;
     bool _initScanAfterPowerOn = false;
 };
 
