@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Heap used by transfers, in a program of its own because counting costs time.
+#include "AllocationMeter.h"
+#include "BenchLink.h"
+
+#include <benchmark/benchmark.h>
+
+namespace {
+
+using namespace cvtamber;
+
+constexpr qsizetype MegaByte = 1'000'000;
+constexpr qsizetype TextSize = 10 * MegaByte;
+
+// From the call that starts an upload to its last confirmation, beyond what was there before it.
+void uploadPeak(benchmark::State &state)
+{
+    const QString text(TextSize, u'\u00E9');
+    for (auto _ : state) {
+        BenchLink link;
+        const qint64 writtenBefore = link.peripheral->writtenBytes();
+        const size_t before = AllocationMeter::live();
+        AllocationMeter::restart();
+        link.device->sendFileWithName(QStringLiteral("FILE"), text, PlainTransfer);
+        link.peripheral->confirmAllWrites();
+        const auto used = static_cast<qint64>(AllocationMeter::peak() - before);
+        if (link.peripheral->writtenBytes() - writtenBefore <= TextSize)
+            state.SkipWithError("the upload did not end");
+        state.counters["peak_MB"] = static_cast<double>(used) / MegaByte;
+        state.counters["beyond_text_MB"] = static_cast<double>(used - TextSize) / MegaByte;
+    }
+}
+
+BENCHMARK(uploadPeak)->Iterations(1)->Unit(benchmark::kMillisecond);
+
+} // namespace
