@@ -26,7 +26,8 @@ if(MSVC)
 else()
     target_compile_options(cvtamber_options INTERFACE
         -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wunused
-        -Wconversion -Wformat=2 -Wimplicit-fallthrough -Wextra-semi
+        -Wconversion $<$<CXX_COMPILER_ID:Clang,AppleClang>:-Wno-sign-conversion> # GCC's -Wconversion leaves signs alone
+        -Wformat=2 -Wimplicit-fallthrough -Wextra-semi
         $<$<BOOL:${CVTAMBER_WERROR}>:-Werror>
         -fstack-protector-strong)
     if(UNIX AND NOT APPLE)
