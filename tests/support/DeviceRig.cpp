@@ -22,7 +22,6 @@ DeviceRig::DeviceRig()
     };
     device = std::make_unique<CVBTDevice>(CVBTDeviceServices{loop, log, idleTimer, manager, makeCentral});
     device->setCvStateDelegate(told);
-    device->setCvDownloadDelegate(told);
     device->setCvUploadDelegate(told);
     device->setDataDelegate(told);
     device->setDelegate(told);

@@ -9,7 +9,8 @@
 
 namespace cvtamber {
 
-// A device object on a scripted central: peripheral "A", every delegate set, time moved by hand.
+// A device object on a scripted central: peripheral "A", time moved by hand, every delegate set but the one
+// for downloads, which would hear progress of any reply.
 class DeviceRig
 {
 public:
