@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/CommandRunner.h"
+
+namespace cvtamber {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+CommandRunner::CommandRunner(const CommandServices &services, const CommandLine &commandLine)
+    : _services(services)
+    , _commandLine(commandLine)
+    , _report(services.runLoop)
+{}
+
+CommandRunner::~CommandRunner()
+{
+    if (_verb)
+        _verb->abandon();
+}
+
+void CommandRunner::start(const Finished &finished)
+{
+    _finished = finished;
+    const VerbContext context{_services.runLoop, _services.console, _services.manager, _commandLine.device,
+                              _commandLine.timeout};
+    _verb = makeVerb(context, _commandLine.request);
+    _verb->begin([this] { findDevice(); }, [this](ExitStatus status) { verbFinished(status); });
+}
+
+void CommandRunner::findDevice()
+{
+    _finder = std::make_unique<DeviceFinder>(_services.runLoop, _services.manager);
+    _finder->start(DeviceFinder::Want::OneDevice, _commandLine.device, _commandLine.timeout,
+                   [this](const DeviceFinder::Outcome &outcome) { deviceFound(outcome); });
+}
+
+void CommandRunner::deviceFound(const DeviceFinder::Outcome &outcome)
+{
+    if (!outcome.device) {
+        _services.console.writeMessage(outcome.sentence);
+        conclude(outcome.status);
+        return;
+    }
+    _services.console.writeNote(u"Connecting to %1."_s.arg(DeviceFinder::shownName(*outcome.device)));
+    _session = std::make_unique<Session>(_services.runLoop, *_services.device, *_services.manager);
+    _session->setLinkEnded([this](const QString &sentence) { linkEnded(sentence); });
+    _session->open(outcome.device->peripheral(), [this](const QString &problem) { opened(problem); });
+}
+
+void CommandRunner::opened(const QString &problem)
+{
+    if (problem.isEmpty()) {
+        _verb->run(*_session);
+        return;
+    }
+    _services.console.writeMessage(problem);
+    conclude(ExitStatus::LinkFailed);
+}
+
+void CommandRunner::verbFinished(ExitStatus status)
+{
+    if (_concluding)
+        return;
+    // A fetch restores the device's modes after its last byte: that has to arrive, too.
+    if (_session)
+        _session->whenWritten([this, status] { conclude(status); });
+    else
+        conclude(status);
+}
+
+void CommandRunner::linkEnded(const QString &sentence)
+{
+    if (_concluding)
+        return;
+    _services.console.endProgress();
+    _services.console.writeMessage(sentence);
+    _verb->interrupted();
+    conclude(ExitStatus::LinkFailed);
+}
+
+void CommandRunner::interrupt(ExitStatus status)
+{
+    if (_concluding)
+        return;
+    _services.console.endProgress();
+    _verb->interrupted();
+    conclude(status);
+}
+
+void CommandRunner::conclude(ExitStatus status)
+{
+    _concluding = true;
+    _verb->abandon();
+    // Looking on would take the central away from the link that is being closed.
+    _finder.reset();
+    const auto report = [this, status] { std::exchange(_finished, nullptr)(status); };
+    if (_session)
+        _session->close(report);
+    else
+        _report.start(0s, report);
+}
+
+} // namespace cvtamber

@@ -1,0 +1,237 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "cli/Session.h"
+
+#include "base/VisibleText.h"
+
+namespace cvtamber {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+// Identifying takes about 10 seconds; link types without identification never end it.
+constexpr auto OpenLimit = 30s;
+// A device with thousands of files is still listing them after the first limit.
+constexpr int OpeningRounds = 10;
+// Longer than the 6 seconds after which the device object reports a stalled link.
+constexpr auto WrittenLimit = 10s;
+// The device object takes 2 seconds for a polite end.
+constexpr auto CloseLimit = 5s;
+constexpr auto ReleaseCheckInterval = 50ms;
+constexpr auto ReleaseLimit = 2s;
+
+} // namespace
+
+class Session::StateRelay final : public CVDeviceStateDelegate
+{
+public:
+    explicit StateRelay(Session &session)
+        : _session(&session)
+    {}
+    void corvaneDeviceStateChanged(int state) override
+    {
+        if (_session != nullptr)
+            _session->stateChanged(state);
+    }
+    // The device object may hold the relay longer than the session lives.
+    void detach() { _session = nullptr; }
+
+private:
+    Session *_session;
+};
+
+Session::Session(RunLoop &runLoop, CVBTDevice &device, CVBluetoothManager &manager)
+    : _runLoop(runLoop)
+    , _device(device)
+    , _manager(manager)
+    , _stateRelay(std::make_shared<StateRelay>(*this))
+    , _openLimit(_runLoop)
+    , _listingCall(_runLoop)
+    , _writtenLimit(_runLoop)
+    , _writtenCall(_runLoop)
+    , _closeLimit(_runLoop)
+    , _stateCall(_runLoop)
+    , _report(_runLoop)
+{
+    _device.setCvStateDelegate(_stateRelay);
+    _device.addLinkObserver(*this);
+}
+
+Session::~Session()
+{
+    _stateRelay->detach();
+    _device.removeLinkObserver(*this);
+    _device.setCvStateDelegate(nullptr);
+    _device.setCvDownloadDelegate(nullptr);
+    _device.setCvUploadDelegate(nullptr);
+    _device.setDataDelegate(nullptr);
+}
+
+void Session::open(const BluetoothPeripheralPtr &peripheral, const Opened &opened)
+{
+    _peripheral = peripheral;
+    _opened = opened;
+    _step = Step::Opening;
+    _openLimit.start(OpenLimit, [this] { openingTakesLong(); });
+    _device.connectAsCVCommWithPeripheral(peripheral);
+}
+
+// Loss is taken up a turn of the loop later: a link observer's call with the reason may follow.
+void Session::stateChanged(int state)
+{
+    if (_step == Step::Opening) {
+        if (state == CVDeviceStateDelegate::ConnectedAndIdentified)
+            finishOpening({});
+        else if (state == CVDeviceStateDelegate::ConnectFailedOrLost)
+            _stateCall.start(
+                0s, [this] { finishOpening(u"The device could not be connected or did not answer."_s); });
+        // State 2 is followed by state 0, when the device object's own timer has run out.
+    } else if (_step == Step::Open && state == CVDeviceStateDelegate::ConnectFailedOrLost) {
+        _stateCall.start(0s, [this] { endLink(u"The link to the device was lost."_s); });
+    }
+}
+
+void Session::openingTakesLong()
+{
+    if (_device.pendingCommand() != 0 && ++_openingRounds < OpeningRounds) {
+        _openLimit.start(OpenLimit, [this] { openingTakesLong(); });
+        return;
+    }
+    if (_device.connectionType() != 0)
+        finishOpening(
+            u"The device answers but does not say what it is (link type %1). It cannot be used."_s.arg(
+                _device.connectionType()));
+    else
+        finishOpening(u"The device did not answer in time."_s);
+}
+
+void Session::finishOpening(const QString &problem)
+{
+    _openLimit.cancel();
+    if (_step != Step::Opening)
+        return;
+    _step = problem.isEmpty() ? Step::Open : Step::Idle;
+    // Only a link of type 1 has the files listed while it is identified.
+    _listingIsFresh = _device.connectionType() == 1;
+    _report.start(0s, [this, problem] { std::exchange(_opened, nullptr)(problem); });
+}
+
+void Session::withListing(const Callback &callback)
+{
+    if (_listingIsFresh) {
+        _listingCall.start(0s, callback);
+        return;
+    }
+    _device.refreshFilesWithCompletionHandler([this, callback] {
+        _listingIsFresh = true;
+        _listingCall.start(0s, callback);
+    });
+}
+
+bool Session::allWritten() const
+{
+    return _device.unconfirmedWrites() == 0 && _device.queuedBytes() == 0;
+}
+
+void Session::whenWritten(const Callback &callback)
+{
+    _written = callback;
+    _writtenLimit.start(WrittenLimit,
+                        [this] { endLink(u"The device does not confirm what was sent to it."_s); });
+    checkWritten();
+}
+
+void Session::checkWritten()
+{
+    if (!_written || !allWritten())
+        return;
+    _writtenLimit.cancel();
+    _writtenCall.start(0s, std::exchange(_written, nullptr));
+}
+
+void Session::endLink(const QString &sentence)
+{
+    if (_step != Step::Open)
+        return;
+    _step = Step::Idle;
+    _listingCall.cancel();
+    _writtenLimit.cancel();
+    _writtenCall.cancel();
+    _written = nullptr;
+    _report.start(0s, [this, sentence] { _linkEnded(sentence); });
+}
+
+void Session::linkLost(const QString &reason)
+{
+    const QString words = reason.isEmpty() ? QString() : u" (%1)"_s.arg(visibleText(reason));
+    if (_step == Step::Opening)
+        finishOpening(u"The link to the device was lost while it was being connected%1."_s.arg(words));
+    else if (_step == Step::Closing)
+        finishClosing();
+    else
+        endLink(u"The link to the device was lost%1."_s.arg(words));
+}
+
+void Session::linkClosed()
+{
+    if (_step == Step::Closing)
+        finishClosing();
+}
+
+void Session::linkStalled()
+{
+    endLink(u"The device takes no more data: it has confirmed nothing for 6 seconds."_s);
+}
+
+void Session::linkWritesConfirmed()
+{
+    checkWritten();
+}
+
+void Session::linkWriteFailed(const QString &reason)
+{
+    endLink(u"A write to the device failed (%1)."_s.arg(visibleText(reason)));
+}
+
+void Session::close(const Callback &closed)
+{
+    _openLimit.cancel();
+    _listingCall.cancel();
+    _writtenLimit.cancel();
+    _writtenCall.cancel();
+    _report.cancel();
+    _closed = closed;
+    _step = Step::Closing;
+    _closeLimit.start(CloseLimit, [this] { finishClosing(); });
+    const bool linked = _peripheral && _peripheral->state() != BluetoothPeripheral::State::Disconnected;
+    if (!linked) {
+        finishClosing();
+    } else if (_device.isConnectedAsCVComm()) {
+        _device.disconnectAsCVComm();
+    } else {
+        _manager.centralManager().cancelPeripheralConnection(_peripheral);
+        _closeLimit.start(ReleaseLimit, [this] { finishClosing(); });
+        waitForRelease();
+    }
+}
+
+// A link that was never reported as connected is not reported as closed either.
+void Session::waitForRelease()
+{
+    if (_peripheral->state() == BluetoothPeripheral::State::Disconnected)
+        finishClosing();
+    else
+        _report.start(ReleaseCheckInterval, [this] { waitForRelease(); });
+}
+
+void Session::finishClosing()
+{
+    if (_step != Step::Closing)
+        return;
+    _step = Step::Closed;
+    _closeLimit.cancel();
+    _report.start(0s, std::exchange(_closed, nullptr));
+}
+
+} // namespace cvtamber

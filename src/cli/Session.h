@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "base/DelayedCall.h"
+#include "device/CVBTDevice.h"
+#include "device/CVBluetoothManager.h"
+
+namespace cvtamber {
+
+// One link to one device, from connecting to a clean end.
+//
+//   idle -> opening -> open -> closing -> closed
+// While opening, a failure is the outcome of open(); while open, it is told to the handler of
+// setLinkEnded() once: link lost, write failed, stalled, not confirmed. What happens while closing is no
+// news. Owner: the runner. Main thread; every callback comes from the run loop, never from inside a request.
+class Session final : private LinkObserver
+{
+public:
+    using Callback = std::function<void()>;
+    // A sentence; empty when it went well.
+    using Opened = std::function<void(const QString &problem)>;
+    using LinkEnded = std::function<void(const QString &sentence)>;
+
+    // The device and the manager outlive the session.
+    Session(RunLoop &runLoop, CVBTDevice &device, CVBluetoothManager &manager);
+    ~Session() override;
+
+    void setLinkEnded(const LinkEnded &linkEnded) { _linkEnded = linkEnded; }
+
+    // Connects and waits for the device to identify itself.
+    void open(const BluetoothPeripheralPtr &peripheral, const Opened &opened);
+    // Runs the callback once the file list is that of the device; asks for it only when it may be another.
+    void withListing(const Callback &callback);
+    // The next withListing() asks the device again.
+    void forgetListing() { _listingIsFresh = false; }
+    // Runs the callback once all that was sent has been confirmed.
+    void whenWritten(const Callback &callback);
+    // Ends the link, politely where there is one. The callback always comes.
+    void close(const Callback &closed);
+
+    CVBTDevice &device() { return _device; }
+
+private:
+    enum class Step { Idle, Opening, Open, Closing, Closed };
+    class StateRelay;
+
+    void stateChanged(int state);
+    void openingTakesLong();
+    void finishOpening(const QString &problem);
+    void endLink(const QString &sentence);
+    void checkWritten();
+    void waitForRelease();
+    void finishClosing();
+    bool allWritten() const;
+
+    void linkLost(const QString &reason) override;
+    void linkClosed() override;
+    void linkStalled() override;
+    void linkWritesConfirmed() override;
+    void linkWriteFailed(const QString &reason) override;
+
+    RunLoop &_runLoop;
+    CVBTDevice &_device;
+    CVBluetoothManager &_manager;
+    std::shared_ptr<StateRelay> _stateRelay;
+    BluetoothPeripheralPtr _peripheral;
+    Step _step = Step::Idle;
+    bool _listingIsFresh = false;
+    int _openingRounds = 0;
+    LinkEnded _linkEnded;
+    Opened _opened;
+    Callback _written;
+    Callback _closed;
+    DelayedCall _openLimit;
+    DelayedCall _listingCall;
+    DelayedCall _writtenLimit;
+    DelayedCall _writtenCall;
+    DelayedCall _closeLimit;
+    DelayedCall _stateCall;
+    DelayedCall _report;
+};
+
+} // namespace cvtamber
