@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "device/BluetoothIdentifiers.h"
 #include "support/DeviceRig.h"
-
-#include <QTest>
+#include "support/Rows.h"
 
 using namespace cvtamber;
 using namespace BluetoothIdentifiers;
@@ -61,688 +60,678 @@ class tst_Link : public QObject
     Q_OBJECT
 
 private slots:
-    void managerReadsEachDeviceOnce();
-    void informationIsReadAsCsv_data();
-    void informationIsReadAsCsv();
-    void informationIsLookedForInTwoServices_data();
-    void informationIsLookedForInTwoServices();
-    void managerLogsErrorsAndStops_data();
-    void managerLogsErrorsAndStops();
-    void lostDeviceIsFoundAnew();
-    void scanWaitsForTheRadio_data();
-    void scanWaitsForTheRadio();
-    void managerMayGoWhileCallsAreDelayed();
-
-    void linkIsMadeStepByStep();
-    void everyStepHasFiveSeconds_data();
-    void everyStepHasFiveSeconds();
-    void failedConnectKeepsTheTimer();
-    void discoveryErrorEndsTheAttempt_data();
-    void discoveryErrorEndsTheAttempt();
-    void missingPartsEndTheAttempt_data();
-    void missingPartsEndTheAttempt();
-    void strangerIsLetGo();
-    void lossBeforeTheProtocolIsRetried();
-    void lossBeforeConnectedIsRetried();
-    void retriesEnd();
-    void lossJustBeforeTheLinkCommandIsRetried();
-    void notificationErrorStopsWrites();
-    void lossInTheConnectSequence();
-    void lossDropsWhatWasUnderWay_data();
-    void lossDropsWhatWasUnderWay();
-    void lossWithoutErrorIsALossToo();
-    void newConnectDropsTheDelayedDisconnect();
-    void lossDropsTheDelayedDisconnect();
-    void stallIsToldOncePerSilence();
-    void failedWriteIsToldAndTheQueueGoesOn();
-    void ownScanTakesTheNamedDevice();
-    void ownScanEndsAfterTenSeconds();
-};
-
-void tst_Link::managerReadsEachDeviceOnce()
-{
-    ManagerRig rig;
-    rig.manager->startDeviceScan();
-    QCOMPARE(rig.take(), QStringList{u"scan [1e45e5bb] duplicates"_s});
-    rig.central->discover(rig.peripheral);
-    rig.loop.advance(499ms);
-    QCOMPARE(rig.take(), QStringList());
-    rig.central->discover(rig.peripheral);
-    rig.loop.advance(1ms);
-    QCOMPARE(rig.take(), QStringList{u"connect A"_s});
-    rig.central->connected(rig.peripheral);
-    QCOMPARE(rig.log.count(u"[info] didConnectPeripheral"_s), 1);
-    rig.loop.advance(499ms);
-    QCOMPARE(rig.take(), QStringList());
-    rig.loop.advance(1ms);
-    QCOMPARE(rig.take(), QStringList{u"services A []"_s});
-    rig.peripheral->foundServices({genericAccessService(), deviceService()});
-    QCOMPARE(rig.take(), QStringList{u"characteristics A 1e45e5bb [fa3e6100]"_s});
-    rig.peripheral->foundCharacteristics(deviceService(), {dataCharacteristic(), infoCharacteristic()});
-    QCOMPARE(rig.take(), QStringList{u"read A fa3e6100"_s});
-    rig.peripheral->value(infoCharacteristic(), "12345678,Room 4");
-    QCOMPARE(rig.log.count(u"[debug] 12345678,Room 4"_s), 1);
-    QCOMPARE(rig.take(), QStringList{u"cancel A"_s});
-    QCOMPARE(rig.manager->devices(), rig.listener->found);
-    QCOMPARE(rig.listener->found.size(), 1);
-    QCOMPARE(rig.listener->found[0]->peripheral(), BluetoothPeripheralPtr(rig.peripheral));
-    rig.central->disconnected(rig.peripheral);
-    QVERIFY(rig.log.lines.last().endsWith(u"didDisconnectPeripheral - NO ERROR"_s));
-    rig.take();
-    rig.central->discover(rig.peripheral);
-    rig.loop.advance(10s);
-    QCOMPARE(rig.take(), QStringList());
-    rig.manager->stopDeviceScan();
-    QCOMPARE(rig.take(), QStringList{u"stopScan"_s});
-    rig.manager->startDeviceScan();
-    QCOMPARE(rig.manager->devices().size(), 0);
-    rig.central->discover(rig.peripheral);
-    rig.loop.advance(500ms);
-    QVERIFY(rig.take().contains(u"connect A"_s));
-}
-
-void tst_Link::informationIsReadAsCsv_data()
-{
-    QTest::addColumn<QByteArray>("value");
-    QTest::addColumn<QString>("serial");
-    QTest::addColumn<QString>("name");
-    QTest::newRow("both") << QByteArray("12345678,Corvane 7") << u"12345678"_s << u"Corvane 7"_s;
-    QTest::newRow("no name") << QByteArray("12345678") << u"12345678"_s << QString();
-    QTest::newRow("not ASCII") << QByteArray("1,B\xc3\xa9") << u"1"_s << u"Bé"_s;
-    QTest::newRow("third field") << QByteArray("1,B,C") << u"1"_s << u"B"_s;
-    QTest::newRow("one byte") << QByteArray("1") << QString() << QString();
-    QTest::newRow("empty") << QByteArray() << QString() << QString();
-    QTest::newRow("not UTF-8") << QByteArray("12,\xff\xfe") << QString() << QString();
-}
-
-void tst_Link::informationIsReadAsCsv()
-{
-    QFETCH(QByteArray, value);
-    QFETCH(QString, serial);
-    QFETCH(QString, name);
-    ManagerRig rig;
-    rig.connect();
-    rig.peripheral->foundServices({deviceService()});
-    rig.peripheral->foundCharacteristics(deviceService(), {infoCharacteristic()});
-    rig.take();
-    rig.peripheral->value(infoCharacteristic(), value);
-    QCOMPARE(rig.take(), QStringList{u"cancel A"_s});
-    QCOMPARE(rig.listener->found.size(), 1);
-    QCOMPARE(rig.listener->found[0]->serialNumber(), serial);
-    QCOMPARE(rig.listener->found[0]->airName(), name);
-    QCOMPARE(rig.listener->found[0]->airName().isNull(), name.isNull());
-}
-
-void tst_Link::informationIsLookedForInTwoServices_data()
-{
-    QTest::addColumn<bool>("hasAccessService");
-    QTest::addColumn<bool>("hasCharacteristic");
-    QTest::newRow("in the access service") << true << true;
-    QTest::newRow("not there either") << true << false;
-    QTest::newRow("no access service") << false << false;
-}
-
-void tst_Link::informationIsLookedForInTwoServices()
-{
-    QFETCH(bool, hasAccessService);
-    QFETCH(bool, hasCharacteristic);
-    ManagerRig rig;
-    rig.connect();
-    if (hasAccessService)
-        rig.peripheral->foundServices({deviceService(), genericAccessService()});
-    else
-        rig.peripheral->foundServices({deviceService()});
-    rig.take();
-    rig.peripheral->foundCharacteristics(deviceService(), {dataCharacteristic()});
-    if (hasAccessService) {
-        QCOMPARE(rig.listener->found.size(), 0);
-        QCOMPARE(rig.take(), QStringList{u"characteristics A 00001800 [4e8b39af]"_s});
-        rig.peripheral->foundCharacteristics(genericAccessService(), hasCharacteristic
-                                                                         ? QList{secondInfoCharacteristic()}
-                                                                         : QList<BluetoothUuid>());
-    }
-    if (hasCharacteristic) {
-        QCOMPARE(rig.take(), QStringList{u"read A 4e8b39af"_s});
-        rig.peripheral->value(secondInfoCharacteristic(), "42,B");
-    }
-    QCOMPARE(rig.listener->found.size(), 1);
-    QCOMPARE(rig.listener->found[0]->serialNumber(), hasCharacteristic ? u"42"_s : QString());
-    QCOMPARE(rig.manager->devices().size(), 1);
-}
-
-void tst_Link::managerLogsErrorsAndStops_data()
-{
-    QTest::addColumn<int>("step");
-    QTest::addColumn<QString>("line");
-    QTest::newRow("services") << 0 << u"[***ERROR***] error: "_s;
-    QTest::newRow("no device service")
-        << 1 << u"CVTamber Error: Corvane Brailler Bluetooth Service not found!"_s;
-    QTest::newRow("characteristics") << 2 << u"[***ERROR***] error: "_s;
-    QTest::newRow("value") << 3 << u"[***ERROR***] error: "_s;
-    QTest::newRow("connect") << 4 << u"Connection to peripheral failed."_s;
-}
-
-void tst_Link::managerLogsErrorsAndStops()
-{
-    QFETCH(int, step);
-    QFETCH(QString, line);
-    ManagerRig rig;
-    rig.connect();
-    if (step == 4) {
-        rig.central->failedToConnect(rig.peripheral, u"boom"_s);
-    } else if (step < 2) {
-        rig.peripheral->foundServices({genericAccessService()},
-                                      step == 0 ? BluetoothResult(boom) : BluetoothResult());
-    } else {
-        rig.peripheral->foundServices({deviceService()});
-        rig.peripheral->foundCharacteristics(deviceService(), {infoCharacteristic()},
-                                             step == 2 ? BluetoothResult(boom) : BluetoothResult());
-        if (step == 3)
-            rig.peripheral->value(infoCharacteristic(), "1,B", boom);
-    }
-    const auto text = rig.log.lines.join(u'\n');
-    QVERIFY2(text.contains(line), qPrintable(text));
-    QCOMPARE(text.contains(u"boom"_s), step != 1);
-    QCOMPARE(rig.listener->found.size(), 0);
-    rig.take();
-    rig.loop.advance(60s);
-    QCOMPARE(rig.take(), QStringList());
-}
-
-void tst_Link::lostDeviceIsFoundAnew()
-{
-    ManagerRig rig;
-    rig.connect();
-    rig.take();
-    rig.central->disconnected(rig.peripheral, boom);
-    QCOMPARE(rig.take(), (QStringList{u"cancel A"_s, u"scan [1e45e5bb] duplicates"_s}));
-    QCOMPARE(rig.log.count(u"[info] didDisconnectPeripheral - error: boom"_s), 1);
-    rig.central->discover(rig.peripheral);
-    rig.loop.advance(500ms);
-    QCOMPARE(rig.take(), QStringList{u"connect A"_s});
-}
-
-void tst_Link::scanWaitsForTheRadio_data()
-{
-    QTest::addColumn<int>("state");
-    QTest::addColumn<bool>("supported");
-    QTest::newRow("unknown") << 0 << true;
-    QTest::newRow("unsupported") << 2 << false;
-    QTest::newRow("unauthorised") << 3 << true;
-    QTest::newRow("off") << 4 << true;
-}
-
-void tst_Link::scanWaitsForTheRadio()
-{
-    QFETCH(int, state);
-    QFETCH(bool, supported);
-    ManagerRig rig(static_cast<BluetoothCentral::State>(state));
-    QCOMPARE(rig.manager->isBluetoothSupported(), supported);
-    rig.manager->startDeviceScan();
-    QCOMPARE(rig.take(), QStringList());
-    rig.central->setState(BluetoothCentral::State::PoweredOn);
-    QCOMPARE(rig.take(), QStringList{u"scan [1e45e5bb] duplicates"_s});
-    rig.central->setState(BluetoothCentral::State::PoweredOff);
-    rig.central->setState(BluetoothCentral::State::PoweredOn);
-    QCOMPARE(rig.take(), QStringList()); // only what was asked for is made up for
-}
-
-void tst_Link::managerMayGoWhileCallsAreDelayed()
-{
-    ManagerRig rig;
-    rig.manager->startDeviceScan();
-    rig.central->discover(rig.peripheral);
-    rig.take();
-    rig.manager.reset();
-    rig.loop.advance(10s);
-    QCOMPARE(rig.take(), QStringList());
-}
-
-void tst_Link::linkIsMadeStepByStep()
-{
-    DeviceRig rig;
-    const auto take = [&] { return std::exchange(rig.journal, {}); };
-    rig.device->connectAsCVCommWithPeripheral(rig.peripheral);
-    QCOMPARE(take(), QStringList{u"connect A"_s});
-    QCOMPARE(rig.log.count(u"[debug] connectPeripheral:"_s), 1);
-    QCOMPARE(rig.log.lines.filter(u" - 1"_s).size(), 1);
-    QCOMPARE(rig.log.count(u"[debug] -(void)startBluetoothTimer"_s), 1);
-    rig.loop.advance(4999ms);
-    rig.central->connected(rig.peripheral);
-    QVERIFY(rig.log.lines.filter(u"-(void)stopBluetoothTimer"_s).size() > 0);
-    QCOMPARE(take(), QStringList{u"services A [1e45e5bb]"_s});
-    rig.loop.advance(4999ms);
-    rig.peripheral->foundServices({genericAccessService(), deviceService()});
-    QCOMPARE(take(), QStringList{u"characteristics A 1e45e5bb [534945e7]"_s});
-    rig.loop.advance(4999ms);
-    rig.peripheral->foundCharacteristics(deviceService(), {infoCharacteristic(), dataCharacteristic()});
-    QCOMPARE(take(), QStringList{u"notify A 534945e7"_s});
-    rig.peripheral->notificationState();
-    rig.loop.advance(99ms);
-    QCOMPARE(rig.sent(), "");
-    rig.loop.advance(1ms);
-    QCOMPARE(rig.sent(), "{{PC S2 ON}}");
-    QCOMPARE(rig.device->pendingCommand(), 1);
-    rig.central->discover(rig.peripheral); // the manager hears nothing of it
-    QCOMPARE(take(), QStringList());
-    QCOMPARE(rig.told->take(), QStringList());
-}
-
-void tst_Link::everyStepHasFiveSeconds_data()
-{
-    QTest::addColumn<int>("step");
-    QTest::addColumn<bool>("cancels");
-    QTest::newRow("connecting") << 0 << true;
-    QTest::newRow("services") << 1 << true;
-    QTest::newRow("characteristics") << 2 << true;
-    QTest::newRow("already disconnected") << 3 << false;
-}
-
-void tst_Link::everyStepHasFiveSeconds()
-{
-    QFETCH(int, step);
-    QFETCH(bool, cancels);
-    DeviceRig rig;
-    rig.device->connectAsCVCommWithPeripheral(rig.peripheral);
-    rig.loop.advance(1s);
-    if (step == 1 || step == 2)
+    void managerReadsEachDeviceOnce()
+    {
+        ManagerRig rig;
+        rig.manager->startDeviceScan();
+        QCOMPARE(rig.take(), QStringList{u"scan [1e45e5bb] duplicates"_s});
+        rig.central->discover(rig.peripheral);
+        rig.loop.advance(499ms);
+        QCOMPARE(rig.take(), QStringList());
+        rig.central->discover(rig.peripheral);
+        rig.loop.advance(1ms);
+        QCOMPARE(rig.take(), QStringList{u"connect A"_s});
         rig.central->connected(rig.peripheral);
-    if (step == 2)
-        rig.peripheral->foundServices({deviceService()});
-    if (step == 3) {
-        rig.peripheral->setState(BluetoothPeripheral::State::Disconnected);
-        rig.loop.advance(3999ms);
-    } else {
-        rig.loop.advance(step == 0 ? 3999ms : 4999ms);
+        QCOMPARE(rig.log.count(u"[info] didConnectPeripheral"_s), 1);
+        rig.loop.advance(499ms);
+        QCOMPARE(rig.take(), QStringList());
+        rig.loop.advance(1ms);
+        QCOMPARE(rig.take(), QStringList{u"services A []"_s});
+        rig.peripheral->foundServices({genericAccessService(), deviceService()});
+        QCOMPARE(rig.take(), QStringList{u"characteristics A 1e45e5bb [fa3e6100]"_s});
+        rig.peripheral->foundCharacteristics(deviceService(), {dataCharacteristic(), infoCharacteristic()});
+        QCOMPARE(rig.take(), QStringList{u"read A fa3e6100"_s});
+        rig.peripheral->value(infoCharacteristic(), "12345678,Room 4");
+        QCOMPARE(rig.log.count(u"[debug] 12345678,Room 4"_s), 1);
+        QCOMPARE(rig.take(), QStringList{u"cancel A"_s});
+        QCOMPARE(rig.manager->devices(), rig.listener->found);
+        QCOMPARE(rig.listener->found.size(), 1);
+        QCOMPARE(rig.listener->found[0]->peripheral(), BluetoothPeripheralPtr(rig.peripheral));
+        rig.central->disconnected(rig.peripheral);
+        QVERIFY(rig.log.lines.last().endsWith(u"didDisconnectPeripheral - NO ERROR"_s));
+        rig.take();
+        rig.central->discover(rig.peripheral);
+        rig.loop.advance(10s);
+        QCOMPARE(rig.take(), QStringList());
+        rig.manager->stopDeviceScan();
+        QCOMPARE(rig.take(), QStringList{u"stopScan"_s});
+        rig.manager->startDeviceScan();
+        QCOMPARE(rig.manager->devices().size(), 0);
+        rig.central->discover(rig.peripheral);
+        rig.loop.advance(500ms);
+        QVERIFY(rig.take().contains(u"connect A"_s));
     }
-    QCOMPARE(rig.told->take(), QStringList());
-    rig.journal.clear();
-    rig.loop.advance(1ms);
-    QCOMPARE(rig.told->take(), QStringList{u"state 0"_s});
-    QCOMPARE(rig.journal, cancels ? QStringList{u"cancel A"_s} : QStringList());
-    QCOMPARE(rig.log.count(u"[***ERROR***] [CVTamber Error]: -(void)bluetoothTimeout"_s), 1);
-    QCOMPARE(rig.log.count(u"[debug] cancelPeripheralConnection:"_s), cancels ? 1 : 0);
-    rig.central->disconnected(rig.peripheral);
-    rig.loop.advance(60s);
-    QCOMPARE(rig.told->take(), QStringList());
-}
 
-void tst_Link::failedConnectKeepsTheTimer()
-{
-    DeviceRig rig;
-    rig.device->connectAsCVCommWithPeripheral(rig.peripheral);
-    rig.loop.advance(1s);
-    rig.central->failedToConnect(rig.peripheral, u"boom"_s);
-    QCOMPARE(rig.told->take(), QStringList{u"state 2"_s});
-    QVERIFY(rig.log.lines.contains(u"[info] boom"_s));
-    rig.loop.advance(3999ms);
-    QCOMPARE(rig.told->take(), QStringList());
-    rig.loop.advance(1ms);
-    QCOMPARE(rig.told->take(), QStringList{u"state 0"_s});
-}
+    void informationIsReadAsCsv_data()
+    {
+        columns<QByteArray, QString, QString>("value", "serial", "name");
+        row("both", "12345678,Corvane 7"_ba, u"12345678"_s, u"Corvane 7"_s);
+        row("no name", "12345678"_ba, u"12345678"_s, QString());
+        row("not ASCII", "1,B\xc3\xa9"_ba, u"1"_s, u"Bé"_s);
+        row("third field", "1,B,C"_ba, u"1"_s, u"B"_s);
+        row("one byte", "1"_ba, QString(), QString());
+        row("empty", QByteArray(), QString(), QString());
+        row("not UTF-8", "12,\xff\xfe"_ba, QString(), QString());
+    }
 
-void tst_Link::discoveryErrorEndsTheAttempt_data()
-{
-    QTest::addColumn<bool>("inServices");
-    QTest::newRow("services") << true;
-    QTest::newRow("characteristics") << false;
-}
+    void informationIsReadAsCsv()
+    {
+        QFETCH(QByteArray, value);
+        QFETCH(QString, serial);
+        QFETCH(QString, name);
+        ManagerRig rig;
+        rig.connect();
+        rig.peripheral->foundServices({deviceService()});
+        rig.peripheral->foundCharacteristics(deviceService(), {infoCharacteristic()});
+        rig.take();
+        rig.peripheral->value(infoCharacteristic(), value);
+        QCOMPARE(rig.take(), QStringList{u"cancel A"_s});
+        QCOMPARE(rig.listener->found.size(), 1);
+        QCOMPARE(rig.listener->found[0]->serialNumber(), serial);
+        QCOMPARE(rig.listener->found[0]->airName(), name);
+        QCOMPARE(rig.listener->found[0]->airName().isNull(), name.isNull());
+    }
 
-void tst_Link::discoveryErrorEndsTheAttempt()
-{
-    QFETCH(bool, inServices);
-    DeviceRig rig;
-    rig.device->connectAsCVCommWithPeripheral(rig.peripheral);
-    rig.central->connected(rig.peripheral);
-    rig.peripheral->foundServices({deviceService()}, inServices ? BluetoothResult(boom) : BluetoothResult());
-    rig.journal.clear();
-    if (!inServices)
-        rig.peripheral->foundCharacteristics(deviceService(), {dataCharacteristic()}, boom);
-    QCOMPARE(rig.told->take(), QStringList{u"state 0"_s});
-    rig.central->disconnected(rig.peripheral);
-    rig.loop.advance(60s);
-    QCOMPARE(rig.told->take(), QStringList());
-    QCOMPARE(rig.sent(), "");
-    QCOMPARE(rig.log.count(u"[debug] cancelPeripheralConnection:"_s), 1);
-}
+    void informationIsLookedForInTwoServices_data()
+    {
+        columns<bool, bool>("hasAccessService", "hasCharacteristic");
+        row("in the access service", true, true);
+        row("not there either", true, false);
+        row("no access service", false, false);
+    }
 
-void tst_Link::missingPartsEndTheAttempt_data()
-{
-    QTest::addColumn<bool>("hasService");
-    QTest::newRow("no device service") << false;
-    QTest::newRow("no data characteristic") << true;
-}
-
-void tst_Link::missingPartsEndTheAttempt()
-{
-    QFETCH(bool, hasService);
-    DeviceRig rig;
-    rig.device->connectAsCVCommWithPeripheral(rig.peripheral);
-    rig.central->connected(rig.peripheral);
-    int requests = 0;
-    const auto start = rig.loop.now();
-    while (!rig.told->events.contains(u"state 0"_s) && rig.loop.now() - start < 30s) {
-        const auto request = rig.journal.isEmpty() ? QString() : rig.journal.takeLast();
-        if (request.startsWith(u"services"_s)) {
-            ++requests;
-            rig.peripheral->foundServices(hasService ? QList{deviceService()}
-                                                     : QList{genericAccessService()});
-        } else if (request.startsWith(u"characteristics"_s)) {
-            ++requests;
-            rig.peripheral->foundCharacteristics(deviceService(), {infoCharacteristic()});
+    void informationIsLookedForInTwoServices()
+    {
+        QFETCH(bool, hasAccessService);
+        QFETCH(bool, hasCharacteristic);
+        ManagerRig rig;
+        rig.connect();
+        if (hasAccessService)
+            rig.peripheral->foundServices({deviceService(), genericAccessService()});
+        else
+            rig.peripheral->foundServices({deviceService()});
+        rig.take();
+        rig.peripheral->foundCharacteristics(deviceService(), {dataCharacteristic()});
+        if (hasAccessService) {
+            QCOMPARE(rig.listener->found.size(), 0);
+            QCOMPARE(rig.take(), QStringList{u"characteristics A 00001800 [4e8b39af]"_s});
+            rig.peripheral->foundCharacteristics(genericAccessService(),
+                                                 hasCharacteristic ? QList{secondInfoCharacteristic()}
+                                                                   : QList<BluetoothUuid>());
         }
-        rig.loop.advance(1s);
+        if (hasCharacteristic) {
+            QCOMPARE(rig.take(), QStringList{u"read A 4e8b39af"_s});
+            rig.peripheral->value(secondInfoCharacteristic(), "42,B");
+        }
+        QCOMPARE(rig.listener->found.size(), 1);
+        QCOMPARE(rig.listener->found[0]->serialNumber(), hasCharacteristic ? u"42"_s : QString());
+        QCOMPARE(rig.manager->devices().size(), 1);
     }
-    QCOMPARE(rig.told->take(), QStringList{u"state 0"_s});
-    QVERIFY2(requests < 5, qPrintable(QString::number(requests)));
-    if (!hasService)
-        QVERIFY(!rig.log.lines.filter(u"ERROR: Corvane service not found!"_s).isEmpty());
-}
 
-void tst_Link::strangerIsLetGo()
-{
-    DeviceRig rig;
-    const auto stranger = std::make_shared<FakePeripheral>(u"B"_s, QString(), rig.journal);
-    rig.device->connectAsCVCommWithPeripheral(rig.peripheral);
-    rig.journal.clear();
-    rig.loop.advance(1s);
-    rig.central->connected(stranger);
-    QCOMPARE(rig.journal, QStringList{u"cancel B"_s});
-    rig.central->disconnected(stranger, boom);
-    QVERIFY(!rig.journal.contains(u"connect B"_s));
-    rig.loop.advance(3999ms);
-    QCOMPARE(rig.told->take(), QStringList());
-    rig.loop.advance(1ms);
-    QCOMPARE(rig.told->take(), QStringList{u"state 0"_s}); // the chosen one's time was not prolonged
-    rig.identify();
-    rig.journal.clear();
-    rig.central->connected(stranger);
-    QCOMPARE(rig.journal, QStringList{u"cancel B"_s});
-    rig.central->disconnected(stranger, boom);
-    QVERIFY(rig.device->isConnectedAsCVComm());
-    QCOMPARE(rig.told->take(), QStringList());
-    QVERIFY(!rig.journal.contains(u"connect B"_s));
-}
+    void managerLogsErrorsAndStops_data()
+    {
+        columns<int, QString>("step", "line");
+        row("services", 0, u"[***ERROR***] error: "_s);
+        row("no device service", 1, u"CVTamber Error: Corvane Brailler Bluetooth Service not found!"_s);
+        row("characteristics", 2, u"[***ERROR***] error: "_s);
+        row("value", 3, u"[***ERROR***] error: "_s);
+        row("connect", 4, u"Connection to peripheral failed."_s);
+    }
 
-void tst_Link::lossBeforeTheProtocolIsRetried()
-{
-    DeviceRig rig;
-    rig.device->connectAsCVCommWithPeripheral(rig.peripheral);
-    rig.central->connected(rig.peripheral);
-    rig.loop.advance(4s);
-    rig.journal.clear();
-    rig.loseLink();
-    QCOMPARE(rig.journal, QStringList{u"connect A"_s});
-    QCOMPARE(rig.log.lines.filter(u" - 3 (try No.: 2)"_s).size(), 1);
-    QCOMPARE(rig.told->take(), QStringList());
-    rig.loop.advance(4999ms);
-    QCOMPARE(rig.told->take(), QStringList());
-    rig.openLink();
-    QVERIFY(rig.sent().endsWith("{{PC S2 ON}}"));
-}
+    void managerLogsErrorsAndStops()
+    {
+        QFETCH(int, step);
+        QFETCH(QString, line);
+        ManagerRig rig;
+        rig.connect();
+        if (step == 4) {
+            rig.central->failedToConnect(rig.peripheral, u"boom"_s);
+        } else if (step < 2) {
+            rig.peripheral->foundServices({genericAccessService()},
+                                          step == 0 ? BluetoothResult(boom) : BluetoothResult());
+        } else {
+            rig.peripheral->foundServices({deviceService()});
+            rig.peripheral->foundCharacteristics(deviceService(), {infoCharacteristic()},
+                                                 step == 2 ? BluetoothResult(boom) : BluetoothResult());
+            if (step == 3)
+                rig.peripheral->value(infoCharacteristic(), "1,B", boom);
+        }
+        const auto text = rig.log.lines.join(u'\n');
+        QVERIFY2(text.contains(line), qPrintable(text));
+        QCOMPARE(text.contains(u"boom"_s), step != 1);
+        QCOMPARE(rig.listener->found.size(), 0);
+        rig.take();
+        rig.loop.advance(60s);
+        QCOMPARE(rig.take(), QStringList());
+    }
 
-void tst_Link::lossBeforeConnectedIsRetried()
-{
-    DeviceRig rig;
-    rig.device->connectAsCVCommWithPeripheral(rig.peripheral);
-    rig.journal.clear();
-    rig.loseLink();
-    QCOMPARE(rig.journal, QStringList{u"connect A"_s});
-    QCOMPARE(rig.log.lines.filter(u" - 3 (try No.: 1)"_s).size(), 1);
-    rig.loop.advance(5s);
-    QCOMPARE(rig.told->take(), QStringList{u"state 0"_s});
-}
+    void lostDeviceIsFoundAnew()
+    {
+        ManagerRig rig;
+        rig.connect();
+        rig.take();
+        rig.central->disconnected(rig.peripheral, boom);
+        QCOMPARE(rig.take(), (QStringList{u"cancel A"_s, u"scan [1e45e5bb] duplicates"_s}));
+        QCOMPARE(rig.log.count(u"[info] didDisconnectPeripheral - error: boom"_s), 1);
+        rig.central->discover(rig.peripheral);
+        rig.loop.advance(500ms);
+        QCOMPARE(rig.take(), QStringList{u"connect A"_s});
+    }
 
-void tst_Link::retriesEnd()
-{
-    DeviceRig rig;
-    rig.device->connectAsCVCommWithPeripheral(rig.peripheral);
-    int losses = 0;
-    for (; losses < 500 && rig.told->events.isEmpty(); ++losses) {
+    void scanWaitsForTheRadio_data()
+    {
+        columns<int, bool>("state", "supported");
+        row("unknown", 0, true);
+        row("unsupported", 2, false);
+        row("unauthorised", 3, true);
+        row("off", 4, true);
+    }
+
+    void scanWaitsForTheRadio()
+    {
+        QFETCH(int, state);
+        QFETCH(bool, supported);
+        ManagerRig rig(static_cast<BluetoothCentral::State>(state));
+        QCOMPARE(rig.manager->isBluetoothSupported(), supported);
+        rig.manager->startDeviceScan();
+        QCOMPARE(rig.take(), QStringList());
+        rig.central->setState(BluetoothCentral::State::PoweredOn);
+        QCOMPARE(rig.take(), QStringList{u"scan [1e45e5bb] duplicates"_s});
+        rig.central->setState(BluetoothCentral::State::PoweredOff);
+        rig.central->setState(BluetoothCentral::State::PoweredOn);
+        QCOMPARE(rig.take(), QStringList()); // only what was asked for is made up for
+    }
+
+    void managerMayGoWhileCallsAreDelayed()
+    {
+        ManagerRig rig;
+        rig.manager->startDeviceScan();
+        rig.central->discover(rig.peripheral);
+        rig.take();
+        rig.manager.reset();
+        rig.loop.advance(10s);
+        QCOMPARE(rig.take(), QStringList());
+    }
+
+    void linkIsMadeStepByStep()
+    {
+        DeviceRig rig;
+        const auto take = [&] { return std::exchange(rig.journal, {}); };
+        rig.device->connectAsCVCommWithPeripheral(rig.peripheral);
+        QCOMPARE(take(), QStringList{u"connect A"_s});
+        QCOMPARE(rig.log.count(u"[debug] connectPeripheral:"_s), 1);
+        QCOMPARE(rig.log.lines.filter(u" - 1"_s).size(), 1);
+        QCOMPARE(rig.log.count(u"[debug] -(void)startBluetoothTimer"_s), 1);
+        rig.loop.advance(4999ms);
         rig.central->connected(rig.peripheral);
+        QVERIFY(rig.log.lines.filter(u"-(void)stopBluetoothTimer"_s).size() > 0);
+        QCOMPARE(take(), QStringList{u"services A [1e45e5bb]"_s});
+        rig.loop.advance(4999ms);
+        rig.peripheral->foundServices({genericAccessService(), deviceService()});
+        QCOMPARE(take(), QStringList{u"characteristics A 1e45e5bb [534945e7]"_s});
+        rig.loop.advance(4999ms);
+        rig.peripheral->foundCharacteristics(deviceService(), {infoCharacteristic(), dataCharacteristic()});
+        QCOMPARE(take(), QStringList{u"notify A 534945e7"_s});
+        rig.peripheral->notificationState();
+        rig.loop.advance(99ms);
+        QCOMPARE(rig.sent(), "");
+        rig.loop.advance(1ms);
+        QCOMPARE(rig.sent(), "{{PC S2 ON}}");
+        QCOMPARE(rig.device->pendingCommand(), 1);
+        rig.central->discover(rig.peripheral); // the manager hears nothing of it
+        QCOMPARE(take(), QStringList());
+        QCOMPARE(rig.told->take(), QStringList());
+    }
+
+    void everyStepHasFiveSeconds_data()
+    {
+        columns<int, bool>("step", "cancels");
+        row("connecting", 0, true);
+        row("services", 1, true);
+        row("characteristics", 2, true);
+        row("already disconnected", 3, false);
+    }
+
+    void everyStepHasFiveSeconds()
+    {
+        QFETCH(int, step);
+        QFETCH(bool, cancels);
+        DeviceRig rig;
+        rig.device->connectAsCVCommWithPeripheral(rig.peripheral);
+        rig.loop.advance(1s);
+        if (step == 1 || step == 2)
+            rig.central->connected(rig.peripheral);
+        if (step == 2)
+            rig.peripheral->foundServices({deviceService()});
+        if (step == 3) {
+            rig.peripheral->setState(BluetoothPeripheral::State::Disconnected);
+            rig.loop.advance(3999ms);
+        } else {
+            rig.loop.advance(step == 0 ? 3999ms : 4999ms);
+        }
+        QCOMPARE(rig.told->take(), QStringList());
+        rig.journal.clear();
+        rig.loop.advance(1ms);
+        QCOMPARE(rig.told->take(), QStringList{u"state 0"_s});
+        QCOMPARE(rig.journal, cancels ? QStringList{u"cancel A"_s} : QStringList());
+        QCOMPARE(rig.log.count(u"[***ERROR***] [CVTamber Error]: -(void)bluetoothTimeout"_s), 1);
+        QCOMPARE(rig.log.count(u"[debug] cancelPeripheralConnection:"_s), cancels ? 1 : 0);
+        rig.central->disconnected(rig.peripheral);
+        rig.loop.advance(60s);
+        QCOMPARE(rig.told->take(), QStringList());
+    }
+
+    void failedConnectKeepsTheTimer()
+    {
+        DeviceRig rig;
+        rig.device->connectAsCVCommWithPeripheral(rig.peripheral);
+        rig.loop.advance(1s);
+        rig.central->failedToConnect(rig.peripheral, u"boom"_s);
+        QCOMPARE(rig.told->take(), QStringList{u"state 2"_s});
+        QVERIFY(rig.log.lines.contains(u"[info] boom"_s));
+        rig.loop.advance(3999ms);
+        QCOMPARE(rig.told->take(), QStringList());
+        rig.loop.advance(1ms);
+        QCOMPARE(rig.told->take(), QStringList{u"state 0"_s});
+    }
+
+    void discoveryErrorEndsTheAttempt_data()
+    {
+        QTest::addColumn<bool>("inServices");
+        row("services", true);
+        row("characteristics", false);
+    }
+
+    void discoveryErrorEndsTheAttempt()
+    {
+        QFETCH(bool, inServices);
+        DeviceRig rig;
+        rig.device->connectAsCVCommWithPeripheral(rig.peripheral);
+        rig.central->connected(rig.peripheral);
+        rig.peripheral->foundServices({deviceService()},
+                                      inServices ? BluetoothResult(boom) : BluetoothResult());
+        rig.journal.clear();
+        if (!inServices)
+            rig.peripheral->foundCharacteristics(deviceService(), {dataCharacteristic()}, boom);
+        QCOMPARE(rig.told->take(), QStringList{u"state 0"_s});
+        rig.central->disconnected(rig.peripheral);
+        rig.loop.advance(60s);
+        QCOMPARE(rig.told->take(), QStringList());
+        QCOMPARE(rig.sent(), "");
+        QCOMPARE(rig.log.count(u"[debug] cancelPeripheralConnection:"_s), 1);
+    }
+
+    void missingPartsEndTheAttempt_data()
+    {
+        QTest::addColumn<bool>("hasService");
+        row("no device service", false);
+        row("no data characteristic", true);
+    }
+
+    void missingPartsEndTheAttempt()
+    {
+        QFETCH(bool, hasService);
+        DeviceRig rig;
+        rig.device->connectAsCVCommWithPeripheral(rig.peripheral);
+        rig.central->connected(rig.peripheral);
+        int requests = 0;
+        const auto start = rig.loop.now();
+        while (!rig.told->events.contains(u"state 0"_s) && rig.loop.now() - start < 30s) {
+            const auto request = rig.journal.isEmpty() ? QString() : rig.journal.takeLast();
+            if (request.startsWith(u"services"_s)) {
+                ++requests;
+                rig.peripheral->foundServices(hasService ? QList{deviceService()}
+                                                         : QList{genericAccessService()});
+            } else if (request.startsWith(u"characteristics"_s)) {
+                ++requests;
+                rig.peripheral->foundCharacteristics(deviceService(), {infoCharacteristic()});
+            }
+            rig.loop.advance(1s);
+        }
+        QCOMPARE(rig.told->take(), QStringList{u"state 0"_s});
+        QVERIFY2(requests < 5, qPrintable(QString::number(requests)));
+        if (!hasService)
+            QVERIFY(!rig.log.lines.filter(u"ERROR: Corvane service not found!"_s).isEmpty());
+    }
+
+    void strangerIsLetGo()
+    {
+        DeviceRig rig;
+        const auto stranger = std::make_shared<FakePeripheral>(u"B"_s, QString(), rig.journal);
+        rig.device->connectAsCVCommWithPeripheral(rig.peripheral);
+        rig.journal.clear();
+        rig.loop.advance(1s);
+        rig.central->connected(stranger);
+        QCOMPARE(rig.journal, QStringList{u"cancel B"_s});
+        rig.central->disconnected(stranger, boom);
+        QVERIFY(!rig.journal.contains(u"connect B"_s));
+        rig.loop.advance(3999ms);
+        QCOMPARE(rig.told->take(), QStringList());
+        rig.loop.advance(1ms);
+        QCOMPARE(rig.told->take(), QStringList{u"state 0"_s}); // the chosen one's time was not prolonged
+        rig.identify();
+        rig.journal.clear();
+        rig.central->connected(stranger);
+        QCOMPARE(rig.journal, QStringList{u"cancel B"_s});
+        rig.central->disconnected(stranger, boom);
+        QVERIFY(rig.device->isConnectedAsCVComm());
+        QCOMPARE(rig.told->take(), QStringList());
+        QVERIFY(!rig.journal.contains(u"connect B"_s));
+    }
+
+    void lossBeforeTheProtocolIsRetried()
+    {
+        DeviceRig rig;
+        rig.device->connectAsCVCommWithPeripheral(rig.peripheral);
+        rig.central->connected(rig.peripheral);
+        rig.loop.advance(4s);
+        rig.journal.clear();
         rig.loseLink();
+        QCOMPARE(rig.journal, QStringList{u"connect A"_s});
+        QCOMPARE(rig.log.lines.filter(u" - 3 (try No.: 2)"_s).size(), 1);
+        QCOMPARE(rig.told->take(), QStringList());
+        rig.loop.advance(4999ms);
+        QCOMPARE(rig.told->take(), QStringList());
+        rig.openLink();
+        QVERIFY(rig.sent().endsWith("{{PC S2 ON}}"));
     }
-    // Each round counts twice, the connect and the retry: the 101st connect brings the count to 201.
-    QCOMPARE(losses, 101);
-    QCOMPARE(rig.journal.count(u"connect A"_s), 101);
-    QCOMPARE(rig.log.lines.filter(u" - 3 (try No.: 200)"_s).size(), 1);
-    QCOMPARE(rig.told->take(), QStringList{u"state 0"_s});
-}
 
-void tst_Link::lossJustBeforeTheLinkCommandIsRetried()
-{
-    DeviceRig rig;
-    rig.device->connectAsCVCommWithPeripheral(rig.peripheral);
-    rig.central->connected(rig.peripheral);
-    rig.peripheral->foundServices({deviceService()});
-    rig.peripheral->foundCharacteristics(deviceService(), {dataCharacteristic()});
-    rig.loop.advance(50ms);
-    rig.loseLink();
-    rig.loop.advance(4s);
-    QCOMPARE(rig.device->pendingCommand(), 0); // no link command into the air
-    QCOMPARE(rig.told->take(), QStringList());
-}
-
-void tst_Link::notificationErrorStopsWrites()
-{
-    DeviceRig rig;
-    rig.device->connectAsCVCommWithPeripheral(rig.peripheral);
-    rig.central->connected(rig.peripheral);
-    rig.peripheral->foundServices({deviceService()});
-    rig.peripheral->foundCharacteristics(deviceService(), {dataCharacteristic()});
-    rig.peripheral->notificationState(boom);
-    rig.loop.advance(10s);
-    QCOMPARE(rig.sent(), "");
-    QCOMPARE(rig.told->take(), QStringList{u"state 0"_s});
-    QVERIFY(rig.journal.contains(u"cancel A"_s));
-}
-
-void tst_Link::lossInTheConnectSequence()
-{
-    DeviceRig rig;
-    rig.linkWithCode(1); // PCR is asked
-    QCOMPARE(rig.device->pendingCommand(), 4);
-    rig.journal.clear();
-    rig.loseLink();
-    QCOMPARE(rig.told->take(), QStringList{u"state 0"_s});
-    QVERIFY(!rig.device->isConnectedAsCVComm());
-    QCOMPARE(rig.device->pendingCommand(), 0);
-    QCOMPARE(rig.journal, QStringList()); // no retry
-    rig.loop.advance(60s);
-    QCOMPARE(rig.told->take(), QStringList());
-    QCOMPARE(rig.loop.pendingCalls(), size_t{0});
-}
-
-void tst_Link::lossDropsWhatWasUnderWay_data()
-{
-    QTest::addColumn<QString>("action");
-    QTest::addColumn<QStringList>("told");
-    QTest::newRow("nothing") << u"nothing"_s << QStringList{u"state 0"_s};
-    QTest::newRow("fetch") << u"fetch"_s << QStringList{u"download failed"_s, u"state 0"_s};
-    QTest::newRow("queued upload") << u"store"_s << QStringList{u"state 0"_s, u"upload failed"_s};
-    QTest::newRow("written upload") << u"short store"_s << QStringList{u"state 0"_s, u"upload failed"_s};
-    QTest::newRow("emboss with modes") << u"emboss"_s << QStringList{u"state 0"_s, u"upload failed"_s};
-    QTest::newRow("listing") << u"listing"_s << QStringList{u"state 0"_s};
-    QTest::newRow("sound") << u"sound"_s << QStringList{u"state 0"_s};
-}
-
-void tst_Link::lossDropsWhatWasUnderWay()
-{
-    QFETCH(QString, action);
-    QFETCH(QStringList, told);
-    DeviceRig rig;
-    rig.identify();
-    rig.idleTimer.enabled = false;
-    int listed = 0;
-    if (action == u"fetch"_s) {
-        rig.device->setCvDownloadDelegate(rig.told);
-        rig.device->getFile(u"A"_s, BackTranslation);
-        rig.peripheral->notify("half of a te");
-    } else if (action == u"store"_s || action == u"short store"_s) {
-        rig.device->sendFileWithName(u"A"_s, QString(action == u"store"_s ? 500 : 5, u'x'),
-                                     ForwardTranslation);
-    } else if (action == u"emboss"_s) {
-        rig.device->embossString(QString(500, u'x'), ForwardTranslation);
-    } else if (action == u"listing"_s) {
-        rig.device->refreshFilesWithCompletionHandler([&] { ++listed; });
-        rig.peripheral->notify("GHOST 1\r\n");
-    } else if (action == u"sound"_s) {
-        rig.device->uploadSoundData(QByteArray(100, 's'));
+    void lossBeforeConnectedIsRetried()
+    {
+        DeviceRig rig;
+        rig.device->connectAsCVCommWithPeripheral(rig.peripheral);
+        rig.journal.clear();
+        rig.loseLink();
+        QCOMPARE(rig.journal, QStringList{u"connect A"_s});
+        QCOMPARE(rig.log.lines.filter(u" - 3 (try No.: 1)"_s).size(), 1);
+        rig.loop.advance(5s);
+        QCOMPARE(rig.told->take(), QStringList{u"state 0"_s});
     }
-    rig.told->take();
-    rig.journal.clear();
-    rig.loseLink();
-    auto events = rig.told->take();
-    events.sort();
-    QCOMPARE(events, told);
-    QCOMPARE(rig.observer.take(), QStringList{u"lost"_s});
-    QVERIFY(rig.idleTimer.enabled);
-    QVERIFY(!rig.device->isConnectedAsCVComm());
-    QCOMPARE(rig.device->connectionType(), 0);
-    QCOMPARE(rig.device->stringEncoding(), StringEncoding::Ascii);
-    QCOMPARE(rig.device->queuedBytes(), 0);
-    QCOMPARE(rig.device->unconfirmedWrites(), 0);
-    QCOMPARE(rig.device->pendingCommand(), 0);
-    QCOMPARE(rig.journal, QStringList());
-    rig.loop.advance(60s);
-    QCOMPARE(rig.told->take(), QStringList());
-    QCOMPARE(rig.loop.pendingCalls(), size_t{0});
 
-    rig.device->setCvDownloadDelegate(nullptr);
-    const auto listedByLoss = listed;
-    rig.sent();
-    rig.openLink();
-    QCOMPARE(rig.sent(), "{{PC S2 ON}}");
-    rig.told->take();
-    rig.drain();
-    QCOMPARE(rig.told->take(), QStringList()); // no end of an upload of the earlier link
-    rig.reply("{PC\x01}");
-    for (const auto &answer : {DeviceRig::pcrReply(), DeviceRig::defaultVersion(), QByteArray("B 2")})
-        rig.reply(answer);
-    QVERIFY(rig.told->take().contains(u"state 1"_s));
-    QCOMPARE(rig.device->getFilesCount(), 1);
-    QCOMPARE(rig.device->getFileName(0), u"B"_s);
-    QCOMPARE(listed, listedByLoss);
-    QCOMPARE(rig.drain(), "{PCR}{VER1}{NW}{DIR}");
-    rig.device->embossString(u"x"_s, PlainTransfer);
-    QCOMPARE(rig.drain(), "x"); // modes toggled on the earlier link are not toggled back on this one
-    rig.peripheral->notify("\x02");
-    QCOMPARE(rig.drain(), "");
-}
+    void retriesEnd()
+    {
+        DeviceRig rig;
+        rig.device->connectAsCVCommWithPeripheral(rig.peripheral);
+        int losses = 0;
+        for (; losses < 500 && rig.told->events.isEmpty(); ++losses) {
+            rig.central->connected(rig.peripheral);
+            rig.loseLink();
+        }
+        // Each round counts twice, the connect and the retry: the 101st connect brings the count to 201.
+        QCOMPARE(losses, 101);
+        QCOMPARE(rig.journal.count(u"connect A"_s), 101);
+        QCOMPARE(rig.log.lines.filter(u" - 3 (try No.: 200)"_s).size(), 1);
+        QCOMPARE(rig.told->take(), QStringList{u"state 0"_s});
+    }
 
-void tst_Link::lossWithoutErrorIsALossToo()
-{
-    DeviceRig rig;
-    rig.identify();
-    rig.device->sendFileWithName(u"A"_s, QString(500, u'x'), PlainTransfer);
-    rig.central->disconnected(rig.peripheral);
-    QCOMPARE(rig.observer.take(), QStringList{u"lost"_s});
-    QVERIFY(rig.told->take().contains(u"upload failed"_s));
-    QCOMPARE(rig.device->queuedBytes(), 0);
-    QCOMPARE(rig.device->pendingCommand(), 0);
-}
+    void lossJustBeforeTheLinkCommandIsRetried()
+    {
+        DeviceRig rig;
+        rig.device->connectAsCVCommWithPeripheral(rig.peripheral);
+        rig.central->connected(rig.peripheral);
+        rig.peripheral->foundServices({deviceService()});
+        rig.peripheral->foundCharacteristics(deviceService(), {dataCharacteristic()});
+        rig.loop.advance(50ms);
+        rig.loseLink();
+        rig.loop.advance(4s);
+        QCOMPARE(rig.device->pendingCommand(), 0); // no link command into the air
+        QCOMPARE(rig.told->take(), QStringList());
+    }
 
-void tst_Link::newConnectDropsTheDelayedDisconnect()
-{
-    DeviceRig rig;
-    rig.identify();
-    rig.device->disconnectAsCVComm();
-    rig.loop.advance(1s);
-    rig.journal.clear();
-    rig.linkWithCode(35);
-    rig.loop.advance(10s);
-    QVERIFY(!rig.journal.contains(u"cancel A"_s));
-    QVERIFY(rig.device->isConnectedAsCVComm());
-}
+    void lateAnswersChangeNothing()
+    {
+        DeviceRig rig; // the manager had asked for all services when the device was chosen
+        rig.linkWithCode(1);
+        rig.journal.clear();
+        rig.drain();
+        rig.peripheral->foundServices({deviceService()});
+        QEXPECT_FAIL("", "The link looks for its characteristic again, and starts over.", Abort);
+        QCOMPARE(rig.journal, QStringList());
+        rig.loop.advance(1s);
+        QCOMPARE(rig.drain(), "");
+        QCOMPARE(rig.device->pendingCommand(), 4);
+        rig.loop.advance(10s);
+        QCOMPARE(rig.log.lines.filter(u"bluetoothTimeout"_s), QStringList());
+    }
 
-void tst_Link::lossDropsTheDelayedDisconnect()
-{
-    DeviceRig rig;
-    rig.identify();
-    rig.device->disconnectAsCVComm();
-    rig.told->take();
-    rig.loop.advance(1s);
-    rig.journal.clear();
-    rig.loseLink();
-    rig.loop.advance(10s);
-    QCOMPARE(rig.journal, QStringList());
-    QCOMPARE(rig.told->take(), QStringList()); // state 2 was told when it was asked for
-    QCOMPARE(rig.loop.pendingCalls(), size_t{0});
-}
+    void serialNumberIsReadFromTheInformation()
+    {
+        DeviceRig rig;
+        rig.openLink();
+        const auto information = std::make_shared<BluetoothCharacteristic>();
+        rig.device->setCvBtInfoCharacteristic(information);
+        auto &receiver = *rig.peripheral->delegate();
+        receiver.peripheralDidUpdateValue(rig.peripheral, information, "short", {});
+        QVERIFY(rig.device->cvSerialNumber().isNull());
+        receiver.peripheralDidUpdateValue(rig.peripheral, information, "SN765432,Room 4", {});
+        QCOMPARE(rig.device->cvSerialNumber(), u"SN765432"_s);
+        QCOMPARE(rig.told->take(), QStringList{u"serial SN765432"_s});
+        rig.reply("{PC\x01}");
+        rig.reply(DeviceRig::pcrReply());
+        rig.reply("1.2A345SN111111W1");
+        QCOMPARE(rig.device->cvSerialNumber(), u"SN765432"_s);
+    }
 
-void tst_Link::stallIsToldOncePerSilence()
-{
-    DeviceRig rig;
-    rig.identify();
-    rig.device->sendData(QByteArray(100, 'x'));
-    rig.loop.advance(5999ms);
-    QCOMPARE(rig.observer.take(), QStringList());
-    rig.loop.advance(1ms);
-    QCOMPARE(rig.observer.take(), QStringList{u"stalled"_s});
-    rig.loop.advance(60s);
-    QCOMPARE(rig.observer.take(), QStringList());
-    rig.peripheral->confirmWrite();
-    rig.loop.advance(5999ms);
-    QCOMPARE(rig.observer.take(), QStringList());
-    rig.loop.advance(1ms);
-    QCOMPARE(rig.observer.take(), QStringList{u"stalled"_s});
-    rig.drain();
-    rig.loop.advance(60s);
-    QCOMPARE(rig.observer.take(), QStringList{u"confirmed"_s});
-}
+    void notificationErrorStopsWrites()
+    {
+        DeviceRig rig;
+        rig.device->connectAsCVCommWithPeripheral(rig.peripheral);
+        rig.central->connected(rig.peripheral);
+        rig.peripheral->foundServices({deviceService()});
+        rig.peripheral->foundCharacteristics(deviceService(), {dataCharacteristic()});
+        rig.peripheral->notificationState(boom);
+        rig.loop.advance(10s);
+        QCOMPARE(rig.sent(), "");
+        QCOMPARE(rig.told->take(), QStringList{u"state 0"_s});
+        QVERIFY(rig.journal.contains(u"cancel A"_s));
+    }
 
-void tst_Link::failedWriteIsToldAndTheQueueGoesOn()
-{
-    DeviceRig rig;
-    rig.identify();
-    rig.device->sendData(QByteArray(20, 'a') + QByteArray(20, 'b'));
-    rig.peripheral->failWrite(u"boom"_s);
-    QCOMPARE(rig.observer.take(), QStringList{u"write failed: boom"_s});
-    QCOMPARE(rig.drain(), QByteArray(20, 'a') + QByteArray(20, 'b'));
-}
+    void lossInTheConnectSequence()
+    {
+        DeviceRig rig;
+        rig.linkWithCode(1); // PCR is asked
+        QCOMPARE(rig.device->pendingCommand(), 4);
+        rig.journal.clear();
+        rig.loseLink();
+        QCOMPARE(rig.told->take(), QStringList{u"state 0"_s});
+        QVERIFY(!rig.device->isConnectedAsCVComm());
+        QCOMPARE(rig.device->pendingCommand(), 0);
+        QCOMPARE(rig.journal, QStringList()); // no retry
+        rig.loop.advance(60s);
+        QCOMPARE(rig.told->take(), QStringList());
+        QCOMPARE(rig.loop.pendingCalls(), size_t{0});
+    }
 
-void tst_Link::ownScanTakesTheNamedDevice()
-{
-    DeviceRig rig;
-    const auto other = std::make_shared<FakePeripheral>(u"C"_s, u"Bluegiga CR device 2"_s, rig.journal);
-    const auto named = std::make_shared<FakePeripheral>(u"D"_s, ownScanName(), rig.journal);
-    const auto take = [&] { return std::exchange(rig.journal, {}); };
-    rig.device->connectAsCVComm();
-    QVERIFY(rig.ownCentral);
-    QCOMPARE(take(), QStringList());
-    rig.ownCentral->setState(BluetoothCentral::State::PoweredOn);
-    QCOMPARE(take(), QStringList{u"scan [00001800,0000180d,0bd51666] duplicates"_s});
-    rig.ownCentral->discover(other);
-    QCOMPARE(take(), QStringList());
-    rig.ownCentral->discover(named);
-    QCOMPARE(take(), (QStringList{u"stopScan"_s, u"connect D"_s}));
-    QCOMPARE(rig.log.count(u"[debug] connectPeripheral:"_s), 1);
-    QVERIFY(!rig.log.lines.filter(u" - 2"_s).isEmpty());
-    rig.ownCentral->connected(named);
-    QCOMPARE(take(), QStringList{u"services D [00001800]"_s});
-    named->foundServices({genericAccessService()});
-    QCOMPARE(take(), QStringList{u"services D []"_s});
-    named->foundServices({genericAccessService(), deviceService()});
-    QCOMPARE(take(), QStringList{u"characteristics D 1e45e5bb [534945e7]"_s});
-    named->foundCharacteristics(deviceService(), {dataCharacteristic()});
-    named->notificationState();
-    rig.loop.advance(100ms);
-    QCOMPARE(named->writes(), QList<QByteArray>{"{{PC S2 ON}}"});
-    named->notify("{PC\x23}");
-    rig.loop.advance(20s);
-    QCOMPARE(rig.told->take(), QStringList{u"state 1"_s}); // the scan's ten seconds were stopped
-}
+    void lossDropsWhatWasUnderWay_data()
+    {
+        columns<QString, QStringList>("action", "told");
+        row("nothing", u"nothing"_s, QStringList{u"state 0"_s});
+        row("fetch", u"fetch"_s, QStringList{u"download failed"_s, u"state 0"_s});
+        row("queued upload", u"store"_s, QStringList{u"state 0"_s, u"upload failed"_s});
+        row("written upload", u"short store"_s, QStringList{u"state 0"_s, u"upload failed"_s});
+        row("emboss with modes", u"emboss"_s, QStringList{u"state 0"_s, u"upload failed"_s});
+        row("listing", u"listing"_s, QStringList{u"state 0"_s});
+        row("sound", u"sound"_s, QStringList{u"state 0"_s});
+    }
 
-void tst_Link::ownScanEndsAfterTenSeconds()
-{
-    DeviceRig rig;
-    rig.device->connectAsCVComm();
-    rig.ownCentral->setState(BluetoothCentral::State::PoweredOn);
-    rig.loop.advance(9999ms);
-    QCOMPARE(rig.told->take(), QStringList());
-    rig.loop.advance(1ms);
-    QCOMPARE(rig.told->take(), QStringList{u"state 0"_s});
-}
+    void lossDropsWhatWasUnderWay()
+    {
+        QFETCH(QString, action);
+        QFETCH(QStringList, told);
+        DeviceRig rig;
+        rig.identify();
+        rig.idleTimer.enabled = false;
+        int listed = 0;
+        if (action == u"fetch"_s) {
+            rig.device->setCvDownloadDelegate(rig.told);
+            rig.device->getFile(u"A"_s, BackTranslation);
+            rig.peripheral->notify("half of a te");
+        } else if (action == u"store"_s || action == u"short store"_s) {
+            rig.device->sendFileWithName(u"A"_s, QString(action == u"store"_s ? 500 : 5, u'x'),
+                                         ForwardTranslation);
+        } else if (action == u"emboss"_s) {
+            rig.device->embossString(QString(500, u'x'), ForwardTranslation);
+        } else if (action == u"listing"_s) {
+            rig.device->refreshFilesWithCompletionHandler([&] { ++listed; });
+            rig.peripheral->notify("GHOST 1\r\n");
+        } else if (action == u"sound"_s) {
+            rig.device->uploadSoundData(QByteArray(100, 's'));
+        }
+        rig.told->take();
+        rig.journal.clear();
+        rig.loseLink();
+        auto events = rig.told->take();
+        events.sort();
+        QCOMPARE(events, told);
+        QCOMPARE(rig.observer.take(), QStringList{u"lost"_s});
+        QVERIFY(rig.idleTimer.enabled);
+        QVERIFY(!rig.device->isConnectedAsCVComm());
+        QCOMPARE(rig.device->connectionType(), 0);
+        QCOMPARE(rig.device->stringEncoding(), StringEncoding::Ascii);
+        QCOMPARE(rig.device->queuedBytes(), 0);
+        QCOMPARE(rig.device->unconfirmedWrites(), 0);
+        QCOMPARE(rig.device->pendingCommand(), 0);
+        QCOMPARE(rig.journal, QStringList());
+        rig.loop.advance(60s);
+        QCOMPARE(rig.told->take(), QStringList());
+        QCOMPARE(rig.loop.pendingCalls(), size_t{0});
+
+        rig.device->setCvDownloadDelegate(nullptr);
+        const auto listedByLoss = listed;
+        rig.sent();
+        rig.openLink();
+        QCOMPARE(rig.sent(), "{{PC S2 ON}}");
+        rig.told->take();
+        rig.drain();
+        QCOMPARE(rig.told->take(), QStringList()); // no end of an upload of the earlier link
+        rig.reply("{PC\x01}");
+        for (const auto &answer : {DeviceRig::pcrReply(), DeviceRig::defaultVersion(), "B 2"_ba})
+            rig.reply(answer);
+        QVERIFY(rig.told->take().contains(u"state 1"_s));
+        QCOMPARE(rig.device->getFilesCount(), 1);
+        QCOMPARE(rig.device->getFileName(0), u"B"_s);
+        QCOMPARE(listed, listedByLoss);
+        QCOMPARE(rig.drain(), "{PCR}{VER1}{NW}{DIR}");
+        rig.device->embossString(u"x"_s, PlainTransfer);
+        QCOMPARE(rig.drain(), "x"); // modes toggled on the earlier link are not toggled back on this one
+        rig.peripheral->notify("\x02");
+        QCOMPARE(rig.drain(), "");
+    }
+
+    void lossWithoutErrorIsALossToo()
+    {
+        DeviceRig rig;
+        rig.identify();
+        rig.device->sendFileWithName(u"A"_s, QString(500, u'x'), PlainTransfer);
+        rig.central->disconnected(rig.peripheral);
+        QCOMPARE(rig.observer.take(), QStringList{u"lost"_s});
+        QVERIFY(rig.told->take().contains(u"upload failed"_s));
+        QCOMPARE(rig.device->queuedBytes(), 0);
+        QCOMPARE(rig.device->pendingCommand(), 0);
+    }
+
+    void newConnectDropsTheDelayedDisconnect()
+    {
+        DeviceRig rig;
+        rig.identify();
+        rig.device->disconnectAsCVComm();
+        rig.loop.advance(1s);
+        rig.journal.clear();
+        rig.linkWithCode(35);
+        rig.loop.advance(10s);
+        QVERIFY(!rig.journal.contains(u"cancel A"_s));
+        QVERIFY(rig.device->isConnectedAsCVComm());
+    }
+
+    void lossDropsTheDelayedDisconnect()
+    {
+        DeviceRig rig;
+        rig.identify();
+        rig.device->disconnectAsCVComm();
+        rig.told->take();
+        rig.loop.advance(1s);
+        rig.journal.clear();
+        rig.loseLink();
+        rig.loop.advance(10s);
+        QCOMPARE(rig.journal, QStringList());
+        QCOMPARE(rig.told->take(), QStringList()); // state 2 was told when it was asked for
+        QCOMPARE(rig.loop.pendingCalls(), size_t{0});
+    }
+
+    void stallIsToldOncePerSilence()
+    {
+        DeviceRig rig;
+        rig.identify();
+        rig.device->sendData(QByteArray(100, 'x'));
+        rig.loop.advance(5999ms);
+        QCOMPARE(rig.observer.take(), QStringList());
+        rig.loop.advance(1ms);
+        QCOMPARE(rig.observer.take(), QStringList{u"stalled"_s});
+        rig.loop.advance(60s);
+        QCOMPARE(rig.observer.take(), QStringList());
+        rig.peripheral->confirmWrite();
+        rig.loop.advance(5999ms);
+        QCOMPARE(rig.observer.take(), QStringList());
+        rig.loop.advance(1ms);
+        QCOMPARE(rig.observer.take(), QStringList{u"stalled"_s});
+        rig.drain();
+        rig.loop.advance(60s);
+        QCOMPARE(rig.observer.take(), QStringList{u"confirmed"_s});
+    }
+
+    void failedWriteIsToldAndTheQueueGoesOn()
+    {
+        DeviceRig rig;
+        rig.identify();
+        rig.device->sendData(QByteArray(20, 'a') + QByteArray(20, 'b'));
+        rig.peripheral->failWrite(u"boom"_s);
+        QCOMPARE(rig.observer.take(), QStringList{u"write failed: boom"_s});
+        QCOMPARE(rig.drain(), QByteArray(20, 'a') + QByteArray(20, 'b'));
+    }
+
+    void ownScanTakesTheNamedDevice()
+    {
+        DeviceRig rig;
+        const auto other = std::make_shared<FakePeripheral>(u"C"_s, u"Bluegiga CR device 2"_s, rig.journal);
+        const auto named = std::make_shared<FakePeripheral>(u"D"_s, ownScanName(), rig.journal);
+        const auto take = [&] { return std::exchange(rig.journal, {}); };
+        rig.device->connectAsCVComm();
+        QVERIFY(rig.ownCentral);
+        QCOMPARE(take(), QStringList());
+        rig.ownCentral->setState(BluetoothCentral::State::PoweredOn);
+        QCOMPARE(take(), QStringList{u"scan [00001800,0000180d,0bd51666] duplicates"_s});
+        rig.ownCentral->discover(other);
+        QCOMPARE(take(), QStringList());
+        rig.ownCentral->discover(named);
+        QCOMPARE(take(), (QStringList{u"stopScan"_s, u"connect D"_s}));
+        QCOMPARE(rig.log.count(u"[debug] connectPeripheral:"_s), 1);
+        QVERIFY(!rig.log.lines.filter(u" - 2"_s).isEmpty());
+        rig.ownCentral->connected(named);
+        QCOMPARE(take(), QStringList{u"services D [00001800]"_s});
+        named->foundServices({genericAccessService()});
+        QCOMPARE(take(), QStringList{u"services D []"_s});
+        named->foundServices({genericAccessService(), deviceService()});
+        QCOMPARE(take(), QStringList{u"characteristics D 1e45e5bb [534945e7]"_s});
+        named->foundCharacteristics(deviceService(), {dataCharacteristic()});
+        named->notificationState();
+        rig.loop.advance(100ms);
+        QCOMPARE(named->writes(), QList<QByteArray>{"{{PC S2 ON}}"});
+        named->notify("{PC\x23}");
+        rig.loop.advance(20s);
+        QCOMPARE(rig.told->take(), QStringList{u"state 1"_s}); // the scan's ten seconds were stopped
+    }
+
+    void ownScanEndsAfterTenSeconds()
+    {
+        DeviceRig rig;
+        rig.device->connectAsCVComm();
+        rig.ownCentral->setState(BluetoothCentral::State::PoweredOn);
+        rig.loop.advance(9999ms);
+        QCOMPARE(rig.told->take(), QStringList());
+        rig.loop.advance(1ms);
+        QCOMPARE(rig.told->take(), QStringList{u"state 0"_s});
+    }
+};
 
 QTEST_GUILESS_MAIN(tst_Link)
 #include "tst_link.moc"

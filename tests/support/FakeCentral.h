@@ -30,6 +30,7 @@ public:
     void failWrite(const QString &reason) { answerWrite(BluetoothError{reason}); }
     void linkEnded();
 
+    std::shared_ptr<BluetoothPeripheralDelegate> delegate() const { return _delegate.lock(); }
     const QList<QByteArray> &writes() const { return _writes; } // those made on a live link
     int unconfirmed() const { return _unconfirmed; }
 
