@@ -106,7 +106,21 @@ public:
     void setEnabled(bool) override {}
 };
 
-// A device object, connected and identified. What the device does, the benchmark calls by hand.
+// What a screen is during a transfer; keeps sizes only.
+class BenchReceiver final : public CVDownloadFileDelegate, public CVUploadFileDelegate
+{
+public:
+    void cvDownloadProgress(float fraction) override { progress = fraction; }
+    void cvFileDownloaded(const QString &text) override { downloadedSize = text.size(); }
+    void cvUploadProgress(float fraction) override { progress = fraction; }
+    void cvFileUploaded() override { ++uploads; }
+
+    float progress = 0;
+    qsizetype downloadedSize = 0;
+    int uploads = 0;
+};
+
+// A device object, connected and identified, with delegates for transfers. What the device does, the benchmark calls by hand.
 class BenchLink
 {
 public:
@@ -127,6 +141,8 @@ public:
         reply("1.2A345SN123456W1");
         reply({});
         peripheral->confirmAllWrites();
+        device->setCvDownloadDelegate(receiver);
+        device->setCvUploadDelegate(receiver);
     }
 
     // One notification, and the silence that ends a reply.
@@ -142,6 +158,7 @@ public:
 
     ManualRunLoop loop;
     std::shared_ptr<BenchPeripheral> peripheral = std::make_shared<BenchPeripheral>();
+    std::shared_ptr<BenchReceiver> receiver = std::make_shared<BenchReceiver>();
     std::unique_ptr<CVBTDevice> device;
 
 private:

@@ -15,7 +15,7 @@ namespace {
 
 using namespace cvtamber;
 
-constexpr int MegaByte = 1'000'000;
+constexpr int64_t MegaByte = 1'000'000;
 
 // About one letter in ten is outside ASCII, as in French or Spanish prose.
 QString westernText(qsizetype size)
@@ -61,7 +61,7 @@ void setBytes(benchmark::State &state)
 void encodeText(benchmark::State &state, int language)
 {
     const QString text = textFor(language, state.range(0));
-    for (auto _ : state)
+    while (state.KeepRunning())
         benchmark::DoNotOptimize(TextCodec::encode(text, language));
     setBytes(state);
 }
@@ -69,7 +69,7 @@ void encodeText(benchmark::State &state, int language)
 void decodeText(benchmark::State &state, int language)
 {
     const QByteArray bytes = TextCodec::encode(textFor(language, state.range(0)), language).bytes;
-    for (auto _ : state)
+    while (state.KeepRunning())
         benchmark::DoNotOptimize(TextCodec::decode(bytes, language));
     setBytes(state);
 }
@@ -79,7 +79,7 @@ void icuFromUnicode(benchmark::State &state, int language)
 {
     const QString text = textFor(language, state.range(0));
     const Converter converter = converterFor(language);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         UErrorCode error = U_ZERO_ERROR;
         QByteArray bytes(text.size(), Qt::Uninitialized);
         const auto *units = reinterpret_cast<const UChar *>(text.utf16());
@@ -98,7 +98,7 @@ void icuToUnicode(benchmark::State &state, int language)
         language == DeviceLanguage::Greek ? StringEncoding::WindowsCP1253 : StringEncoding::WindowsCP1252;
     const QByteArray bytes = TextCodec::encodeRaw(textFor(language, state.range(0)), page).bytes;
     const Converter converter = converterFor(language);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         UErrorCode error = U_ZERO_ERROR;
         QString text(bytes.size(), Qt::Uninitialized);
         auto *units = reinterpret_cast<UChar *>(text.data());
