@@ -46,6 +46,8 @@ struct DeviceProfile
     QString name = QStringLiteral("Corvane Scribe Plus"); // told with the serial number
     QString advertisedName = name;                        // null: none
     QList<BluetoothUuid> advertisedServices{BluetoothIdentifiers::deviceService()};
+    QString address;         // "C2:34:..." in upper case; null: made from the serial number
+    bool remembered = false; // the Bluetooth daemon knows it from earlier
     InfoPlace info = InfoPlace::DeviceService;
     QString infoText; // instead of serial number, comma, name; null: those
 
@@ -59,7 +61,7 @@ struct DeviceProfile
     QMap<int, int> stateFields; // over what the state record begins with
 
     QList<SimulatedFile> files;
-    qsizetype storageLimit = 8 * 1024 * 1024;
+    qsizetype storageLimit = 8LL * 1024 * 1024;
     SizeStyle sizes = SizeStyle::Decimal;
     bool persistent = true;
 
@@ -79,9 +81,24 @@ struct RadioProfile
     std::chrono::milliseconds offAfter{-1};
 };
 
+// The Bluetooth daemon that stands between the radio and its clients on a D-Bus, where there is one.
+struct DaemonProfile
+{
+    // Negative: never.
+    std::chrono::milliseconds restartsAfter{-1};
+    std::chrono::milliseconds restartTakes{500};
+    // The times below are those of BlueZ and of the kernel.
+    std::chrono::milliseconds forgetsAfter{30000};   // a device that was never connected to, without a scan
+    std::chrono::milliseconds connectTimeout{20000}; // while the device does not advertise
+    std::chrono::milliseconds answerTimeout{30000};  // an unconfirmed write then ends the link
+    bool keepsServices = true;                       // on the bus, over the end of a link
+    bool linksEndWithClients = false;                // when the client that connected leaves the bus
+};
+
 struct DeviceProfileSet
 {
     RadioProfile radio;
+    DaemonProfile daemon;
     QList<DeviceProfile> devices;
 
     // One English device with a few files, as used where no profile is named.

@@ -16,7 +16,7 @@ namespace {
 
 constexpr int FormatVersion = 1;
 // Twice the largest storage and page in base64; anything larger is not ours.
-constexpr qint64 MaximalFileSize = 256 * 1024 * 1024;
+constexpr qint64 MaximalFileSize = 256LL * 1024 * 1024;
 
 QString base64Text(const QByteArray &bytes)
 {
@@ -43,9 +43,9 @@ std::optional<SavedDeviceState> parsed(const QByteArray &json)
         !root[u"backwardGrade"].isDouble() || !root[u"forwardGrade"].isDouble())
         return std::nullopt;
     SavedDeviceState state{{}, root[u"backwardGrade"].toInt(), root[u"forwardGrade"].toInt(), *page};
-    for (const QJsonValue &file : files.toArray()) {
-        const auto name = bytesOf(file[u"name"]);
-        const auto bytes = bytesOf(file[u"bytes"]);
+    for (const auto &file : files.toArray()) {
+        const auto name = bytesOf(file.toObject()[u"name"]);
+        const auto bytes = bytesOf(file.toObject()[u"bytes"]);
         if (!name || !bytes)
             return std::nullopt;
         state.files.append({*name, *bytes});

@@ -9,12 +9,13 @@
 
 #include <QFile>
 #include <QJsonDocument>
+#include <QRegularExpression>
 
 namespace cvtamber {
 
 namespace {
 
-constexpr qint64 MaximalProfileSize = 64 * 1024 * 1024;
+constexpr qint64 MaximalProfileSize = 64LL * 1024 * 1024;
 constexpr int MaximalStorage = 64 * 1024 * 1024;
 constexpr int MaximalValue = 512; // longest value of a characteristic
 constexpr int LargestSwitch = 9;  // told as one digit
@@ -33,6 +34,16 @@ void readDelays(JsonFields &fields, DeviceDelays &delays)
     readMilliseconds(fields, QStringLiteral("advertising"), delays.advertising);
 }
 
+void readAddress(JsonFields &fields, QString &address)
+{
+    static const QRegularExpression form(QStringLiteral("^([0-9A-F]{2}:){5}[0-9A-F]{2}$"));
+    fields.text(QStringLiteral("address"), address);
+    address = address.toUpper();
+    if (!address.isNull() && !form.match(address).hasMatch())
+        fields.fail(fields.place(QStringLiteral("address")),
+                    QStringLiteral("must be six pairs of hexadecimal digits with colons"));
+}
+
 void readAir(JsonFields &fields, DeviceProfile &device)
 {
     fields.text(QStringLiteral("name"), device.name);
@@ -49,6 +60,8 @@ void readAir(JsonFields &fields, DeviceProfile &device)
                         QStringLiteral("must be a Bluetooth identifier of 4 or 32 hexadecimal digits"));
         device.advertisedServices.append(uuid);
     });
+    readAddress(fields, device.address);
+    fields.boolean(QStringLiteral("remembered"), device.remembered);
     int info = static_cast<int>(device.info);
     fields.choice(QStringLiteral("info"), info,
                   {QStringLiteral("device"), QStringLiteral("genericAccess"), QStringLiteral("none")});
@@ -145,6 +158,17 @@ void readRadio(JsonFields &fields, RadioProfile &radio)
     readMilliseconds(fields, QStringLiteral("offAfter"), radio.offAfter);
 }
 
+void readDaemon(JsonFields &fields, DaemonProfile &daemon)
+{
+    readMilliseconds(fields, QStringLiteral("restartsAfter"), daemon.restartsAfter);
+    readMilliseconds(fields, QStringLiteral("restartTakes"), daemon.restartTakes);
+    readMilliseconds(fields, QStringLiteral("forgetsAfter"), daemon.forgetsAfter);
+    readMilliseconds(fields, QStringLiteral("connectTimeout"), daemon.connectTimeout);
+    readMilliseconds(fields, QStringLiteral("answerTimeout"), daemon.answerTimeout);
+    fields.boolean(QStringLiteral("keepsServices"), daemon.keepsServices);
+    fields.boolean(QStringLiteral("linksEndWithClients"), daemon.linksEndWithClients);
+}
+
 void readDevices(JsonFields &fields, DeviceProfileSet &set, QString &error)
 {
     fields.list(QStringLiteral("devices"), [&](const QJsonValue &value, const QString &place) {
@@ -175,6 +199,8 @@ ProfileResult parseProfile(const QByteArray &json)
     JsonFields fields(root, {}, result.error);
     fields.object(QStringLiteral("radio"),
                   [&](JsonFields &radio) { readRadio(radio, result.profiles.radio); });
+    fields.object(QStringLiteral("daemon"),
+                  [&](JsonFields &daemon) { readDaemon(daemon, result.profiles.daemon); });
     // A profile of one device may have that device's keys at the top.
     if (fields.has(QStringLiteral("devices")))
         readDevices(fields, result.profiles, result.error);

@@ -11,7 +11,7 @@ namespace {
 using namespace std::chrono_literals;
 
 // Long enough for a page of writes to be saved once, short enough to survive a program that is killed.
-constexpr auto SaveDelay = 100ms;
+constexpr auto SaveDelay = 250ms;
 
 } // namespace
 

@@ -60,6 +60,8 @@ void SimulatedRadio::setState(BluetoothCentral::State state)
     const auto centrals = _centrals;
     for (SimulatedCentral *central : centrals)
         central->radioChanged();
+    if (_stateChanged)
+        _stateChanged();
 }
 
 std::shared_ptr<SimulatedDevice> SimulatedRadio::device(const QByteArray &serial) const

@@ -8,6 +8,7 @@
 #include "simulator/ProfileParser.h"
 #include "simulator/SimulatedDevice.h"
 
+#include <functional>
 #include <memory>
 
 namespace cvtamber {
@@ -43,6 +44,8 @@ public:
 
     BluetoothCentral::State state() const { return _state; }
     void setState(BluetoothCentral::State state);
+    // Who hears of each new state beside the centrals; one at a time.
+    void setStateChanged(const std::function<void()> &changed) { _stateChanged = changed; }
     const QList<std::shared_ptr<SimulatedDevice>> &devices() const { return _devices; }
     // Null when there is no such device.
     std::shared_ptr<SimulatedDevice> device(const QByteArray &serial) const;
@@ -61,6 +64,7 @@ private:
     BluetoothCentral::State _state;
     QList<std::shared_ptr<SimulatedDevice>> _devices;
     QList<SimulatedCentral *> _centrals;
+    std::function<void()> _stateChanged;
     CallGroup _script;
 };
 

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "simulator/SimulatedDevice.h"
+
+namespace cvtamber {
+
+// The link to a device as its services on the bus use it.
+class GattLink
+{
+public:
+    GattLink() = default;
+    GattLink(const GattLink &) = delete;
+    GattLink &operator=(const GattLink &) = delete;
+    virtual ~GattLink() = default;
+
+    virtual SimulatedDevice &peer() = 0;
+    // Linked, and the services are known.
+    virtual bool isResolved() const = 0;
+    // Calls unless the link ends before: without a delay at once, from inside.
+    virtual void after(std::chrono::nanoseconds delay, const RunLoop::Callback &callback) = 0;
+    // Ends the link, never from inside. With an error, what is under way fails before the end is told.
+    virtual void dropAfter(std::chrono::nanoseconds delay, bool withError) = 0;
+};
+
+} // namespace cvtamber
