@@ -372,6 +372,7 @@ private slots:
         rig.loop.advance(100s);
         QCOMPARE(rig.device->pendingCommand(), 8);
         rig.peripheral->notify("\x01\x03");
+        rig.loop.advance(100s);
         QCOMPARE(rig.drain(), "");
         rig.peripheral->notify("\x01\x02");
         QCOMPARE(rig.peripheral->writes().last().size(), 20);

@@ -448,19 +448,30 @@ private slots:
         QCOMPARE(rig.told->take(), QStringList{u"state 0"_s});
     }
 
+    void retriesEnd_data()
+    {
+        columns<int, int>("lostBefore", "lastTry");
+        row("each link is made and lost", 0, 200);
+        row("one is lost before it is made", 1, 201);
+    }
+
     void retriesEnd()
     {
+        QFETCH(int, lostBefore);
+        QFETCH(int, lastTry);
         DeviceRig rig;
         rig.device->connectAsCVCommWithPeripheral(rig.peripheral);
+        for (int i = 0; i < lostBefore; ++i)
+            rig.loseLink();
         int losses = 0;
         for (; losses < 500 && rig.told->events.isEmpty(); ++losses) {
             rig.central->connected(rig.peripheral);
             rig.loseLink();
         }
-        // Each round counts twice, the connect and the retry: the 101st connect brings the count to 201.
+        // Each round counts twice, the connect and the retry, and none follows once the count is 201.
         QCOMPARE(losses, 101);
-        QCOMPARE(rig.journal.count(u"connect A"_s), 101);
-        QCOMPARE(rig.log.lines.filter(u" - 3 (try No.: 200)"_s).size(), 1);
+        QCOMPARE(rig.journal.count(u"connect A"_s), 101 + lostBefore);
+        QVERIFY(rig.log.lines.filter(u" - 3 (try No.: "_s).last().endsWith(u"%1)"_s.arg(lastTry)));
         QCOMPARE(rig.told->take(), QStringList{u"state 0"_s});
     }
 
