@@ -97,6 +97,18 @@ void CVBluetoothManager::clearDevices()
     _cvBtPeripherals.clear();
 }
 
+bool CVBluetoothManager::releasePeripherals()
+{
+    bool allReleased = true;
+    for (const BluetoothPeripheralPtr &peripheral : std::as_const(_peripherals)) {
+        if (peripheral->state() == BluetoothPeripheral::State::Disconnected)
+            continue;
+        allReleased = false;
+        _centralManager->cancelPeripheralConnection(peripheral);
+    }
+    return allReleased;
+}
+
 bool CVBluetoothManager::isBluetoothSupported() const
 {
     return _centralManager->state() != BluetoothCentral::State::Unsupported;

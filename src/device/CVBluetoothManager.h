@@ -45,6 +45,9 @@ public:
     void internalStartScan();
     void stopDeviceScan();
     void clearDevices();
+    // Lets go of the links that this scan made, a chosen device's included; true when none is left. For the
+    // end of a program, which must not leave a link behind.
+    bool releasePeripherals();
     bool isBluetoothSupported() const;
     void connectPeripheral(const BluetoothPeripheralPtr &peripheral);
     void discoverServices(const BluetoothPeripheralPtr &peripheral);
