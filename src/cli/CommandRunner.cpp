@@ -6,6 +6,14 @@ namespace cvtamber {
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+namespace {
+
+// Longer than the 5 seconds that a session takes for its end at most.
+constexpr auto ReleaseLimit = 7s;
+constexpr auto ReleaseCheckInterval = 50ms;
+
+} // namespace
+
 CommandRunner::CommandRunner(const CommandServices &services, const CommandLine &commandLine)
     : _services(services)
     , _commandLine(commandLine)
@@ -42,7 +50,7 @@ void CommandRunner::deviceFound(const DeviceFinder::Outcome &outcome)
         return;
     }
     _services.console.writeNote(u"Connecting to %1."_s.arg(DeviceFinder::shownName(*outcome.device)));
-    _session = std::make_unique<Session>(_services.runLoop, *_services.device, *_services.manager);
+    _session = std::make_unique<Session>(_services.runLoop, *_services.device);
     _session->setLinkEnded([this](const QString &sentence) { linkEnded(sentence); });
     _session->open(outcome.device->peripheral(), [this](const QString &problem) { opened(problem); });
 }
@@ -93,11 +101,23 @@ void CommandRunner::conclude(ExitStatus status)
     _verb->abandon();
     // Looking on would take the central away from the link that is being closed.
     _finder.reset();
-    const auto report = [this, status] { std::exchange(_finished, nullptr)(status); };
+    _status = status;
+    _releaseEnd = _services.runLoop.now() + ReleaseLimit;
     if (_session)
-        _session->close(report);
+        _session->close([this] { releaseRadio(); });
     else
-        _report.start(0s, report);
+        _report.start(0s, [this] { releaseRadio(); });
+}
+
+// A device that was being read, or did not come as far as identifying itself, is let go of here.
+void CommandRunner::releaseRadio()
+{
+    const bool timeOver = _services.runLoop.now() >= _releaseEnd;
+    if (_services.manager && !_services.manager->releasePeripherals() && !timeOver) {
+        _report.start(ReleaseCheckInterval, [this] { releaseRadio(); });
+        return;
+    }
+    std::exchange(_finished, nullptr)(_status);
 }
 
 } // namespace cvtamber

@@ -42,11 +42,14 @@ private:
     void verbFinished(ExitStatus status);
     void linkEnded(const QString &sentence);
     void conclude(ExitStatus status);
+    void releaseRadio();
 
     CommandServices _services;
     CommandLine _commandLine;
     Finished _finished;
     bool _concluding = false;
+    ExitStatus _status = ExitStatus::Done;
+    std::chrono::nanoseconds _releaseEnd{0};
     // The session outlives the verb, which works on it.
     std::unique_ptr<DeviceFinder> _finder;
     std::unique_ptr<Session> _session;

@@ -136,6 +136,8 @@ void DeviceFinder::stop()
     _radioCheck.cancel();
     _manager->setDelegate({});
     _manager->stopDeviceScan();
+    // A link to a device that nobody chose would stay up beside the one that is made next.
+    _manager->releasePeripherals();
 }
 
 QString DeviceFinder::shownName(const CVBTPeripheral &device)

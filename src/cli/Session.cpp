@@ -18,8 +18,6 @@ constexpr int OpeningRounds = 10;
 constexpr auto WrittenLimit = 10s;
 // The device object takes 2 seconds for a polite end.
 constexpr auto CloseLimit = 5s;
-constexpr auto ReleaseCheckInterval = 50ms;
-constexpr auto ReleaseLimit = 2s;
 
 } // namespace
 
@@ -41,10 +39,9 @@ private:
     Session *_session;
 };
 
-Session::Session(RunLoop &runLoop, CVBTDevice &device, CVBluetoothManager &manager)
+Session::Session(RunLoop &runLoop, CVBTDevice &device)
     : _runLoop(runLoop)
     , _device(device)
-    , _manager(manager)
     , _stateRelay(std::make_shared<StateRelay>(*this))
     , _openLimit(_runLoop)
     , _listingCall(_runLoop)
@@ -205,24 +202,10 @@ void Session::close(const Callback &closed)
     _step = Step::Closing;
     _closeLimit.start(CloseLimit, [this] { finishClosing(); });
     const bool linked = _peripheral && _peripheral->state() != BluetoothPeripheral::State::Disconnected;
-    if (!linked) {
-        finishClosing();
-    } else if (_device.isConnectedAsCVComm()) {
+    if (linked && _device.isConnectedAsCVComm())
         _device.disconnectAsCVComm();
-    } else {
-        _manager.centralManager().cancelPeripheralConnection(_peripheral);
-        _closeLimit.start(ReleaseLimit, [this] { finishClosing(); });
-        waitForRelease();
-    }
-}
-
-// A link that was never reported as connected is not reported as closed either.
-void Session::waitForRelease()
-{
-    if (_peripheral->state() == BluetoothPeripheral::State::Disconnected)
-        finishClosing();
     else
-        _report.start(ReleaseCheckInterval, [this] { waitForRelease(); });
+        finishClosing();
 }
 
 void Session::finishClosing()

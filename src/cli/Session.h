@@ -3,7 +3,6 @@
 
 #include "base/DelayedCall.h"
 #include "device/CVBTDevice.h"
-#include "device/CVBluetoothManager.h"
 
 namespace cvtamber {
 
@@ -21,8 +20,8 @@ public:
     using Opened = std::function<void(const QString &problem)>;
     using LinkEnded = std::function<void(const QString &sentence)>;
 
-    // The device and the manager outlive the session.
-    Session(RunLoop &runLoop, CVBTDevice &device, CVBluetoothManager &manager);
+    // The device outlives the session.
+    Session(RunLoop &runLoop, CVBTDevice &device);
     ~Session() override;
 
     void setLinkEnded(const LinkEnded &linkEnded) { _linkEnded = linkEnded; }
@@ -35,7 +34,8 @@ public:
     void forgetListing() { _listingIsFresh = false; }
     // Runs the callback once all that was sent has been confirmed.
     void whenWritten(const Callback &callback);
-    // Ends the link, politely where there is one. The callback always comes.
+    // Ends an identified link in order; any other is left to CVBluetoothManager::releasePeripherals. The
+    // callback always comes.
     void close(const Callback &closed);
 
     CVBTDevice &device() { return _device; }
@@ -49,7 +49,6 @@ private:
     void finishOpening(const QString &problem);
     void endLink(const QString &sentence);
     void checkWritten();
-    void waitForRelease();
     void finishClosing();
     bool allWritten() const;
 
@@ -61,7 +60,6 @@ private:
 
     RunLoop &_runLoop;
     CVBTDevice &_device;
-    CVBluetoothManager &_manager;
     std::shared_ptr<StateRelay> _stateRelay;
     BluetoothPeripheralPtr _peripheral;
     Step _step = Step::Idle;
