@@ -25,8 +25,9 @@ ALLOWED = {
     "qml": LOW | SCREENS,
     "platform": {"base", "device", "store", "ui"},
     "simulator": {"base", "device", "store", "ui"},
+    "simulator/bluez": {"base", "device", "simulator"},
     "cli": {"base", "device", "platform", "simulator"},
-    "main": LOW | SCREENS | {"qml", "platform", "simulator", "cli"},
+    "main": LOW | SCREENS | {"qml", "platform", "simulator", "simulator/bluez", "cli"},
 }
 QT_CORE_ONLY = {"base", "device", "store", "chat/text", "simulator", "cli"}
 

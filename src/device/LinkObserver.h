@@ -8,11 +8,11 @@ namespace cvtamber {
 // What happens to the link, told to any number of observers beside the one state delegate.
 //
 //   linkConnected          the device is connected and identified (state 1 of the state delegate)
-//   linkLost               the link ended and nobody here asked for it; all that was under way has been
-//   dropped linkClosed             the link ended because this side asked for it linkStalled            bytes
-//   wait and no confirmation has come for 6 seconds; once for each such silence linkWritesConfirmed    the
-//   last outstanding write was confirmed and nothing waits to be written linkWriteFailed        the platform
-//   reported a write as failed; the bytes may not have reached the device
+//   linkLost               the link ended and nobody here asked for it; all that was under way has been dropped
+//   linkClosed             the link ended because this side asked for it
+//   linkStalled            bytes wait and no confirmation has come for 6 seconds; once for each such silence
+//   linkWritesConfirmed    the last outstanding write is over and nothing waits to be written
+//   linkWriteFailed        the platform reported a write as failed; the bytes may not have reached the device
 //
 // Observers are not kept alive and may be removed, or removed and destroyed, inside a call. Main thread.
 class LinkObserver
