@@ -59,6 +59,47 @@ class tst_Link : public QObject
 {
     Q_OBJECT
 
+    static void begin(DeviceRig &rig, const QString &action, int &listed)
+    {
+        if (action == u"fetch"_s) {
+            rig.device->setCvDownloadDelegate(rig.told);
+            rig.device->getFile(u"A"_s, BackTranslation);
+            rig.peripheral->notify("half of a te");
+        } else if (action == u"store"_s || action == u"short store"_s) {
+            rig.device->sendFileWithName(u"A"_s, QString(action == u"store"_s ? 500 : 5, u'x'),
+                                         ForwardTranslation);
+        } else if (action == u"emboss"_s) {
+            rig.device->embossString(QString(500, u'x'), ForwardTranslation);
+        } else if (action == u"listing"_s) {
+            rig.device->refreshFilesWithCompletionHandler([&] { ++listed; });
+            rig.peripheral->notify("GHOST 1\r\n");
+        } else if (action == u"sound"_s) {
+            rig.device->uploadSoundData(QByteArray(100, 's'));
+        }
+    }
+
+    // A new link starts with nothing of the earlier one.
+    static void checkCleanStart(DeviceRig &rig)
+    {
+        rig.sent();
+        rig.openLink();
+        QCOMPARE(rig.sent(), "{{PC S2 ON}}");
+        rig.told->take();
+        rig.drain();
+        QCOMPARE(rig.told->take(), QStringList()); // no end of an upload of the earlier link
+        rig.reply("{PC\x01}");
+        for (const auto &answer : {DeviceRig::pcrReply(), DeviceRig::defaultVersion(), "B 2"_ba})
+            rig.reply(answer);
+        QVERIFY(rig.told->take().contains(u"state 1"_s));
+        QCOMPARE(rig.device->getFilesCount(), 1);
+        QCOMPARE(rig.device->getFileName(0), u"B"_s);
+        QCOMPARE(rig.drain(), "{PCR}{VER1}{NW}{DIR}");
+        rig.device->embossString(u"x"_s, PlainTransfer);
+        QCOMPARE(rig.drain(), "x"); // modes toggled on the earlier link are not toggled back on this one
+        rig.peripheral->notify("\x02");
+        QCOMPARE(rig.drain(), "");
+    }
+
 private slots:
     void managerReadsEachDeviceOnce()
     {
@@ -93,6 +134,16 @@ private slots:
         rig.central->discover(rig.peripheral);
         rig.loop.advance(10s);
         QCOMPARE(rig.take(), QStringList());
+    }
+
+    void newScanForgetsTheEarlierOne()
+    {
+        ManagerRig rig;
+        rig.connect();
+        rig.peripheral->foundServices({deviceService()});
+        rig.peripheral->foundCharacteristics(deviceService(), {});
+        QCOMPARE(rig.manager->devices().size(), 1);
+        rig.take();
         rig.manager->stopDeviceScan();
         QCOMPARE(rig.take(), QStringList{u"stopScan"_s});
         rig.manager->startDeviceScan();
@@ -264,7 +315,7 @@ private slots:
         QCOMPARE(rig.log.count(u"[debug] -(void)startBluetoothTimer"_s), 1);
         rig.loop.advance(4999ms);
         rig.central->connected(rig.peripheral);
-        QVERIFY(rig.log.lines.filter(u"-(void)stopBluetoothTimer"_s).size() > 0);
+        QVERIFY(!rig.log.lines.filter(u"-(void)stopBluetoothTimer"_s).isEmpty());
         QCOMPARE(take(), QStringList{u"services A [1e45e5bb]"_s});
         rig.loop.advance(4999ms);
         rig.peripheral->foundServices({genericAccessService(), deviceService()});
@@ -573,21 +624,7 @@ private slots:
         rig.identify();
         rig.idleTimer.enabled = false;
         int listed = 0;
-        if (action == u"fetch"_s) {
-            rig.device->setCvDownloadDelegate(rig.told);
-            rig.device->getFile(u"A"_s, BackTranslation);
-            rig.peripheral->notify("half of a te");
-        } else if (action == u"store"_s || action == u"short store"_s) {
-            rig.device->sendFileWithName(u"A"_s, QString(action == u"store"_s ? 500 : 5, u'x'),
-                                         ForwardTranslation);
-        } else if (action == u"emboss"_s) {
-            rig.device->embossString(QString(500, u'x'), ForwardTranslation);
-        } else if (action == u"listing"_s) {
-            rig.device->refreshFilesWithCompletionHandler([&] { ++listed; });
-            rig.peripheral->notify("GHOST 1\r\n");
-        } else if (action == u"sound"_s) {
-            rig.device->uploadSoundData(QByteArray(100, 's'));
-        }
+        begin(rig, action, listed);
         rig.told->take();
         rig.journal.clear();
         rig.loseLink();
@@ -609,24 +646,8 @@ private slots:
 
         rig.device->setCvDownloadDelegate(nullptr);
         const auto listedByLoss = listed;
-        rig.sent();
-        rig.openLink();
-        QCOMPARE(rig.sent(), "{{PC S2 ON}}");
-        rig.told->take();
-        rig.drain();
-        QCOMPARE(rig.told->take(), QStringList()); // no end of an upload of the earlier link
-        rig.reply("{PC\x01}");
-        for (const auto &answer : {DeviceRig::pcrReply(), DeviceRig::defaultVersion(), "B 2"_ba})
-            rig.reply(answer);
-        QVERIFY(rig.told->take().contains(u"state 1"_s));
-        QCOMPARE(rig.device->getFilesCount(), 1);
-        QCOMPARE(rig.device->getFileName(0), u"B"_s);
+        checkCleanStart(rig);
         QCOMPARE(listed, listedByLoss);
-        QCOMPARE(rig.drain(), "{PCR}{VER1}{NW}{DIR}");
-        rig.device->embossString(u"x"_s, PlainTransfer);
-        QCOMPARE(rig.drain(), "x"); // modes toggled on the earlier link are not toggled back on this one
-        rig.peripheral->notify("\x02");
-        QCOMPARE(rig.drain(), "");
     }
 
     void lossWithoutErrorIsALossToo()
