@@ -447,10 +447,10 @@ private slots:
         rig.identify();
         rig.device->sendFileWithName(u"A"_s, QString(length, u'x'), PlainTransfer);
         QCOMPARE(rig.told->take(), QStringList());
-        for (qsizetype i = 0; i < told.size(); ++i) {
+        for (const QStringList &events : told) {
             QCOMPARE(rig.observer.take(), QStringList());
             rig.peripheral->confirmWrite();
-            QCOMPARE(rig.told->take(), told[i]);
+            QCOMPARE(rig.told->take(), events);
         }
         QCOMPARE(rig.peripheral->unconfirmed(), 0);
         QCOMPARE(rig.observer.take(), QStringList{u"confirmed"_s});
