@@ -150,7 +150,8 @@ void BluetoothLink::centralDidFailToConnectPeripheral(const BluetoothPeripheralP
 void BluetoothLink::peripheralDidDiscoverServices(const BluetoothPeripheralPtr &peripheral,
                                                   const BluetoothResult &error)
 {
-    if (peripheral != _connectedPeripheral)
+    // A service that is kept was found: a later report answers somebody else's question.
+    if (peripheral != _connectedPeripheral || _cvService)
         return;
     _context.log.info(QStringLiteral("peripheral:%1 didDiscoverServices:").arg(shown(peripheral)));
     _bIsDiscoveringServices = false;

@@ -71,7 +71,8 @@ public:
     // Characters that the device's code page lacks, each sent as "?". Before any progress; not called for
     // none.
     virtual void cvUploadReplacedCharacters(qsizetype /*count*/) {}
-    // Instead of cvFileUploaded when the link ended first: the file on the device may be incomplete.
+    // The link ended before the last write was confirmed, be it before or after cvFileUploaded: the file on the
+    // device may be incomplete.
     virtual void cvFileUploadFailed(const QString & /*reason*/) {}
 };
 

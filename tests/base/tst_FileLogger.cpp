@@ -49,7 +49,7 @@ private slots:
         logger.log(QString());
         logger.log(QStringLiteral("second"));
         QCOMPARE(contentsOf(path), QByteArrayLiteral("saved: Zo\xc3\xab %1 %s\n\nsecond\n"));
-        QCOMPARE(log.messages, (QStringList{QStringLiteral("[info] saved: Zoë %1 %s"),
+        QCOMPARE(log.lines, (QStringList{QStringLiteral("[info] saved: Zoë %1 %s"),
                                             QStringLiteral("[info] "), QStringLiteral("[info] second")}));
     }
 
@@ -60,9 +60,9 @@ private slots:
         QVERIFY(QDir(locations.documentsFolder()).mkdir(QStringLiteral("application.log")));
         FileLogger logger(locations, log);
         logger.log(QStringLiteral("still here"));
-        QCOMPARE(log.messages.size(), 2);
-        QVERIFY(log.messages.first().startsWith(QStringLiteral("[***ERROR***]")));
-        QCOMPARE(log.messages.last(), QStringLiteral("[info] still here"));
+        QCOMPARE(log.lines.size(), 2);
+        QVERIFY(log.lines.first().startsWith(QStringLiteral("[***ERROR***]")));
+        QCOMPARE(log.lines.last(), QStringLiteral("[info] still here"));
     }
 
     void thereIsOneSharedLogger()

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "base/SystemLog.h"
 #include "device/CVDeviceDelegates.h"
 #include "device/IdleTimer.h"
 #include "device/LinkObserver.h"
+#include "support/RecordingLog.h"
 
 #include <QStringList>
 
@@ -15,20 +15,6 @@
 namespace cvtamber {
 
 // Receivers that keep what they were told, one line a call.
-
-class RecordingLog final : public SystemLog
-{
-public:
-    void write(const QString &message) override { lines.append(message); }
-    // How many lines begin with the text.
-    qsizetype count(const QString &start) const
-    {
-        return std::count_if(lines.begin(), lines.end(),
-                             [&](const QString &l) { return l.startsWith(start); });
-    }
-
-    QStringList lines;
-};
 
 class FakeIdleTimer final : public IdleTimer
 {
