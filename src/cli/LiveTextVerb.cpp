@@ -79,9 +79,11 @@ void LiveTextVerb::inputEnded()
 {
     if (_input.hasRest())
         sendLine(_input.takeRest());
-    _longestQuiet.start(LongestAfterInput, [this] { leave(); });
     // What was sent last can be answered only once it has arrived.
-    _session->whenWritten([this] { _quiet.start(QuietAfterInput, [this] { leave(); }); });
+    _session->whenWritten([this] {
+        _quiet.start(QuietAfterInput, [this] { leave(); });
+        _longestQuiet.start(LongestAfterInput, [this] { leave(); });
+    });
 }
 
 void LiveTextVerb::CV_newDataReceived(const QString &text)

@@ -126,22 +126,32 @@ void Session::withListing(const Callback &callback)
     });
 }
 
-bool Session::allWritten() const
+qsizetype Session::outstanding() const
 {
-    return _device.unconfirmedWrites() == 0 && _device.queuedBytes() == 0;
+    return _device.unconfirmedWrites() + _device.queuedBytes();
 }
 
 void Session::whenWritten(const Callback &callback)
 {
     _written = callback;
-    _writtenLimit.start(WrittenLimit,
-                        [this] { endLink(u"The device does not confirm what was sent to it."_s); });
+    _outstanding = outstanding();
+    _writtenLimit.start(WrittenLimit, [this] { writingTakesLong(); });
     checkWritten();
+}
+
+// A long queue may well take longer than the limit: only one that does not move is given up.
+void Session::writingTakesLong()
+{
+    const qsizetype before = std::exchange(_outstanding, outstanding());
+    if (_outstanding != before)
+        _writtenLimit.start(WrittenLimit, [this] { writingTakesLong(); });
+    else
+        endLink(u"The device does not confirm what was sent to it."_s);
 }
 
 void Session::checkWritten()
 {
-    if (!_written || !allWritten())
+    if (!_written || outstanding() != 0)
         return;
     _writtenLimit.cancel();
     _writtenCall.start(0s, std::exchange(_written, nullptr));

@@ -50,7 +50,9 @@ private:
     void endLink(const QString &sentence);
     void checkWritten();
     void finishClosing();
-    bool allWritten() const;
+    void writingTakesLong();
+    // Writes and bytes that still wait; 0 when all has been confirmed.
+    qsizetype outstanding() const;
 
     void linkLost(const QString &reason) override;
     void linkClosed() override;
@@ -65,6 +67,7 @@ private:
     Step _step = Step::Idle;
     bool _listingIsFresh = false;
     int _openingRounds = 0;
+    qsizetype _outstanding = 0;
     LinkEnded _linkEnded;
     Opened _opened;
     Callback _written;
