@@ -6,6 +6,7 @@ namespace cvtamber {
 DeviceProfileSet DeviceProfileSet::builtIn()
 {
     DeviceProfile device;
+    device.stateFields = {{0, 2}}; // British braille, as befits its language
     device.files = {
         {QByteArrayLiteral("LETTER.TXT"),
          QByteArrayLiteral(
