@@ -26,6 +26,7 @@ ALLOWED = {
     "platform": {"base", "device", "store", "ui"},
     "simulator": {"base", "device", "store", "ui"},
     "simulator/bluez": {"base", "device", "simulator"},
+    "simulator/bluez": {"base", "device", "simulator"},
     "cli": {"base", "device", "platform", "simulator"},
     "main": LOW | SCREENS | {"qml", "platform", "simulator", "simulator/bluez", "cli"},
 }
@@ -100,6 +101,7 @@ GOOD = {
     "app/D.h": '#include "device/B.h"\n',
     "platform/bluetooth/P.h": '#include "device/B.h"\n#include <QBluetoothUuid>\n',
     "simulator/S.h": '#include "device/B.h"\n',
+    "simulator/bluez/Z.h": '#include "simulator/S.h"\n#include <QDBusMessage>\n',
     "main/main.cpp": '#include "simulator/S.h"\n#include "chat/../app/D.h"\n',
 }
 BAD = [
@@ -118,6 +120,8 @@ BAD = [
     ("app/X.cpp", '#include "platform/bluetooth/P.h"'),
     ("simulator/X.h", '#include "platform/bluetooth/P.h"'),
     ("platform/X.cpp", '#include "chat/C.h"'),
+    ("simulator/X.h", '#include "simulator/bluez/Z.h"'),
+    ("simulator/X.cpp", "#include <QDBusMessage>"),
     ("cli/X.cpp", "#include <QBluetoothUuid>"),
     ("elsewhere/X.cpp", ""),
     ("X.cpp", ""),

@@ -29,10 +29,8 @@ BluezAdapter::BluezAdapter(BluezContext &context, const QStringList &remembered)
     declareMethods();
     _context.tree.add(*this);
     for (const auto &peer : context.radio.devices()) {
-        const auto device =
-            std::make_shared<BluezDevice>(context, peer, path(), [this](const auto &services) {
-                return isWanted(services);
-            });
+        const auto device = std::make_shared<BluezDevice>(
+            context, peer, path(), [this](const auto &services) { return isWanted(services); });
         if (remembered.contains(device->address()))
             device->remember();
         _devices.append(device);
@@ -93,8 +91,8 @@ void BluezAdapter::declareMethods()
     adapter.method(u"SetDiscoveryFilter"_s, u"a{sv}"_s, {},
                    [this](const BusCall &call) { setDiscoveryFilter(call); });
     adapter.method(u"GetDiscoveryFilters"_s, {}, u"as"_s, [](const BusCall &call) {
-        call.reply({QStringList{u"UUIDs"_s, u"RSSI"_s, u"Pathloss"_s, u"Transport"_s, u"DuplicateData"_s,
-                                u"Discoverable"_s, u"Pattern"_s}});
+        call.reply(QStringList{u"UUIDs"_s, u"RSSI"_s, u"Pathloss"_s, u"Transport"_s, u"DuplicateData"_s,
+                               u"Discoverable"_s, u"Pattern"_s});
     });
     adapter.method(u"RemoveDevice"_s, u"o"_s, {}, [this](const BusCall &call) { removeDevice(call); });
 }

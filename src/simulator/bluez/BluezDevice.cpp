@@ -274,8 +274,7 @@ void BluezDevice::resolve()
         for (const OfferedService &offered : _peer->offeredServices()) {
             // The daemon keeps generic access to itself.
             if (offered.uuid != BluetoothIdentifiers::genericAccessService())
-                _services.push_back(
-                    std::make_unique<GattService>(_context, *this, path(), handle, offered));
+                _services.push_back(std::make_unique<GattService>(_context, *this, path(), handle, offered));
         }
     }
     _servicesKnown = true;

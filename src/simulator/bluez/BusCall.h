@@ -26,16 +26,16 @@ public:
     // The unique name of the connection that asks.
     QString client() const { return _message.service(); }
     const QDBusMessage &message() const { return _message; }
-    template<typename T>
-    T argument(qsizetype index) const
+    template<typename T> T argument(qsizetype index) const
     {
         return qdbus_cast<T>(_message.arguments().value(index));
     }
 
-    void reply(const QVariantList &values = {}) const
+    // With at most one value, as all methods here have it.
+    void reply(const QVariant &value = {}) const
     {
         if (_message.isReplyRequired())
-            (*_send)(_message.createReply(values));
+            (*_send)(value.isValid() ? _message.createReply(value) : _message.createReply());
     }
     void fail(const BusError &error) const
     {

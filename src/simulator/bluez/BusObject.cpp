@@ -9,8 +9,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-template<typename List>
-auto findNamed(const List &list, const QString &name) -> decltype(list.data())
+template<typename List> auto findNamed(const List &list, const QString &name) -> decltype(list.data())
 {
     const auto found =
         std::find_if(list.begin(), list.end(), [&name](const auto &entry) { return entry.name == name; });

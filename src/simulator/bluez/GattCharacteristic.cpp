@@ -30,7 +30,7 @@ BusError notConnectedFailure()
 
 GattCharacteristic::GattCharacteristic(BluezContext &context, GattLink &link, const QString &servicePath,
                                        int handle, const BluetoothUuid &uuid)
-    : BusObject(servicePath + u"/char%1"_s.arg(handle, 4, 16, u'0'))
+    : BusObject(servicePath + u"/char%1"_s.arg(handle, 4, 16, QLatin1Char('0')))
     , _context(context)
     , _link(link)
     , _uuid(uuid)
@@ -51,7 +51,7 @@ GattCharacteristic::GattCharacteristic(BluezContext &context, GattLink &link, co
     _context.tree.add(*this);
     if (carriesData())
         _descriptor = std::make_unique<NotifyDescriptor>(
-            context, link, path() + u"/desc%1"_s.arg(handle + 2, 4, 16, u'0'), path(),
+            context, link, path() + u"/desc%1"_s.arg(handle + 2, 4, 16, QLatin1Char('0')), path(),
             [this] { return !_subscribers.isEmpty(); });
 }
 
@@ -89,7 +89,7 @@ void GattCharacteristic::read(const BusCall &call)
         const QByteArray value = _link.peer().readableValue(_uuid);
         // The daemon tells a value that was read as a change, too.
         tellValue(value);
-        pending.reply({value});
+        pending.reply(value);
     });
 }
 

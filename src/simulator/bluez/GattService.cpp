@@ -16,7 +16,7 @@ constexpr int HandlesOfCharacteristic = 3;
 
 GattService::GattService(BluezContext &context, GattLink &link, const QString &devicePath, int &handle,
                          const OfferedService &offered)
-    : BusObject(devicePath + u"/service%1"_s.arg(handle, 4, 16, u'0'))
+    : BusObject(devicePath + u"/service%1"_s.arg(handle, 4, 16, QLatin1Char('0')))
     , _context(context)
 {
     BusInterface &service = addInterface(u"org.bluez.GattService1"_s);

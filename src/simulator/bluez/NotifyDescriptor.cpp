@@ -28,15 +28,16 @@ NotifyDescriptor::NotifyDescriptor(BluezContext &context, GattLink &link, const 
     };
     BusInterface &descriptor = addInterface(u"org.bluez.GattDescriptor1"_s);
     descriptor.property(u"UUID"_s, u"s"_s, [] { return ConfigurationUuid; });
-    descriptor.property(u"Characteristic"_s, u"o"_s,
-                        [characteristicPath] { return QVariant::fromValue(QDBusObjectPath(characteristicPath)); });
+    descriptor.property(u"Characteristic"_s, u"o"_s, [characteristicPath] {
+        return QVariant::fromValue(QDBusObjectPath(characteristicPath));
+    });
     descriptor.property(u"Value"_s, u"ay"_s, value);
     descriptor.method(u"ReadValue"_s, u"a{sv}"_s, u"ay"_s, [&link, value](const BusCall &call) {
         if (!link.isResolved()) {
             call.fail(BusErrors::notConnected());
             return;
         }
-        link.after(link.peer().profile().delays.read, [call, value] { call.reply({value()}); });
+        link.after(link.peer().profile().delays.read, [call, value] { call.reply(value()); });
     });
     descriptor.method(u"WriteValue"_s, u"aya{sv}"_s, {}, [](const BusCall &call) {
         call.fail(BusErrors::notPermitted(u"Write not permitted"_s));

@@ -51,10 +51,10 @@ QString standardXml(bool isRoot)
 
 BusError unknownMethod(const BusCall &call)
 {
-    return BusErrors::standard(u"UnknownMethod"_s,
-                               u"Method \"%1\" with signature \"%2\" on interface \"%3\" doesn't exist"_s.arg(
-                                   call.message().member(), call.message().signature(),
-                                   call.message().interface()));
+    return BusErrors::standard(
+        u"UnknownMethod"_s,
+        u"Method \"%1\" with signature \"%2\" on interface \"%3\" doesn't exist"_s.arg(
+            call.message().member(), call.message().signature(), call.message().interface()));
 }
 
 } // namespace
@@ -117,8 +117,8 @@ bool ObjectTree::handleMessage(const QDBusMessage &message, const QDBusConnectio
     if (message.interface() == Peer)
         return false;
     const BusCall call(message, _send);
-    _log.debug(u"%1 calls %2 %3.%4"_s.arg(message.service(), message.path(), message.interface(),
-                                          message.member()));
+    _log.debug(
+        u"%1 calls %2 %3.%4"_s.arg(message.service(), message.path(), message.interface(), message.member()));
     if (_denied) {
         call.fail(BusErrors::standard(u"AccessDenied"_s, u"Rejected send message to org.bluez"_s));
         return true;
@@ -130,8 +130,7 @@ bool ObjectTree::handleMessage(const QDBusMessage &message, const QDBusConnectio
     if (message.interface() == ObjectManager || message.interface() == Introspectable)
         callStandard(object, call);
     else if (!object)
-        call.fail(
-            BusErrors::standard(u"UnknownObject"_s, u"No such object path '%1'"_s.arg(message.path())));
+        call.fail(BusErrors::standard(u"UnknownObject"_s, u"No such object path '%1'"_s.arg(message.path())));
     else if (message.interface() == Properties)
         callProperties(*object, call);
     else
@@ -159,11 +158,12 @@ void ObjectTree::callStandard(const BusObject *object, const BusCall &call) cons
     const QString path = call.message().path();
     const bool isPlace = object || path == Root || !childrenOf(path).isEmpty();
     if (call.message().member() == u"Introspect" && isPlace)
-        call.reply({u"<!DOCTYPE node PUBLIC \"-//freedesktop//DTD D-BUS Object Introspection 1.0//EN\"\n"
+        call.reply(
+            QString(u"<!DOCTYPE node PUBLIC \"-//freedesktop//DTD D-BUS Object Introspection 1.0//EN\"\n"
                     "\"http://www.freedesktop.org/standards/dbus/1.0/introspect.dtd\">\n<node>\n"_s +
-                    introspect(path) + u"</node>\n"_s});
+                    introspect(path) + u"</node>\n"_s));
     else if (call.message().member() == u"GetManagedObjects" && path == Root)
-        call.reply({managedObjects()});
+        call.reply(managedObjects());
     else
         call.fail(unknownMethod(call));
 }
@@ -176,7 +176,7 @@ void ObjectTree::callProperties(const BusObject &object, const BusCall &call) co
     if (!interface) {
         call.fail(BusErrors::standard(u"InvalidArgs"_s, u"No such interface"_s));
     } else if (member == u"GetAll" && signature == u"s") {
-        call.reply({interface->values()});
+        call.reply(interface->values());
     } else if ((member == u"Get" && signature == u"ss") || (member == u"Set" && signature == u"ssv")) {
         const BusProperty *property = interface->findProperty(call.argument<QString>(1));
         const QVariant value = property ? property->read() : QVariant();
@@ -185,7 +185,7 @@ void ObjectTree::callProperties(const BusObject &object, const BusCall &call) co
         else if (member == u"Set")
             setProperty(*property, call);
         else
-            call.reply({QVariant::fromValue(QDBusVariant(value))});
+            call.reply(QVariant::fromValue(QDBusVariant(value)));
     } else {
         call.fail(unknownMethod(call));
     }
