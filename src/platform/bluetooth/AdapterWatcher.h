@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "device/BluetoothCentral.h"
+
+#include <functional>
+
+namespace cvtamber {
+
+// Knows whether Bluetooth can be used, and says when that changes.
+//
+// The state is Unknown at first and becomes known from the event loop. Main thread. Owner: the radio.
+class AdapterWatcher
+{
+public:
+    AdapterWatcher() = default;
+    AdapterWatcher(const AdapterWatcher &) = delete;
+    AdapterWatcher &operator=(const AdapterWatcher &) = delete;
+    virtual ~AdapterWatcher() = default;
+
+    virtual BluetoothCentral::State state() const = 0;
+    // One sentence that says what to do, empty when powered on.
+    virtual QString stateText() const = 0;
+    // False while the process that keeps the links is not there: what it was asked for is gone.
+    virtual bool isServiceRunning() const = 0;
+    // Called after each change, never from inside setChanged.
+    virtual void setChanged(const std::function<void()> &changed) = 0;
+};
+
+// The watcher of this platform.
+std::unique_ptr<AdapterWatcher> makeAdapterWatcher();
+
+} // namespace cvtamber

@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/bluetooth/LocalDeviceWatcher.h"
+
+namespace cvtamber {
+
+std::unique_ptr<AdapterWatcher> makeAdapterWatcher()
+{
+    return std::make_unique<LocalDeviceWatcher>();
+}
+
+} // namespace cvtamber
