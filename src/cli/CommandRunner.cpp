@@ -10,7 +10,6 @@ namespace {
 
 // Longer than the 5 seconds that a session takes for its end at most.
 constexpr auto ReleaseLimit = 7s;
-constexpr auto ReleaseCheckInterval = 50ms;
 
 } // namespace
 
@@ -102,7 +101,6 @@ void CommandRunner::conclude(ExitStatus status)
     // Looking on would take the central away from the link that is being closed.
     _finder.reset();
     _status = status;
-    _releaseEnd = _services.runLoop.now() + ReleaseLimit;
     if (_session)
         _session->close([this] { releaseRadio(); });
     else
@@ -112,11 +110,19 @@ void CommandRunner::conclude(ExitStatus status)
 // A device that was being read, or did not come as far as identifying itself, is let go of here.
 void CommandRunner::releaseRadio()
 {
-    const bool timeOver = _services.runLoop.now() >= _releaseEnd;
-    if (_services.manager && !_services.manager->releasePeripherals() && !timeOver) {
-        _report.start(ReleaseCheckInterval, [this] { releaseRadio(); });
+    if (!_services.manager) {
+        tellFinished();
         return;
     }
+    _report.start(ReleaseLimit, [this] { tellFinished(); });
+    // Told from inside the manager, so that the report takes a turn of the loop of its own.
+    _services.manager->releasePeripherals([this] { _report.start(0s, [this] { tellFinished(); }); });
+}
+
+void CommandRunner::tellFinished()
+{
+    if (_services.manager)
+        _services.manager->releasePeripherals({});
     std::exchange(_finished, nullptr)(_status);
 }
 

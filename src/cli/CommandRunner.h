@@ -43,13 +43,13 @@ private:
     void linkEnded(const QString &sentence);
     void conclude(ExitStatus status);
     void releaseRadio();
+    void tellFinished();
 
     CommandServices _services;
     CommandLine _commandLine;
     Finished _finished;
     bool _concluding = false;
     ExitStatus _status = ExitStatus::Done;
-    std::chrono::nanoseconds _releaseEnd{0};
     // The session outlives the verb, which works on it.
     std::unique_ptr<DeviceFinder> _finder;
     std::unique_ptr<Session> _session;

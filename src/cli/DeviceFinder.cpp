@@ -13,8 +13,6 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto WaitForAnother = 3s;
-// The manager is the central's delegate, so the state is looked up: soon after the start and now and then.
-constexpr auto RadioCheckInterval = 250ms;
 
 } // namespace
 
@@ -25,6 +23,7 @@ public:
         : _finder(finder)
     {}
     void newDeviceFound(const CVBTPeripheralPtr &device) override { _finder.deviceFound(device); }
+    void bluetoothStateChanged() override { _finder.checkRadio(); }
 
 private:
     DeviceFinder &_finder;
@@ -63,11 +62,9 @@ void DeviceFinder::checkRadio()
     using State = BluetoothCentral::State;
     const BluetoothCentral &central = _manager->centralManager();
     const State state = central.state();
-    if (state == State::Unsupported || state == State::Unauthorized || state == State::PoweredOff) {
+    // Unknown and resetting pass by themselves, and the manager tells when.
+    if (state == State::Unsupported || state == State::Unauthorized || state == State::PoweredOff)
         finish({nullptr, ExitStatus::NoBluetooth, central.stateText()});
-        return;
-    }
-    _radioCheck.start(RadioCheckInterval, [this] { checkRadio(); });
 }
 
 void DeviceFinder::deviceFound(const CVBTPeripheralPtr &device)
@@ -124,6 +121,8 @@ void DeviceFinder::timeOver()
 
 void DeviceFinder::finish(const Outcome &outcome)
 {
+    if (!_finished)
+        return;
     stop();
     // Not from inside the manager's callback: who is told may take the central for connecting.
     _report.start(0s, [finished = std::exchange(_finished, nullptr), outcome] { finished(outcome); });
@@ -137,7 +136,7 @@ void DeviceFinder::stop()
     _manager->setDelegate({});
     _manager->stopDeviceScan();
     // A link to a device that nobody chose would stay up beside the one that is made next.
-    _manager->releasePeripherals();
+    _manager->releasePeripherals({});
 }
 
 QString DeviceFinder::shownName(const CVBTPeripheral &device)

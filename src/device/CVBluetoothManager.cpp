@@ -97,16 +97,30 @@ void CVBluetoothManager::clearDevices()
     _cvBtPeripherals.clear();
 }
 
-bool CVBluetoothManager::releasePeripherals()
+void CVBluetoothManager::releasePeripherals(const std::function<void()> &released)
 {
-    bool allReleased = true;
+    _centralManager->setDelegate(weak_from_this());
+    _released = released;
     for (const BluetoothPeripheralPtr &peripheral : std::as_const(_peripherals)) {
-        if (peripheral->state() == BluetoothPeripheral::State::Disconnected)
-            continue;
-        allReleased = false;
-        _centralManager->cancelPeripheralConnection(peripheral);
+        if (peripheral->state() != BluetoothPeripheral::State::Disconnected)
+            _centralManager->cancelPeripheralConnection(peripheral);
     }
-    return allReleased;
+    // Where nothing is linked no disconnect will come to tell it.
+    _runLoop.performAfter(0ms, [manager = weak_from_this()] {
+        if (const auto self = manager.lock())
+            self->tellReleased();
+    });
+}
+
+void CVBluetoothManager::tellReleased()
+{
+    const bool linked = std::any_of(_peripherals.cbegin(), _peripherals.cend(), [](const auto &peripheral) {
+        return peripheral->state() != BluetoothPeripheral::State::Disconnected;
+    });
+    if (linked)
+        return;
+    if (const auto released = std::exchange(_released, nullptr))
+        released();
 }
 
 bool CVBluetoothManager::isBluetoothSupported() const
@@ -146,6 +160,8 @@ void CVBluetoothManager::centralDidUpdateState()
     if (cameOn && std::exchange(_initScanAfterPowerOn, false))
         internalStartScan();
     _lastState = state;
+    if (const auto delegate = _delegate.lock())
+        delegate->bluetoothStateChanged();
 }
 
 void CVBluetoothManager::centralDidDiscoverPeripheral(const BluetoothPeripheralPtr &peripheral)
@@ -168,19 +184,21 @@ void CVBluetoothManager::centralDidFailToConnectPeripheral(const BluetoothPeriph
 {
     _log.error(QStringLiteral("Connection to peripheral failed."));
     _log.error(shown(error));
+    tellReleased();
 }
 
 void CVBluetoothManager::centralDidDisconnectPeripheral(const BluetoothPeripheralPtr &peripheral,
                                                         const BluetoothResult &error)
 {
     _centralManager->cancelPeripheralConnection(peripheral);
-    if (!error) {
+    if (error) {
+        _log.info(QStringLiteral("didDisconnectPeripheral - error: %1").arg(error->text));
+        _peripherals.removeAll(peripheral);
+        internalStartScan();
+    } else {
         _log.info(QStringLiteral("didDisconnectPeripheral - NO ERROR"));
-        return;
     }
-    _log.info(QStringLiteral("didDisconnectPeripheral - error: %1").arg(error->text));
-    _peripherals.removeAll(peripheral);
-    internalStartScan();
+    tellReleased();
 }
 
 void CVBluetoothManager::peripheralDidDiscoverServices(const BluetoothPeripheralPtr &peripheral,

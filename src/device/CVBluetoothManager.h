@@ -6,6 +6,8 @@
 #include "device/BluetoothCentral.h"
 #include "device/CVBTPeripheral.h"
 
+#include <functional>
+
 namespace cvtamber {
 
 class CVBluetoothManagerDelegate
@@ -17,6 +19,8 @@ public:
     virtual ~CVBluetoothManagerDelegate() = default;
 
     virtual void newDeviceFound(const CVBTPeripheralPtr &device) = 0;
+    // The radio was switched, or its state is known for the first time; see centralManager().
+    virtual void bluetoothStateChanged() {}
 };
 
 // Finds devices: scans for the device service, connects briefly to each device, reads its serial number and
@@ -45,9 +49,10 @@ public:
     void internalStartScan();
     void stopDeviceScan();
     void clearDevices();
-    // Lets go of the links that this scan made, a chosen device's included; true when none is left. For the
-    // end of a program, which must not leave a link behind.
-    bool releasePeripherals();
+    // Lets go of the links that this scan made, a chosen device's included, and says when none is left: from the
+    // run loop, once, unless a later call takes its place. Takes the central back. For the end of a program, which
+    // must not leave a link behind, and before a device is chosen.
+    void releasePeripherals(const std::function<void()> &released);
     bool isBluetoothSupported() const;
     void connectPeripheral(const BluetoothPeripheralPtr &peripheral);
     void discoverServices(const BluetoothPeripheralPtr &peripheral);
@@ -85,6 +90,7 @@ public:
 
 private:
     CVBluetoothManager(RunLoop &runLoop, SystemLog &log, std::unique_ptr<BluetoothCentral> central);
+    void tellReleased();
     void announce(const BluetoothPeripheralPtr &peripheral, const QString &serialNumber,
                   const QString &airName);
     void performLater(void (CVBluetoothManager::*step)(const BluetoothPeripheralPtr &),
@@ -98,6 +104,7 @@ private:
     QList<CVBTPeripheralPtr> _cvBtPeripherals;
     BluetoothCentral::State _lastState = BluetoothCentral::State::Unknown;
     bool _initScanAfterPowerOn = false;
+    std::function<void()> _released;
 };
 
 } // namespace cvtamber
