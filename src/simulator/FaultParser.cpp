@@ -44,6 +44,8 @@ const QList<FaultWord> &faultWords()
         {QStringLiteral("loseConfirmation"), Kind::LoseConfirmation, Number | Times},
         {QStringLiteral("failWrite"), Kind::FailWrite, Number | Times},
         {QStringLiteral("dropAtWrite"), Kind::DropAtWrite, Number | Times | WithError},
+        {QStringLiteral("radioOffAtWrite"), Kind::RadioOffAtWrite, Number | Times | Time},
+        {QStringLiteral("daemonRestartAtWrite"), Kind::DaemonRestartAtWrite, Number | Times | Time},
         {QStringLiteral("connectNever"), Kind::ConnectNever, Times},
         {QStringLiteral("connectFails"), Kind::ConnectFails, Times},
         {QStringLiteral("dropAfterConnect"), Kind::DropAfterConnect, Times | WithError},

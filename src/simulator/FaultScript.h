@@ -25,7 +25,9 @@ struct Fault
         // Writes; `number` is the n-th since the device was switched on, 0 for every one.
         LoseConfirmation,
         FailWrite,
-        DropAtWrite, // after the bytes arrived, instead of the confirmation
+        DropAtWrite,          // after the bytes arrived, instead of the confirmation
+        RadioOffAtWrite,      // likewise; on again after `time`, or never when that is 0
+        DaemonRestartAtWrite, // likewise, on a D-Bus; the daemon is back after `time`
         // The way to a working link.
         ConnectNever,
         ConnectFails,

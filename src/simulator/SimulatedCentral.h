@@ -31,6 +31,7 @@ public:
     void connectPeripheral(const BluetoothPeripheralPtr &peripheral) override;
     void cancelPeripheralConnection(const BluetoothPeripheralPtr &peripheral) override;
 
+    SimulatedRadio &radio() { return *_radio; }
     // The radio's side: its state has changed.
     void radioChanged();
 

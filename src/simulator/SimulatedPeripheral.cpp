@@ -248,7 +248,10 @@ void SimulatedPeripheral::arriveWrite(const QByteArray &value,
 
     const auto drop = faults.take(Fault::Kind::DropAtWrite, {}, number);
     const bool silent = faults.take(Fault::Kind::LoseConfirmation, {}, number).has_value();
-    if (drop) {
+    if (const auto off = faults.take(Fault::Kind::RadioOffAtWrite, {}, number)) {
+        _linkCalls.perform(_device->profile().delays.write,
+                           [this, off] { _central->radio().switchOff(off->time); });
+    } else if (drop) {
         _linkCalls.perform(_device->profile().delays.write,
                            [this, drop] { _device->dropLink(drop->withError); });
     } else if (!silent) {

@@ -64,6 +64,13 @@ void SimulatedRadio::setState(BluetoothCentral::State state)
         _stateChanged();
 }
 
+void SimulatedRadio::switchOff(std::chrono::milliseconds duration)
+{
+    setState(BluetoothCentral::State::PoweredOff);
+    if (duration > 0ms)
+        _script.perform(duration, [this] { setState(BluetoothCentral::State::PoweredOn); });
+}
+
 std::shared_ptr<SimulatedDevice> SimulatedRadio::device(const QByteArray &serial) const
 {
     const auto found = std::find_if(_devices.cbegin(), _devices.cend(), [&serial](const auto &device) {

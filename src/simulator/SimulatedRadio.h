@@ -44,6 +44,8 @@ public:
 
     BluetoothCentral::State state() const { return _state; }
     void setState(BluetoothCentral::State state);
+    // On again after this time; never when it is 0.
+    void switchOff(std::chrono::milliseconds duration);
     // Who hears of each new state beside the centrals; one at a time.
     void setStateChanged(const std::function<void()> &changed) { _stateChanged = changed; }
     const QList<std::shared_ptr<SimulatedDevice>> &devices() const { return _devices; }

@@ -248,7 +248,7 @@ void BluezDevice::tryConnect()
     _state = State::Linked;
     tell({u"Connected"_s});
     if (const auto drop = faults.take(Fault::Kind::DropAfterConnect))
-        dropAfter(0ns, drop->withError);
+        dropSoon(drop->withError);
     else
         after(_peer->profile().delays.discover, [this] { discover(); });
 }
@@ -258,9 +258,9 @@ void BluezDevice::discover()
     ++_peer->counters().discoveries;
     FaultScript &faults = _peer->faults();
     if (const auto drop = faults.take(Fault::Kind::DropDuringDiscovery))
-        dropAfter(0ns, drop->withError);
+        dropSoon(drop->withError);
     else if (faults.take(Fault::Kind::DiscoveryFails))
-        dropAfter(0ns, true);
+        dropSoon(true);
     else if (faults.take(Fault::Kind::ServicesNever))
         answerConnect();
     else
@@ -380,9 +380,14 @@ void BluezDevice::after(std::chrono::nanoseconds delay, const RunLoop::Callback 
         callback();
 }
 
-void BluezDevice::dropAfter(std::chrono::nanoseconds delay, bool withError)
+void BluezDevice::later(std::chrono::nanoseconds delay, const RunLoop::Callback &callback)
 {
-    _linkCalls.perform(delay, [this, withError] { _peer->dropLink(withError); });
+    _linkCalls.perform(delay, callback);
+}
+
+void BluezDevice::dropSoon(bool withError)
+{
+    later(0ns, [this, withError] { _peer->dropLink(withError); });
 }
 
 void BluezDevice::linkNotified(const QByteArray &value)

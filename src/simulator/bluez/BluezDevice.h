@@ -51,7 +51,7 @@ public:
     SimulatedDevice &peer() override { return *_peer; }
     bool isResolved() const override { return _state == State::Resolved; }
     void after(std::chrono::nanoseconds delay, const RunLoop::Callback &callback) override;
-    void dropAfter(std::chrono::nanoseconds delay, bool withError) override;
+    void later(std::chrono::nanoseconds delay, const RunLoop::Callback &callback) override;
 
     void linkNotified(const QByteArray &value) override;
     void linkEnded(const QString &error) override;
@@ -70,6 +70,7 @@ private:
     void connectFailed(const QString &why);
     void answerConnect();
     void disconnect();
+    void dropSoon(bool withError);
     void linkDown(bool operationsFirst);
     void failPending();
     void pair(const BusCall &call);

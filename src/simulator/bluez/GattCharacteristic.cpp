@@ -113,25 +113,36 @@ void GattCharacteristic::write(const BusCall &call)
 void GattCharacteristic::deliver(const BusCall &call, const QByteArray &value, bool isCommand)
 {
     SimulatedDevice &device = _link.peer();
-    FaultScript &faults = device.faults();
-    const auto delay = device.profile().delays.write;
     const int number = ++device.counters().writes;
-    const bool fails = faults.take(Fault::Kind::FailWrite, {}, number).has_value();
-    const auto drop = faults.take(Fault::Kind::DropAtWrite, {}, number);
-    const bool silent = faults.take(Fault::Kind::LoseConfirmation, {}, number).has_value();
+    const bool fails = device.faults().take(Fault::Kind::FailWrite, {}, number).has_value();
     if (!fails)
         device.receive(value);
     if (isCommand)
         call.reply();
     else
         _pendingWrite = call;
+    if (!breaksAtWrite(number) && !isCommand)
+        _link.after(device.profile().delays.write, [this, fails] { confirm(fails); });
+}
 
-    if (drop)
-        _link.dropAfter(delay, drop->withError);
-    else if (silent && !isCommand)
-        _link.dropAfter(_context.daemon.answerTimeout, true);
-    else if (!isCommand)
-        _link.after(delay, [this, fails] { confirm(fails); });
+bool GattCharacteristic::breaksAtWrite(int number)
+{
+    SimulatedDevice &device = _link.peer();
+    FaultScript &faults = device.faults();
+    const auto delay = device.profile().delays.write;
+    if (const auto restart = faults.take(Fault::Kind::DaemonRestartAtWrite, {}, number)) {
+        _context.restart(restart->time);
+    } else if (const auto off = faults.take(Fault::Kind::RadioOffAtWrite, {}, number)) {
+        _link.later(delay, [this, off] { _context.radio.switchOff(off->time); });
+    } else if (const auto drop = faults.take(Fault::Kind::DropAtWrite, {}, number)) {
+        // With an error, what is under way fails before the end is told.
+        _link.later(delay, [&device, drop] { device.dropLink(drop->withError); });
+    } else if (faults.take(Fault::Kind::LoseConfirmation, {}, number)) {
+        _link.later(_context.daemon.answerTimeout, [&device] { device.dropLink(true); });
+    } else {
+        return false;
+    }
+    return true;
 }
 
 void GattCharacteristic::confirm(bool fails)

@@ -33,6 +33,8 @@ private:
     void read(const BusCall &call);
     void write(const BusCall &call);
     void deliver(const BusCall &call, const QByteArray &value, bool isCommand);
+    // True when a fault takes the confirmation's place.
+    bool breaksAtWrite(int number);
     void confirm(bool fails);
     void startNotify(const BusCall &call);
     void subscribe(const BusCall &call);

@@ -19,8 +19,8 @@ public:
     virtual bool isResolved() const = 0;
     // Calls unless the link ends before: without a delay at once, from inside.
     virtual void after(std::chrono::nanoseconds delay, const RunLoop::Callback &callback) = 0;
-    // Ends the link, never from inside. With an error, what is under way fails before the end is told.
-    virtual void dropAfter(std::chrono::nanoseconds delay, bool withError) = 0;
+    // The same, never from inside, so that the call may end the link.
+    virtual void later(std::chrono::nanoseconds delay, const RunLoop::Callback &callback) = 0;
 };
 
 } // namespace cvtamber
