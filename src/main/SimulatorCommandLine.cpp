@@ -24,7 +24,7 @@ QString chosenBus(const QCommandLineParser &parser, QString &error)
         return parser.value(u"bus"_s);
     const bool session = parser.isSet(u"session"_s);
     const char *variable = session ? "DBUS_SESSION_BUS_ADDRESS" : "DBUS_SYSTEM_BUS_ADDRESS";
-    const QString address = qEnvironmentVariable(variable);
+    QString address = qEnvironmentVariable(variable);
     if (!address.isEmpty())
         return address;
     if (session)

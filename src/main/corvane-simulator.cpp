@@ -60,7 +60,7 @@ QString sharedAddress(const DeviceProfileSet &profiles)
 {
     QStringList addresses;
     for (const DeviceProfile &device : profiles.devices) {
-        const QString address = BluezDevice::addressOf(device);
+        QString address = BluezDevice::addressOf(device);
         if (addresses.contains(address))
             return address;
         addresses.append(address);
