@@ -49,8 +49,8 @@ private slots:
         logger.log(QString());
         logger.log(QStringLiteral("second"));
         QCOMPARE(contentsOf(path), QByteArrayLiteral("saved: Zo\xc3\xab %1 %s\n\nsecond\n"));
-        QCOMPARE(log.lines, (QStringList{QStringLiteral("[info] saved: Zoë %1 %s"),
-                                            QStringLiteral("[info] "), QStringLiteral("[info] second")}));
+        QCOMPARE(log.lines, (QStringList{QStringLiteral("[info] saved: Zoë %1 %s"), QStringLiteral("[info] "),
+                                         QStringLiteral("[info] second")}));
     }
 
     void withoutAFileTheSystemLogStillHears()
