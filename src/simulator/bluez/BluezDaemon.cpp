@@ -26,7 +26,7 @@ BluezDaemon::~BluezDaemon()
 QString BluezDaemon::start(const std::function<void(const QString &)> &failed)
 {
     _failed = failed;
-    const QString error = openSession();
+    QString error = openSession();
     if (error.isEmpty() && _services.daemon.restartsAfter >= 0ms)
         _plannedRestart.start(_services.daemon.restartsAfter,
                               [this] { restart(_services.daemon.restartTakes); });
@@ -37,8 +37,7 @@ QString BluezDaemon::openSession()
 {
     _session = std::make_unique<BluezSession>(_services,
                                               [this](std::chrono::milliseconds takes) { restart(takes); });
-    const QString error =
-        _session->open(_busAddress, _remembered, [this] { _failed(u"The bus has ended."_s); });
+    QString error = _session->open(_busAddress, _remembered, [this] { _failed(u"The bus has ended."_s); });
     if (!error.isEmpty())
         _session.reset();
     return error;
