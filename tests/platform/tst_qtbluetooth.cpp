@@ -116,7 +116,5 @@ void tst_qtbluetooth::filter()
     QVERIFY(!once.takes(device(-40, {})));
 }
 
-Q_DECLARE_METATYPE(cvtamber::BluezAvailability)
-
 QTEST_GUILESS_MAIN(tst_qtbluetooth)
 #include "tst_qtbluetooth.moc"

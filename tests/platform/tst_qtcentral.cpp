@@ -42,6 +42,7 @@ private slots:
     void statesAndTheirSentences();
     void onlyPresentDevicesAreFound();
     void wayToALink();
+    void nextLinkIsNew();
     void oneAnswerForEachWrite();
     void attemptsThatFail_data();
     void attemptsThatFail();
@@ -172,9 +173,17 @@ void tst_qtcentral::wayToALink()
     bench.cancel();
     QCOMPARE(bench.peripheral->state(), BluetoothPeripheral::State::Disconnected);
     QVERIFY(bench.waitFor(u"disconnected"_s));
-    QVERIFY(bench.peripheral->services().isEmpty());
+}
 
-    // The same object, but not the same characteristics.
+// The same object for the same device, but not the same characteristics.
+void tst_qtcentral::nextLinkIsNew()
+{
+    QVERIFY(startDaemon());
+    CentralBench bench(_radio);
+    QVERIFY(bench.open());
+    bench.cancel();
+    QVERIFY(bench.waitFor(u"disconnected"_s));
+    QVERIFY(bench.peripheral->services().isEmpty());
     QVERIFY(bench.scan());
     QCOMPARE(bench.recorder->found.size(), 1);
     const auto earlier = bench.data;
