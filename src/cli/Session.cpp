@@ -74,16 +74,16 @@ void Session::open(const BluetoothPeripheralPtr &peripheral, const Opened &opene
     _device.connectAsCVCommWithPeripheral(peripheral);
 }
 
-// Loss is taken up a turn of the loop later: a link observer's call with the reason may follow.
+// Loss is taken up a turn of the loop later: a link observer's call with the reason may follow. A refused
+// connect (state 2) is not made again by anybody, so it ends the opening as well.
 void Session::stateChanged(int state)
 {
     if (_step == Step::Opening) {
         if (state == CVDeviceStateDelegate::ConnectedAndIdentified)
             finishOpening({});
-        else if (state == CVDeviceStateDelegate::ConnectFailedOrLost)
+        else
             _stateCall.start(
                 0s, [this] { finishOpening(u"The device could not be connected or did not answer."_s); });
-        // State 2 is followed by state 0, when the device object's own timer has run out.
     } else if (_step == Step::Open && state == CVDeviceStateDelegate::ConnectFailedOrLost) {
         _stateCall.start(0s, [this] { endLink(u"The link to the device was lost."_s); });
     }
@@ -188,7 +188,7 @@ void Session::linkClosed()
 
 void Session::linkStalled()
 {
-    endLink(u"The device takes no more data: it has confirmed nothing for 6 seconds."_s);
+    fail(u"The device takes no more data: it has confirmed nothing for 6 seconds."_s);
 }
 
 void Session::linkWritesConfirmed()
@@ -198,7 +198,16 @@ void Session::linkWritesConfirmed()
 
 void Session::linkWriteFailed(const QString &reason)
 {
-    endLink(u"A write to the device failed (%1)."_s.arg(visibleText(reason)));
+    fail(u"A write to the device failed (%1)."_s.arg(visibleText(reason)));
+}
+
+// What did not arrive while the device was identified would be missing in what is believed of it.
+void Session::fail(const QString &sentence)
+{
+    if (_step == Step::Opening)
+        finishOpening(sentence);
+    else
+        endLink(sentence);
 }
 
 void Session::close(const Callback &closed)

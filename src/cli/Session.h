@@ -48,6 +48,7 @@ private:
     void openingTakesLong();
     void finishOpening(const QString &problem);
     void endLink(const QString &sentence);
+    void fail(const QString &sentence);
     void checkWritten();
     void finishClosing();
     void writingTakesLong();
