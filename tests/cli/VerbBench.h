@@ -91,6 +91,7 @@ public:
     RecordingLog log;
     RecordingConsole console{loop};
 
+    SimulatedRadio &radio() { return *_radio; }
     SimulatedDevice &simulated(qsizetype index = 0) { return *_radio->devices().at(index); }
     QByteArray storedText(const QByteArray &name)
     {
@@ -114,6 +115,8 @@ public:
         _runner->start([this](ExitStatus status) { _status = status; });
     }
     CommandRunner &runner() { return *_runner; }
+    // None while the command runs.
+    std::optional<ExitStatus> status() const { return _status; }
 
     // -1 when the command has not ended within ten minutes or has left a link behind.
     int wait()
