@@ -19,7 +19,7 @@ public:
 private:
     QString folder(const QString &name)
     {
-        const QString path = _root.filePath(name);
+        QString path = _root.filePath(name);
         QDir().mkpath(path);
         return path;
     }
