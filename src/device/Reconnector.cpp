@@ -141,9 +141,20 @@ void Reconnector::linkLost(const QString &reason)
 // A link that takes nothing is as good as lost; the platform may take very long to notice.
 void Reconnector::linkStalled()
 {
+    giveLinkUp(QStringLiteral("the device has confirmed nothing for 6 seconds"));
+}
+
+// What the device has of a command or a text is not known any more: a new link makes both sides begin anew.
+void Reconnector::linkWriteFailed(const QString &reason)
+{
+    giveLinkUp(reason);
+}
+
+void Reconnector::giveLinkUp(const QString &reason)
+{
     if (_step != Step::Watching)
         return;
-    goAway(QStringLiteral("the device has confirmed nothing for 6 seconds"));
+    goAway(reason);
     _device.disconnectPeripheral();
 }
 

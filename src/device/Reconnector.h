@@ -22,7 +22,8 @@ struct ReconnectorClient
 //
 //   step       what happens                               next step
 //   off        watch()                                    watching
-//   watching   link lost, or stalled (it is closed)       waiting, 1 s: lost(), tryingAgain()
+//   watching   link lost                                  waiting, 1 s: lost(), tryingAgain()
+//              link stalled, or a write failed            the same, and the link is closed
 //              link closed by this side                   off
 //   waiting    the time is over                           trying; looking if the last attempt met nobody
 //   looking    a scan sees the device                     trying
@@ -65,8 +66,10 @@ private:
     void linkLost(const QString &reason) override;
     void linkClosed() override;
     void linkStalled() override;
+    void linkWriteFailed(const QString &reason) override;
 
     void goAway(const QString &reason);
+    void giveLinkUp(const QString &reason);
     void wait();
     void attempt();
     void look();

@@ -135,7 +135,8 @@ private slots:
     void attemptsGoWrong_data();
     void attemptsGoWrong();
     void radioOffAndOn();
-    void stalls();
+    void givesLinkUp_data();
+    void givesLinkUp();
     void hundredLosses();
     void stops_data();
     void stops();
@@ -286,16 +287,26 @@ void TestReconnector::radioOffAndOn()
     QVERIFY(bench.isQuiet());
 }
 
-// A link that takes nothing any more is closed and made again.
-void TestReconnector::stalls()
+// A link that takes nothing, or not all, is closed and made again.
+void TestReconnector::givesLinkUp_data()
 {
+    columns<Fault::Kind, int>("kind", "seconds");
+    row("no confirmation", Fault::Kind::LoseConfirmation, 6);
+    row("failed write", Fault::Kind::FailWrite, 1);
+}
+
+void TestReconnector::givesLinkUp()
+{
+    QFETCH(const Fault::Kind, kind);
+    QFETCH(const int, seconds);
     Bench bench;
-    bench.simulated().faults().add(once(Fault::Kind::LoseConfirmation));
+    bench.simulated().faults().add(once(kind));
     bench.device.sendString(text("x"));
-    bench.loop.advance(6s);
+    bench.loop.advanceUntil([&] { return bench.events.size() == 2; }, std::chrono::seconds(seconds));
     QCOMPARE(bench.take(), (QStringList{text("lost"), text("again 1")}));
     QVERIFY(bench.waitForReturn());
     QVERIFY(bench.isQuiet());
+    QCOMPARE(bench.take(), QStringList{text("back")});
 }
 
 void TestReconnector::hundredLosses()
