@@ -90,8 +90,9 @@ void CommandRunner::interrupt(ExitStatus status)
     if (_concluding)
         return;
     _services.console.endProgress();
+    const bool isAway = _session && _session->isAway();
     _verb->interrupted();
-    conclude(status);
+    conclude(isAway ? ExitStatus::LinkFailed : status);
 }
 
 void CommandRunner::conclude(ExitStatus status)

@@ -32,7 +32,8 @@ public:
     ~CommandRunner();
 
     void start(const Finished &finished);
-    // Gives up what is under way and ends the link in order; `status` is what is reported then.
+    // Gives up what is under way and ends the link in order; `status` is what is reported then, unless the link
+    // was lost and has not come back: that is what the person waited for.
     void interrupt(ExitStatus status);
 
 private:

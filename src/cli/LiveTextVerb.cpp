@@ -14,6 +14,8 @@ namespace {
 
 constexpr auto QuietAfterInput = 2s;
 constexpr auto LongestAfterInput = 10s;
+// Of input that waits for the device; a person never types as much ahead.
+constexpr qsizetype MostWaiting = 65536;
 
 } // namespace
 
@@ -27,12 +29,33 @@ LiveTextVerb::LiveTextVerb(const VerbContext &context, const VerbRequest &reques
 void LiveTextVerb::run(Session &session)
 {
     _session = &session;
-    CVBTDevice &device = session.device();
-    device.setDataDelegate(std::static_pointer_cast<LiveTextVerb>(shared_from_this()));
-    device.sendCommand(_modeCommand);
-    _inMode = true;
+    session.device().setDataDelegate(std::static_pointer_cast<LiveTextVerb>(shared_from_this()));
+    session.keepLink(context().manager,
+                     {[this](const QString &reason) { lost(reason); },
+                      [this](std::chrono::seconds after) { tryingAgain(after); }, [this] { back(); }});
+    enterMode();
     console().writeNote(u"Connected. Each line goes to the device. Ctrl-D ends."_s);
-    console().startInput([this](const QByteArray &bytes, const QString &error) { takeInput(bytes, error); });
+    readInput();
+}
+
+void LiveTextVerb::enterMode()
+{
+    _session->device().sendCommand(_modeCommand);
+    _inMode = true;
+}
+
+// Reads while there is room for what is read.
+void LiveTextVerb::readInput()
+{
+    const bool hasRoom = !_inputEnded && _waitingCharacters < MostWaiting;
+    if (hasRoom == _isReading)
+        return;
+    _isReading = hasRoom;
+    if (hasRoom)
+        console().startInput(
+            [this](const QByteArray &bytes, const QString &error) { takeInput(bytes, error); });
+    else
+        console().stopInput();
 }
 
 void LiveTextVerb::takeInput(const QByteArray &bytes, const QString &error)
@@ -43,16 +66,24 @@ void LiveTextVerb::takeInput(const QByteArray &bytes, const QString &error)
         console().writeMessage(error);
         _status = ExitStatus::Failed;
     }
-    if (bytes.isEmpty()) {
-        inputEnded();
-        return;
-    }
     const QByteArrayList lines = _input.feed(bytes);
     for (const QByteArray &line : lines)
-        sendLine(line);
+        takeLine(line);
+    if (bytes.isEmpty()) {
+        _inputEnded = true;
+        _isReading = false;
+        if (_input.hasRest())
+            takeLine(_input.takeRest());
+    }
+    if (_inputEnded && _session->isAway()) {
+        fail(ExitStatus::LinkFailed, lostSentence());
+        return;
+    }
+    sendNext();
+    readInput();
 }
 
-void LiveTextVerb::sendLine(const QByteArray &line)
+void LiveTextVerb::takeLine(const QByteArray &line)
 {
     ++_lineNumber;
     const auto refuse = [this](const QString &why) {
@@ -68,22 +99,91 @@ void LiveTextVerb::sendLine(const QByteArray &line)
         refuse(u"the device may take its opening brace for a command"_s);
         return;
     }
-    qsizetype replaced = 0;
-    _session->device().sendString(text + "\r\n"_L1, &replaced);
-    if (replaced > 0)
-        console().writeMessage(u"Line %1: characters that the device does not have became \"?\": %2."_s.arg(
-            QString::number(_lineNumber), QString::number(replaced)));
+    _lines.push_back({_lineNumber, text});
+    _waitingCharacters += text.size();
 }
 
-void LiveTextVerb::inputEnded()
+void LiveTextVerb::sendNext()
 {
-    if (_input.hasRest())
-        sendLine(_input.takeRest());
-    // What was sent last can be answered only once it has arrived.
-    _session->whenWritten([this] {
-        _quiet.start(QuietAfterInput, [this] { leave(); });
-        _longestQuiet.start(LongestAfterInput, [this] { leave(); });
-    });
+    // The session knows of a loss a turn of the loop before it is told here.
+    if (isOver() || !_inMode || _isSending || _session->isAway())
+        return;
+    if (_lines.empty()) {
+        if (_inputEnded)
+            waitForLastWords();
+        return;
+    }
+    _isSending = true;
+    const Line &line = _lines.front();
+    qsizetype replaced = 0;
+    _session->device().sendString(line.text + "\r\n"_L1, &replaced);
+    // Told once, also when the line goes out a second time.
+    if (replaced > 0 && std::exchange(_warnedLine, line.number) != line.number)
+        console().writeMessage(u"Line %1: characters that the device does not have became \"?\": %2."_s.arg(
+            QString::number(line.number), QString::number(replaced)));
+    _session->whenWritten([this] { lineConfirmed(); });
+}
+
+void LiveTextVerb::lineConfirmed()
+{
+    _isSending = false;
+    _waitingCharacters -= _lines.front().text.size();
+    _lines.pop_front();
+    sendNext();
+    readInput();
+}
+
+// What was sent last can be answered only once it has arrived.
+void LiveTextVerb::waitForLastWords()
+{
+    if (_quiet.isActive())
+        return;
+    _quiet.start(QuietAfterInput, [this] { leave(); });
+    _longestQuiet.start(LongestAfterInput, [this] { leave(); });
+}
+
+void LiveTextVerb::lost(const QString &reason)
+{
+    if (isOver())
+        return;
+    // The end of the link ends the mode on the device.
+    _inMode = false;
+    _isSending = false;
+    _lossReason = u" (%1)"_s.arg(visibleText(reason));
+    if (_received.hasRest())
+        print(_received.takeRest());
+    _quiet.cancel();
+    _longestQuiet.cancel();
+    if (_inputEnded)
+        fail(ExitStatus::LinkFailed, lostSentence());
+}
+
+void LiveTextVerb::tryingAgain(std::chrono::seconds after)
+{
+    if (isOver())
+        return;
+    const QString when = after.count() == 1 ? u"1 second"_s : u"%1 seconds"_s.arg(after.count());
+    if (const QString reason = std::exchange(_lossReason, QString()); !reason.isNull())
+        console().writeMessage(u"The connection was lost%1; trying again in %2."_s.arg(reason, when));
+    else
+        console().writeNote(u"Still away; trying again in %1."_s.arg(when));
+}
+
+void LiveTextVerb::back()
+{
+    if (isOver())
+        return;
+    console().writeMessage(u"Connected again."_s);
+    enterMode();
+    sendNext();
+}
+
+QString LiveTextVerb::lostSentence() const
+{
+    const QString sentence = u"The connection was lost%1."_s.arg(_lossReason);
+    return _lines.empty()
+               ? sentence
+               : sentence + u" Lines that were not sent or not confirmed: %1."_s.arg(_lines.size());
 }
 
 void LiveTextVerb::CV_newDataReceived(const QString &text)
@@ -115,6 +215,8 @@ void LiveTextVerb::leave()
     _quiet.cancel();
     _longestQuiet.cancel();
     console().stopInput();
+    _isReading = false;
+    _inputEnded = true;
     _session->device().sendCommand(_modeCommand);
     _session->whenWritten([this] {
         if (_received.hasRest() && !print(_received.takeRest()))
@@ -125,6 +227,8 @@ void LiveTextVerb::leave()
 
 void LiveTextVerb::interrupted()
 {
+    if (_session && _session->isAway())
+        console().writeMessage(lostSentence());
     if (std::exchange(_inMode, false) && _session->device().isConnectedAsCVComm())
         _session->device().sendCommand(_modeCommand);
     if (_received.hasRest())

@@ -57,6 +57,7 @@ Session::Session(RunLoop &runLoop, CVBTDevice &device)
 
 Session::~Session()
 {
+    _reconnector.reset();
     _stateRelay->detach();
     _device.removeLinkObserver(*this);
     _device.setCvStateDelegate(nullptr);
@@ -84,7 +85,7 @@ void Session::stateChanged(int state)
         else
             _stateCall.start(
                 0s, [this] { finishOpening(u"The device could not be connected or did not answer."_s); });
-    } else if (_step == Step::Open && state == CVDeviceStateDelegate::ConnectFailedOrLost) {
+    } else if (_step == Step::Open && !_reconnector && state == CVDeviceStateDelegate::ConnectFailedOrLost) {
         _stateCall.start(0s, [this] { endLink(u"The link to the device was lost."_s); });
     }
 }
@@ -114,6 +115,22 @@ void Session::finishOpening(const QString &problem)
     _report.start(0s, [this, problem] { std::exchange(_opened, nullptr)(problem); });
 }
 
+void Session::keepLink(const std::shared_ptr<CVBluetoothManager> &manager, const ReconnectorClient &client)
+{
+    _back = client.back;
+    _reconnector = std::make_unique<Reconnector>(
+        _runLoop, _device, manager,
+        ReconnectorClient{client.lost, client.tryingAgain, [this] { comeBack(); }});
+    _reconnector->watch(_peripheral);
+}
+
+void Session::comeBack()
+{
+    _peripheral = _reconnector->peripheral();
+    _step = Step::Open;
+    _back();
+}
+
 void Session::withListing(const Callback &callback)
 {
     if (_listingIsFresh) {
@@ -133,6 +150,10 @@ qsizetype Session::outstanding() const
 
 void Session::whenWritten(const Callback &callback)
 {
+    if (_step == Step::Away) {
+        _writtenCall.start(0s, callback);
+        return;
+    }
     _written = callback;
     _outstanding = outstanding();
     _writtenLimit.start(WrittenLimit, [this] { writingTakesLong(); });
@@ -161,23 +182,28 @@ void Session::endLink(const QString &sentence)
 {
     if (_step != Step::Open)
         return;
+    dropWaits();
     _step = Step::Idle;
+    _report.start(0s, [this, sentence] { _linkEnded(sentence); });
+}
+
+void Session::dropWaits()
+{
     _listingCall.cancel();
     _writtenLimit.cancel();
     _writtenCall.cancel();
     _written = nullptr;
-    _report.start(0s, [this, sentence] { _linkEnded(sentence); });
 }
 
 void Session::linkLost(const QString &reason)
 {
     const QString words = reason.isEmpty() ? QString() : u" (%1)"_s.arg(visibleText(reason));
-    if (_step == Step::Opening)
-        finishOpening(u"The link to the device was lost while it was being connected%1."_s.arg(words));
-    else if (_step == Step::Closing)
+    if (_step == Step::Closing)
         finishClosing();
+    else if (_step == Step::Opening)
+        finishOpening(u"The link to the device was lost while it was being connected%1."_s.arg(words));
     else
-        endLink(u"The link to the device was lost%1."_s.arg(words));
+        linkFailed(u"The link to the device was lost%1."_s.arg(words));
 }
 
 void Session::linkClosed()
@@ -188,7 +214,7 @@ void Session::linkClosed()
 
 void Session::linkStalled()
 {
-    fail(u"The device takes no more data: it has confirmed nothing for 6 seconds."_s);
+    linkFailed(u"The device takes no more data: it has confirmed nothing for 6 seconds."_s);
 }
 
 void Session::linkWritesConfirmed()
@@ -198,33 +224,41 @@ void Session::linkWritesConfirmed()
 
 void Session::linkWriteFailed(const QString &reason)
 {
-    fail(u"A write to the device failed (%1)."_s.arg(visibleText(reason)));
+    linkFailed(u"A write to the device failed (%1)."_s.arg(visibleText(reason)));
 }
 
-// What did not arrive while the device was identified would be missing in what is believed of it.
-void Session::fail(const QString &sentence)
+void Session::linkFailed(const QString &sentence)
 {
-    if (_step == Step::Opening)
+    if (_step == Step::Opening) {
+        // What did not arrive would be missing in what is believed of the device.
         finishOpening(sentence);
-    else
+    } else if (_step == Step::Open && _reconnector) {
+        // It has been told the same, and tells its client.
+        dropWaits();
+        _step = Step::Away;
+    } else {
         endLink(sentence);
+    }
 }
 
 void Session::close(const Callback &closed)
 {
     _openLimit.cancel();
-    _listingCall.cancel();
-    _writtenLimit.cancel();
-    _writtenCall.cancel();
+    dropWaits();
     _report.cancel();
     _closed = closed;
     _step = Step::Closing;
     _closeLimit.start(CloseLimit, [this] { finishClosing(); });
+    if (_reconnector)
+        _peripheral = _reconnector->peripheral();
+    const bool connected = _device.isConnectedAsCVComm();
+    // Ends an attempt that is under way, one that has got through as politely as the link itself.
+    _reconnector.reset();
     const bool linked = _peripheral && _peripheral->state() != BluetoothPeripheral::State::Disconnected;
-    if (linked && _device.isConnectedAsCVComm())
-        _device.disconnectAsCVComm();
-    else
+    if (!linked || !connected)
         finishClosing();
+    else if (_device.isConnectedAsCVComm())
+        _device.disconnectAsCVComm();
 }
 
 void Session::finishClosing()

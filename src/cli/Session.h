@@ -3,15 +3,17 @@
 
 #include "base/DelayedCall.h"
 #include "device/CVBTDevice.h"
+#include "device/Reconnector.h"
 
 namespace cvtamber {
 
 // One link to one device, from connecting to a clean end.
 //
 //   idle -> opening -> open -> closing -> closed
+//                      open <-> away             with keepLink()
 // While opening, a failure is the outcome of open(); while open, it is told to the handler of
-// setLinkEnded() once: link lost, write failed, stalled, not confirmed. What happens while closing is no
-// news. Owner: the runner. Main thread; every callback comes from the run loop, never from inside a request.
+// setLinkEnded() once: link lost, write failed, stalled, not confirmed. With keepLink() these end nothing but
+// what was under way, and the link is made again. What happens while closing is no news. Owner: the runner. Main thread; every callback comes from the run loop, never from inside a request.
 class Session final : private LinkObserver
 {
 public:
@@ -28,11 +30,15 @@ public:
 
     // Connects and waits for the device to identify itself.
     void open(const BluetoothPeripheralPtr &peripheral, const Opened &opened);
+    // From now on a link that ends is made again; the client is told. Needs an open session.
+    void keepLink(const std::shared_ptr<CVBluetoothManager> &manager, const ReconnectorClient &client);
+    bool isAway() const { return _step == Step::Away; }
     // Runs the callback once the file list is that of the device; asks for it only when it may be another.
     void withListing(const Callback &callback);
     // The next withListing() asks the device again.
     void forgetListing() { _listingIsFresh = false; }
-    // Runs the callback once all that was sent has been confirmed.
+    // Runs the callback once all that was sent has been confirmed; never when the link is lost before. While away
+    // nothing is outstanding.
     void whenWritten(const Callback &callback);
     // Ends an identified link in order; any other is left to CVBluetoothManager::releasePeripherals. The
     // callback always comes.
@@ -41,14 +47,16 @@ public:
     CVBTDevice &device() { return _device; }
 
 private:
-    enum class Step { Idle, Opening, Open, Closing, Closed };
+    enum class Step { Idle, Opening, Open, Away, Closing, Closed };
     class StateRelay;
 
     void stateChanged(int state);
     void openingTakesLong();
     void finishOpening(const QString &problem);
     void endLink(const QString &sentence);
-    void fail(const QString &sentence);
+    void dropWaits();
+    void comeBack();
+    void linkFailed(const QString &sentence);
     void checkWritten();
     void finishClosing();
     void writingTakesLong();
@@ -73,6 +81,8 @@ private:
     Opened _opened;
     Callback _written;
     Callback _closed;
+    std::unique_ptr<Reconnector> _reconnector; // with keepLink()
+    Callback _back;
     DelayedCall _openLimit;
     DelayedCall _listingCall;
     DelayedCall _writtenLimit;

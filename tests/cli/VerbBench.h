@@ -26,6 +26,17 @@ public:
     bool terminal = false;
     bool outputBroken = false;
 
+    // Someone types; an empty block ends the input.
+    void type(const QByteArray &bytes)
+    {
+        if (bytes.isEmpty())
+            inputEnds = true;
+        else
+            input.append(bytes);
+        if (_handler && !_inputCall.isActive())
+            giveInput();
+    }
+
     bool writeOutput(const QByteArray &bytes) override
     {
         if (!outputBroken)

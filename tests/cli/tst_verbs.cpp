@@ -55,6 +55,10 @@ private slots:
     void rm();
     void chat();
     void chatKeepsCommandsOut();
+    void chatComesBack_data();
+    void chatComesBack();
+    void chatEndsAway_data();
+    void chatEndsAway();
     void board();
     void batch();
     void batchStops();
@@ -386,6 +390,98 @@ void TestVerbs::chatKeepsCommandsOut()
     QVERIFY(bench.console.messages.contains(u"Line 1 was not sent"_s));
     QVERIFY(bench.console.messages.contains(u"Line 2 was not sent"_s));
     QVERIFY(bench.storedText("A.TXT") != "(none)");
+}
+
+// Nothing typed is lost with the link; the line that was not confirmed goes out again.
+void TestVerbs::chatComesBack_data()
+{
+    QTest::addColumn<QByteArray>("fault");
+    QTest::addColumn<QByteArray>("output");
+    const QByteArray twice = "one\ntwo\ntwo\nthree\naway\nlast\n";
+    QTest::newRow("lost") << QByteArray(R"({"fault": "dropAtWrite", "write": 8})") << twice;
+    QTest::newRow("lost, without an error")
+        << QByteArray(R"({"fault": "dropAtWrite", "write": 8, "withError": false})") << twice;
+    QTest::newRow("not confirmed") << QByteArray(R"({"fault": "loseConfirmation", "write": 8})") << twice;
+    QTest::newRow("failed write") << QByteArray(R"({"fault": "failWrite", "write": 8})")
+                                  << QByteArray("one\ntwo\nthree\naway\nlast\n");
+    QTest::newRow("lost twice")
+        << QByteArray(R"({"fault": "dropAtWrite", "write": 8}, {"fault": "dropAtWrite", "write": 12})")
+        << twice;
+    QTest::newRow("refused at first")
+        << QByteArray(R"({"fault": "dropAtWrite", "write": 8}, {"fault": "failWrite", "write": 9})") << twice;
+}
+
+void TestVerbs::chatComesBack()
+{
+    QFETCH(const QByteArray, fault);
+    QFETCH(const QByteArray, output);
+    VerbBench bench(deviceWith(R"("delays": {"reply": 1}, "faults": [)" + fault + ']'));
+    const auto says = [&bench](const QString &words) {
+        return bench.loop.advanceUntil([&] { return bench.console.messages.contains(words); }, 1min);
+    };
+    bench.console.inputEnds = false;
+    bench.console.input = {"one\ntwo\nthree\n"};
+    bench.start({u"chat"_s});
+    QVERIFY(says(u"trying again in 1 second."_s));
+    bench.console.type("away\n");
+    QVERIFY(says(u"Connected again."_s));
+    bench.console.type("last\n");
+    bench.console.type("");
+    QCOMPARE(bench.wait(), 0);
+    QCOMPARE(bench.console.output, output);
+    QCOMPARE(bench.console.messages.count(u'\n'), 2);
+    // On, on again, off.
+    QCOMPARE(bench.simulated().firmware().commandCount("CHAT"), 3);
+    QCOMPARE(bench.run({u"ls"_s}), 0);
+}
+
+// Who ends the input or the program while the device is away is told what did not get there.
+void TestVerbs::chatEndsAway_data()
+{
+    QTest::addColumn<bool>("leaves");
+    QTest::addColumn<int>("milliseconds");
+    QTest::addColumn<bool>("interrupts");
+    const auto rows = [](const char *what, bool leaves, int milliseconds) {
+        QTest::addRow("input ends %s", what) << leaves << milliseconds << false;
+        QTest::addRow("interrupted %s", what) << leaves << milliseconds << true;
+    };
+    rows("at once", true, 0);
+    rows("between attempts", true, 500);
+    rows("in an attempt", true, 1500);
+    rows("in a scan", true, 8500);
+    rows("while it is identified", false, 5000);
+}
+
+void TestVerbs::chatEndsAway()
+{
+    QFETCH(const bool, leaves);
+    QFETCH(const int, milliseconds);
+    QFETCH(const bool, interrupts);
+    VerbBench bench(OneDevice);
+    bench.console.inputEnds = false;
+    bench.console.input = {"one\n"};
+    bench.start({u"chat"_s});
+    bench.loop.advance(30s);
+    if (leaves)
+        bench.simulated().leave();
+    else
+        bench.simulated().dropLink(true);
+    bench.loop.advance(std::chrono::milliseconds(milliseconds));
+    bench.console.type("two\nthree\n");
+    bench.loop.advance(2ms);
+    const auto before = bench.loop.now();
+    if (interrupts)
+        bench.runner().interrupt(ExitStatus::Interrupted);
+    else
+        bench.console.type("");
+    QCOMPARE(bench.wait(), 5);
+    QVERIFY(bench.loop.now() - before < 3s);
+    QCOMPARE(bench.console.output, QByteArray("one\n"));
+    QVERIFY2(bench.console.messages.endsWith(u"not sent or not confirmed: 2.\n"_s),
+             qPrintable(bench.console.messages));
+    bench.loop.advance(5min);
+    QCOMPARE(bench.loop.pendingCalls(), size_t{0});
+    QCOMPARE(bench.simulated().firmware().commandCount("CHAT"), 1);
 }
 
 void TestVerbs::board()
