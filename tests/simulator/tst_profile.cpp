@@ -8,6 +8,26 @@
 using namespace cvtamber;
 using namespace std::chrono_literals;
 
+// One value for each key of a profile.
+constexpr char EveryKey[] = R"({
+    "radio": {"state": "off", "onAfter": 500, "offAfter": 900},
+    "devices": [{
+        "name": "Desk", "advertisedName": "", "advertisedServices": ["180D"], "info": "genericAccess",
+        "infoText": "x", "serial": "ABCD0001", "model": 4, "firmware": "1.2C345", "languageSet": "G",
+        "languageSwitch": 4, "language": 4, "linkCode": 34, "linkReply": "doubled",
+        "state": {"0": 3, "28": 1},
+        "files": [{"name": "R\u00c9SUM\u00c9", "text": "\u00e9\u0152"}, {"name": "B", "base64": "AP8="}],
+        "storageLimit": 4096, "sizes": "frenchBraille", "persistent": false, "maximalNotification": 100,
+        "delays": {"connect": 1, "discover": 2, "read": 3, "write": 4, "reply": 5, "notification": 6,
+                   "advertising": 7},
+        "faults": [{"fault": "reply", "command": "PCR", "text": "\u00e9", "times": 2},
+                   {"fault": "dropAtWrite", "write": 3, "withError": false},
+                   {"fault": "mergeNotifications", "size": 64},
+                   {"fault": "late", "ms": 2500},
+                   {"fault": "missing", "what": "dataCharacteristic"},
+                   {"fault": "leave", "after": 100, "returnAfter": 200}]
+    }]})";
+
 class tst_profile : public QObject
 {
     Q_OBJECT
@@ -82,24 +102,7 @@ private slots:
 
     void everyKey()
     {
-        const ProfileResult result = parseProfile(R"({
-            "radio": {"state": "off", "onAfter": 500, "offAfter": 900},
-            "devices": [{
-                "name": "Desk", "advertisedName": "", "advertisedServices": ["180D"], "info": "genericAccess",
-                "infoText": "x", "serial": "ABCD0001", "model": 4, "firmware": "1.2C345", "languageSet": "G",
-                "languageSwitch": 4, "language": 4, "linkCode": 34, "linkReply": "doubled",
-                "state": {"0": 3, "28": 1},
-                "files": [{"name": "R\u00c9SUM\u00c9", "text": "\u00e9\u0152"}, {"name": "B", "base64": "AP8="}],
-                "storageLimit": 4096, "sizes": "frenchBraille", "persistent": false, "maximalNotification": 100,
-                "delays": {"connect": 1, "discover": 2, "read": 3, "write": 4, "reply": 5, "notification": 6,
-                           "advertising": 7},
-                "faults": [{"fault": "reply", "command": "PCR", "text": "\u00e9", "times": 2},
-                           {"fault": "dropAtWrite", "write": 3, "withError": false},
-                           {"fault": "mergeNotifications", "size": 64},
-                           {"fault": "late", "ms": 2500},
-                           {"fault": "missing", "what": "dataCharacteristic"},
-                           {"fault": "leave", "after": 100, "returnAfter": 200}]
-            }]})");
+        const ProfileResult result = parseProfile(EveryKey);
         QCOMPARE(result.error, QString());
         QCOMPARE(result.profiles.radio.state, BluetoothCentral::State::PoweredOff);
         QCOMPARE(result.profiles.radio.onAfter.count(), 500);
