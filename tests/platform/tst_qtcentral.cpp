@@ -153,9 +153,6 @@ void tst_qtcentral::wayToALink()
     QCOMPARE(bench.peripheral->state(), BluetoothPeripheral::State::Connecting);
     QVERIFY(bench.waitFor(u"connected"_s));
     QCOMPARE(bench.peripheral->state(), BluetoothPeripheral::State::Connected);
-    // Once more for one that is connected already.
-    QVERIFY(bench.connect());
-
     bench.request([&] { bench.peripheral->discoverServices({BluetoothUuid(u"180D"_s)}); });
     QVERIFY(bench.waitFor(u"services"_s));
     QVERIFY(bench.peripheral->services().isEmpty());
@@ -170,9 +167,6 @@ void tst_qtcentral::wayToALink()
     bench.recorder->received.clear();
     bench.write("{{PC S2 ON}}");
     QTRY_VERIFY(bench.recorder->received.startsWith("{PC"));
-    bench.cancel();
-    QCOMPARE(bench.peripheral->state(), BluetoothPeripheral::State::Disconnected);
-    QVERIFY(bench.waitFor(u"disconnected"_s));
 }
 
 // The same object for the same device, but not the same characteristics.
@@ -182,11 +176,14 @@ void tst_qtcentral::nextLinkIsNew()
     CentralBench bench(_radio);
     QVERIFY(bench.open());
     bench.cancel();
+    QCOMPARE(bench.peripheral->state(), BluetoothPeripheral::State::Disconnected);
     QVERIFY(bench.waitFor(u"disconnected"_s));
     QVERIFY(bench.peripheral->services().isEmpty());
     QVERIFY(bench.scan());
     QCOMPARE(bench.recorder->found.size(), 1);
     const auto earlier = bench.data;
+    QVERIFY(bench.connect());
+    // Once more for one that is connected already.
     QVERIFY(bench.connect());
     QVERIFY(bench.discover());
     bench.request([&] { bench.peripheral->writeValue("x", earlier); });
@@ -195,13 +192,11 @@ void tst_qtcentral::nextLinkIsNew()
 
 void tst_qtcentral::oneAnswerForEachWrite()
 {
-    QVERIFY(startDaemon(R"("faults": [{ "fault": "failWrite", "write": 5 }])"));
+    QVERIFY(startDaemon(R"("faults": [{ "fault": "failWrite", "write": 4 }])"));
     CentralBench bench(_radio);
     QVERIFY(bench.open());
     // The whiteboard sends back what arrives.
-    bench.write("{{PC S2 ON}}");
-    bench.write("{{BOARD}}");
-    QVERIFY(bench.waitFor(u"written"_s));
+    bench.write("{{PC S2 ON}}{{BOARD}}");
     QVERIFY(bench.waitFor(u"written"_s));
     QStringList order;
     bench.recorder->onLine = [&](const QString &line) {
