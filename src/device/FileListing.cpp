@@ -24,31 +24,10 @@ std::optional<unsigned> frenchBrailleDigit(char16_t sign)
     // "1" counts as 2 and "9" as 10: the device's own reckoning.
     if (sign >= u'1' && sign <= u'9')
         return sign - 47U;
-    switch (sign) {
-    case u'0':
-    case u'#':
+    if (sign == u'0')
         return 0U;
-    case u'*':
-        return 1U;
-    case u'<':
-        return 2U;
-    case u'%':
-        return 3U;
-    case u'?':
-        return 4U;
-    case u':':
-        return 5U;
-    case u'$':
-        return 6U;
-    case u']':
-        return 7U;
-    case u'\\':
-        return 8U;
-    case u'[':
-        return 9U;
-    default:
-        return std::nullopt;
-    }
+    const qsizetype digit = QStringView(u"#*<%?:$]\\[").indexOf(sign);
+    return digit < 0 ? std::nullopt : std::optional(static_cast<unsigned>(digit));
 }
 
 // Appends one decimal digit (or 10, in French); nothing when the value no longer fits.
