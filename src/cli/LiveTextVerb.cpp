@@ -31,7 +31,7 @@ void LiveTextVerb::run(Session &session)
     _session = &session;
     session.device().setDataDelegate(std::static_pointer_cast<LiveTextVerb>(shared_from_this()));
     session.keepLink(context().manager,
-                     {[this](const QString &reason) { lost(reason); },
+                     {[this](const QString &) { lost(); },
                       [this](std::chrono::seconds after) { tryingAgain(after); }, [this] { back(); }});
     enterMode();
     console().writeNote(u"Connected. Each line goes to the device. Ctrl-D ends."_s);
@@ -142,14 +142,14 @@ void LiveTextVerb::waitForLastWords()
     _longestQuiet.start(LongestAfterInput, [this] { leave(); });
 }
 
-void LiveTextVerb::lost(const QString &reason)
+void LiveTextVerb::lost()
 {
     if (isOver())
         return;
     // The end of the link ends the mode on the device.
     _inMode = false;
     _isSending = false;
-    _lossReason = u" (%1)"_s.arg(visibleText(reason));
+    _lossTold = false;
     if (_received.hasRest())
         print(_received.takeRest());
     _quiet.cancel();
@@ -163,8 +163,8 @@ void LiveTextVerb::tryingAgain(std::chrono::seconds after)
     if (isOver())
         return;
     const QString when = after.count() == 1 ? u"1 second"_s : u"%1 seconds"_s.arg(after.count());
-    if (const QString reason = std::exchange(_lossReason, QString()); !reason.isNull())
-        console().writeMessage(u"The connection was lost%1; trying again in %2."_s.arg(reason, when));
+    if (!std::exchange(_lossTold, true))
+        console().writeMessage(u"The connection was lost; trying again in %1."_s.arg(when));
     else
         console().writeNote(u"Still away; trying again in %1."_s.arg(when));
 }
@@ -180,10 +180,10 @@ void LiveTextVerb::back()
 
 QString LiveTextVerb::lostSentence() const
 {
-    const QString sentence = u"The connection was lost%1."_s.arg(_lossReason);
-    return _lines.empty()
-               ? sentence
-               : sentence + u" Lines that were not sent or not confirmed: %1."_s.arg(_lines.size());
+    QString sentence = u"The connection was lost."_s;
+    if (!_lines.empty())
+        sentence += u" Lines that were not sent or not confirmed: %1."_s.arg(_lines.size());
+    return sentence;
 }
 
 void LiveTextVerb::CV_newDataReceived(const QString &text)
@@ -227,7 +227,9 @@ void LiveTextVerb::leave()
 
 void LiveTextVerb::interrupted()
 {
-    if (_session && _session->isAway())
+    if (_session == nullptr)
+        return;
+    if (_session->isAway())
         console().writeMessage(lostSentence());
     if (std::exchange(_inMode, false) && _session->device().isConnectedAsCVComm())
         _session->device().sendCommand(_modeCommand);

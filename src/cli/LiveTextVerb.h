@@ -43,7 +43,7 @@ private:
     void leave();
     bool print(const QByteArray &line);
     void tryingAgain(std::chrono::seconds after);
-    void lost(const QString &reason);
+    void lost();
     void back();
     // What is to be said when the verb ends while the device is away.
     QString lostSentence() const;
@@ -59,7 +59,7 @@ private:
     bool _isReading = false;
     bool _inputEnded = false;
     qsizetype _warnedLine = 0;
-    QString _lossReason; // null once it has been told
+    bool _lossTold = true;
     ExitStatus _status = ExitStatus::Done;
     bool _inMode = false;
     DelayedCall _quiet;

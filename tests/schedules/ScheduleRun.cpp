@@ -46,9 +46,8 @@ QString ScheduleRun::run()
     _status = _bench.wait();
     if (_status < 0)
         return u"it ended and left a link"_s;
-    if (const QString fault = judge(); !fault.isNull())
-        return fault;
-    return judgeRest();
+    const QString fault = judge();
+    return fault.isNull() ? judgeRest() : fault;
 }
 
 // Before each call of the loop.
