@@ -100,12 +100,14 @@ void SimulatedDevice::dropLink(const QString &error)
 void SimulatedDevice::leave()
 {
     _inRange = false;
+    _log.info(QStringLiteral("%1 goes out of range.").arg(identifier()));
     dropLink(QStringLiteral("The device is out of range."));
 }
 
 void SimulatedDevice::comeBack()
 {
     _inRange = true;
+    _log.info(QStringLiteral("%1 is back.").arg(identifier()));
     for (const auto &weak : std::exchange(_waiting, {})) {
         if (const auto holder = weak.lock())
             holder->deviceCameBack();

@@ -105,6 +105,8 @@ void ObjectTree::tellChanged(const BusObject &object, const QString &interface, 
             present.insert(name, value);
         else
             gone.append(name);
+        if (value.typeId() == QMetaType::Bool)
+            _log.debug(u"%1 tells %2 %3"_s.arg(object.path(), name, value.toString()));
     }
     QDBusMessage signal = QDBusMessage::createSignal(object.path(), Properties, u"PropertiesChanged"_s);
     signal << interface << present << gone;
