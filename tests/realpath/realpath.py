@@ -47,7 +47,6 @@ class Program:
         self.lines = {"out": [], "err": []}  # of (time, bytes)
         self.ended = None
         self._changed = threading.Condition()
-        self._watchers = []
         self._process = subprocess.Popen(
             [str(argument) for argument in arguments], env=environment, cwd=folder,
             stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.PIPE, start_new_session=True)
@@ -70,10 +69,7 @@ class Program:
             entry = (time.monotonic(), line)
             with self._changed:
                 self.lines[key].append(entry)
-                watchers = list(self._watchers)
                 self._changed.notify_all()
-            for watcher in watchers:
-                watcher(key, *entry)
 
     def _wait_for_end(self):
         self._process.wait()
@@ -83,11 +79,6 @@ class Program:
         with self._changed:
             self.ended = ended
             self._changed.notify_all()
-
-    def watch(self, watcher):
-        """Has watcher(key, time, line) called for each line to come, on a thread of its own."""
-        with self._changed:
-            self._watchers.append(watcher)
 
     def send(self, data):
         try:
@@ -111,11 +102,12 @@ class Program:
                 raise Failure(f"{self.name}: {what} within {limit} s; {self.story()}")
 
     def wait_for_line(self, text, key="out", start=0, limit=PATIENCE):
-        """The (time, line) of the first line from number start on that holds the text."""
+        """The (time, line) of the first line from number start on that holds the text, or one of a tuple's."""
+        texts = text if isinstance(text, tuple) else (text,)
         found = []
 
         def holds():
-            found[:] = [entry for entry in self.lines[key][start:] if text in entry[1]]
+            found[:] = [entry for entry in self.lines[key][start:] if any(one in entry[1] for one in texts)]
             return found or self.ended is not None
 
         self._wait_until(holds, limit, f"no line {text!r}")
@@ -152,7 +144,9 @@ class Program:
         return b"".join(line for _, line in self.lines[key])
 
     def errors(self):
-        return self.output("err").decode(errors="replace")
+        """Its messages, without the log of a simulator."""
+        lines = [line for _, line in self.lines["err"] if not line.startswith(b"[debug]")]
+        return b"".join(lines).decode(errors="replace")
 
     def check_sound(self):
         """Neither a crash nor a sanitizer's report."""
