@@ -3,7 +3,6 @@
 
 #include "base/DurableFile.h"
 #include "base/VisibleText.h"
-#include "cli/DeviceNames.h"
 
 #include <QFileInfo>
 
@@ -56,16 +55,7 @@ void GetVerb::run(Session &session)
 {
     session.withListing([this, &session] {
         CVBTDevice &device = session.device();
-        const QString &name = request().operand;
-        if (device.getSizeOfFileWithName(name) < 0) {
-            fail(ExitStatus::NoSuchFile, noSuchFileSentence(name, device.files()));
-            return;
-        }
-        const QString problem =
-            unlistableNameProblem(name, device.cvKeyboardLanguage(), device.stringEncoding());
-        if (!problem.isEmpty())
-            fail(ExitStatus::WrongUsage, problem);
-        else
+        if (isListed(device))
             fetch(device);
     });
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/Verb.h"
 
+#include "cli/DeviceNames.h"
+
 namespace cvtamber {
 
 using namespace std::chrono_literals;
@@ -49,6 +51,19 @@ void Verb::abandon()
     _exit.cancel();
     console().endProgress();
     console().stopInput();
+}
+
+bool Verb::isListed(const CVBTDevice &device)
+{
+    const QString &name = _request.operand;
+    if (device.getSizeOfFileWithName(name) < 0) {
+        fail(ExitStatus::NoSuchFile, noSuchFileSentence(name, device.files()));
+        return false;
+    }
+    const QString problem = unlistableNameProblem(name, device.cvKeyboardLanguage(), device.stringEncoding());
+    if (!problem.isEmpty())
+        fail(ExitStatus::WrongUsage, problem);
+    return problem.isEmpty();
 }
 
 } // namespace cvtamber

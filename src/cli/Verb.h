@@ -56,6 +56,8 @@ protected:
     void finish(ExitStatus status);
     void fail(ExitStatus status, const QString &sentence);
     bool isOver() const { return _over; }
+    // Whether the device lists the file that the operand names and can be asked for it; else the verb has failed.
+    bool isListed(const CVBTDevice &device);
 
     const VerbContext &context() const { return _context; }
     const VerbRequest &request() const { return _request; }
