@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "store/ContainerDelegates.h"
+
+#include <algorithm>
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+namespace cvtamber {
+
+// A list of documents or folders, kept in ascending order of their names without regard to letter case once it
+// has been sorted; a list that was only appended to stays in the order of appending.
+//
+// Sorting: n log n when the list is not in order, else nothing. Inserting into a sorted list: a binary
+// search and a move of the pointers behind it. Looking an URL up: constant, through an index that is built at the
+// first look. Item has url() and name(). Thread: main thread.
+template<typename Item> class ContainerList
+{
+public:
+    using Pointer = std::shared_ptr<Item>;
+
+    const std::vector<Pointer> &items() const { return _items; }
+    StoreIndex size() const { return static_cast<StoreIndex>(_items.size()); }
+    bool isEmpty() const { return _items.empty(); }
+    bool holds(StoreIndex index) const { return index >= 0 && index < size(); }
+    const Pointer &at(StoreIndex index) const { return _items[static_cast<size_t>(index)]; }
+
+    void append(Pointer item)
+    {
+        _isSorted = false;
+        remember(item);
+        _items.push_back(std::move(item));
+    }
+
+    // Appends and sorts; the item's index after that.
+    StoreIndex insertSorted(const Pointer &item)
+    {
+        sort();
+        remember(item);
+        const auto place = std::upper_bound(_items.begin(), _items.end(), item, &comesBefore);
+        return _items.insert(place, item) - _items.begin();
+    }
+
+    void sort()
+    {
+        if (!_isSorted)
+            std::sort(_items.begin(), _items.end(), &comesBefore);
+        _isSorted = true;
+    }
+
+    // An item of the list has another name now.
+    void nameChanged() { _isSorted = false; }
+
+    void removeAt(StoreIndex index)
+    {
+        forget(at(index));
+        _items.erase(_items.begin() + index);
+    }
+
+    // By identity.
+    StoreIndex indexOf(const Item *item) const
+    {
+        auto from = _items.begin();
+        if (_isSorted && item)
+            from = std::lower_bound(
+                _items.begin(), _items.end(), item,
+                [](const Pointer &one, const Item *other) { return compareNames(*one, *other) < 0; });
+        const auto found =
+            std::find_if(from, _items.end(), [item](const Pointer &one) { return one.get() == item; });
+        return found == _items.end() ? NotFound : found - _items.begin();
+    }
+
+    // The first item of that URL.
+    StoreIndex indexOfURL(const FileURL &url) const
+    {
+        indexAll();
+        StoreIndex first = NotFound;
+        const auto [from, to] = _byURL.equal_range(url);
+        for (auto it = from; it != to; ++it)
+            first = std::min(first, indexOf(it->second));
+        return first;
+    }
+
+private:
+    static int compareNames(const Item &one, const Item &other)
+    {
+        return one.name().compare(other.name(), Qt::CaseInsensitive);
+    }
+    static bool comesBefore(const Pointer &one, const Pointer &other)
+    {
+        return compareNames(*one, *other) < 0;
+    }
+
+    void indexAll() const
+    {
+        if (_isIndexed)
+            return;
+        for (const Pointer &item : _items)
+            _byURL.emplace(item->url(), item.get());
+        _isIndexed = true;
+    }
+    void remember(const Pointer &item)
+    {
+        if (_isIndexed)
+            _byURL.emplace(item->url(), item.get());
+    }
+    void forget(const Pointer &item)
+    {
+        if (!_isIndexed)
+            return;
+        const auto [from, to] = _byURL.equal_range(item->url());
+        const auto found =
+            std::find_if(from, to, [&](const auto &entry) { return entry.second == item.get(); });
+        if (found != to)
+            _byURL.erase(found);
+    }
+
+    std::vector<Pointer> _items;
+    bool _isSorted = true;
+    // Built at the first look-up, so that opening a store does not pay for it.
+    mutable bool _isIndexed = false;
+    mutable std::unordered_multimap<FileURL, Item *> _byURL;
+};
+
+} // namespace cvtamber

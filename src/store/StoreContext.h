@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "store/FileURL.h"
+
+namespace cvtamber {
+
+class CloudContainer;
+class FileCoordinator;
+class Locations;
+class NotificationCenter;
+class RunLoop;
+class StoreDisk;
+class StoreProblems;
+class SystemLog;
+class Trash;
+
+// What every object of the store is given. All of it is made at start-up and outlives the store.
+struct StoreContext
+{
+    RunLoop &runLoop;
+    StoreDisk &disk;
+    FileCoordinator &coordinator;
+    CloudContainer &cloud;
+    Trash &trash;
+    NotificationCenter &notifications;
+    StoreProblems &problems;
+    SystemLog &log;
+};
+
+// The URL for a log line: a document's title is masked, the store's own names are not.
+QString loggedURL(const FileURL &url);
+
+} // namespace cvtamber

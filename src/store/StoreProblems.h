@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "store/FileURL.h"
+
+#include <QString>
+
+#include <memory>
+
+namespace cvtamber {
+
+// What failed in the store, for the person who can act on it.
+struct StoreProblem
+{
+    enum class What {
+        Open,
+        Save,
+        // A document was saved, and the version of another program stands beside it: see `kept`.
+        KeptOtherVersion,
+        Delete,
+        Rename,
+        Move,
+        // A folder or a user's directory could not be made.
+        Create,
+        // A directory could not be read, so its content is not all listed.
+        List,
+        // A directory without a user's record went to the trash.
+        MovedToTrash,
+        // A user's directory without a record holds documents and could not be put into the trash.
+        NotMovedToTrash,
+        Download,
+    };
+
+    What what = What::Open;
+    // The document, folder or user's directory.
+    FileURL url;
+    // A sentence part: "no space left on device". Empty when there is nothing to explain.
+    QString why;
+    FileURL kept;
+};
+
+class StoreProblemObserver
+{
+public:
+    StoreProblemObserver() = default;
+    StoreProblemObserver(const StoreProblemObserver &) = delete;
+    StoreProblemObserver &operator=(const StoreProblemObserver &) = delete;
+    virtual ~StoreProblemObserver() = default;
+
+    virtual void storeProblem(const StoreProblem &problem) = 0;
+};
+
+// Hands each problem to the one observer; without one it is only dropped, since the log has it already.
+// Thread: main thread. Owner: made at start-up, outlives the store. The observer is not kept alive.
+class StoreProblems
+{
+public:
+    void setObserver(std::weak_ptr<StoreProblemObserver> observer) { _observer = std::move(observer); }
+    void tell(const StoreProblem &problem) const
+    {
+        if (const auto observer = _observer.lock())
+            observer->storeProblem(problem);
+    }
+
+private:
+    std::weak_ptr<StoreProblemObserver> _observer;
+};
+
+} // namespace cvtamber

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "store/OrphanedItems.h"
+#include "store/TamberDataFolder.h"
+#include "store/TamberFilesContainer.h"
+
+namespace cvtamber {
+
+// The documents of one directory and its folders, one level deep.
+//
+// A local container takes every directory in its own for a folder, with or without "folder.dat". In the cloud a folder is
+// listed once its "folder.dat" is here; what is reported below one that is not listed yet waits as an orphan.
+class TamberFilesAndFoldersContainer : public TamberFilesContainer
+{
+public:
+    using FolderPointer = std::shared_ptr<TamberDataFolder>;
+
+    explicit TamberFilesAndFoldersContainer(StoreContext &context);
+    ~TamberFilesAndFoldersContainer() override;
+
+    static std::shared_ptr<TamberFilesAndFoldersContainer>
+    withFolder(StoreContext &context, const QString &folderName,
+               const std::shared_ptr<TamberDiskLocation> &parent);
+
+    // One delegate for both lists.
+    void setDelegate(std::weak_ptr<TamberFilesAndFoldersContainerDelegate> delegate);
+
+    const std::vector<FolderPointer> &folders() const { return _folders.items(); }
+    StoreIndex foldersCount() const { return _folders.size(); }
+    // Null outside the list.
+    FolderPointer folderAtIndex(StoreIndex index) const;
+    StoreIndex indexOfFolder(const FolderPointer &folder) const;
+    StoreIndex indexOfFolderWithURL(const FileURL &url) const;
+    void sortFolders();
+    // Local only: lists the directories and opens each; a folder appears when its record has been read.
+    void loadContent();
+    void scanFolders();
+
+    FolderPointer addFolderWithName(const QString &name);
+    void deleteFolderAtIndex(StoreIndex index);
+    void deleteFolder(const FolderPointer &folder);
+    void moveFolder(const FolderPointer &folder,
+                    const std::shared_ptr<TamberFilesAndFoldersContainer> &target);
+    void loadLocalFolderWithUrl(const FileURL &url);
+    // The URL of a "folder.dat".
+    void folderAddedWithFileURL(const FileURL &url);
+    TamberUbiquitousItems orphanedItemsForFolder(const TamberDataFolder &folder) const;
+    // A name that nothing in the directory has.
+    static QString uniqueUserFolderName(const StoreContext &context, const FileURL &directory);
+
+    void deleteStorageWithCompletion(StorageCompletion completion) override;
+    void startQuery() override;
+    void stopQuery() override;
+
+    void ubiquotusItemAdded(const Item &item) override;
+    void ubiquotusItemDeleted(const Item &item) override;
+    void ubiquotusItemDownloaded(const Item &item) override;
+    void ubiquotusItemDownloadedAgain(const Item &item) override;
+
+    void ubiquitousMonitorItemAdded(TamberUbiquitousFolderMonitor &monitor, const Item &item) override;
+    void ubiquitousMonitorItemDeleted(TamberUbiquitousFolderMonitor &monitor, const Item &item) override;
+    void ubiquitousMonitorItemDownloaded(TamberUbiquitousFolderMonitor &monitor, const Item &item) override;
+    void ubiquitousMonitorItemDownloadedAgain(TamberUbiquitousFolderMonitor &monitor,
+                                              const Item &item) override;
+
+protected:
+    void initWithFolder(const QString &folderName, const std::shared_ptr<TamberDiskLocation> &parent);
+
+private:
+    using TamberFilesContainer::setDelegate;
+
+    std::shared_ptr<TamberUbiquitousFolderMonitor> _foldersMonitor;
+    ContainerList<TamberDataFolder> _folders;
+    OrphanedItems _orphanedItems;
+    std::weak_ptr<TamberFilesAndFoldersContainerDelegate> _delegate;
+};
+
+} // namespace cvtamber

@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "store/ContainerDelegates.h"
+#include "store/OrphanedItems.h"
+#include "store/StoreContext.h"
+#include "store/TamberUbiquitousFolderMonitorDelegate.h"
+
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+namespace cvtamber {
+
+class TamberStorage;
+class TamberUbiquitousFolderMonitor;
+class TamberUser;
+
+// Posted by the registry when a user has been listed; userInfo "user" holds a std::shared_ptr<TamberUser>.
+inline constexpr QStringView TamberUsersUserAddedNotification = u"TamberUsersUserAddedNotification";
+
+// Hears what happens to a registry's users. Main thread.
+class TamberUsersDelegate
+{
+public:
+    TamberUsersDelegate() = default;
+    TamberUsersDelegate(const TamberUsersDelegate &) = delete;
+    TamberUsersDelegate &operator=(const TamberUsersDelegate &) = delete;
+    virtual ~TamberUsersDelegate() = default;
+
+    using User = std::shared_ptr<TamberUser>;
+    // Never called by the registry itself: screens call it when they hear the notification.
+    virtual void userAdded(const User &user) = 0;
+    // Before the user leaves the list; also before a move that then fails.
+    virtual void userWillDelete(const User &user) = 0;
+    // Null when the record of a user that is not known has changed.
+    virtual void dataChangedForUser(const User &user) = 0;
+    virtual void contentGathered() = 0;
+};
+
+// One list of users, active or archived: a directory below the storage's root.
+//
+// Local: the users are listed when the registry is made, a notification each, and changed by the operations here.
+// In the cloud: the list is what the monitor reports; contentGathered() turns true once, at its first complete
+// listing. The list is in the order of coming. Thread: main thread. Owner: the storage, and screens; the registry owns
+// the storage, a ring that TamberStorage::close() opens.
+class TamberUsers final : public TamberDiskLocation,
+                          public TamberUbiquitousFolderMonitorDelegate,
+                          public std::enable_shared_from_this<TamberUsers>
+{
+public:
+    using User = std::shared_ptr<TamberUser>;
+    using Item = std::shared_ptr<TamberUbiquitousItem>;
+
+    static std::shared_ptr<TamberUsers> withTamberStorage(StoreContext &context,
+                                                          const std::shared_ptr<TamberStorage> &storage,
+                                                          const QString &folderName);
+    ~TamberUsers() override;
+
+    const std::vector<User> &users() const { return _users; }
+    void setDelegate(std::weak_ptr<TamberUsersDelegate> delegate) { _delegate = std::move(delegate); }
+    bool isUbiquitous() const;
+    const std::shared_ptr<TamberStorage> &storage() const { return _storage; }
+    bool contentGathered() const { return _contentGathered; }
+    FileURL url() const override;
+
+    void loadFromStorage();
+    // Another storage: every user leaves, then it is loaded.
+    void setStorage(const std::shared_ptr<TamberStorage> &storage);
+    void startQuery();
+    void stopQuery();
+    void enableQuery() {}
+    void disableQuery() {}
+
+    void addUser(const User &user);
+    void addUserWithFirstName(const QString &firstName, const QString &lastName, const QString &displayName);
+    void deleteUser(const User &user);
+    void moveUser(const User &user, const std::shared_ptr<TamberUsers> &target);
+    // Without a notification.
+    void loadUserFromURL(const FileURL &userDirectory);
+    // Null when the directory yields no user.
+    User loadUserFromFolderAndNotifyDelegate(const QString &folderName);
+    // Null when unknown.
+    User findUserWithURL(const FileURL &url) const;
+    TamberUbiquitousItems orphanedItemsForUser(const TamberUser &user) const;
+    void postUserAddedNotification(const User &user);
+    void delayedDeleteFolder(const FileURL &url);
+
+    void ubiquitousMonitorItemAdded(TamberUbiquitousFolderMonitor &monitor, const Item &item) override;
+    void ubiquitousMonitorItemDeleted(TamberUbiquitousFolderMonitor &monitor, const Item &item) override;
+    void ubiquitousMonitorItemDownloaded(TamberUbiquitousFolderMonitor &monitor, const Item &item) override;
+    void ubiquitousMonitorItemDownloadedAgain(TamberUbiquitousFolderMonitor &monitor,
+                                              const Item &item) override;
+    void ubiquitousMonitorContentGathered(TamberUbiquitousFolderMonitor &monitor,
+                                          const TamberUbiquitousItems &items) override;
+
+private:
+    TamberUsers(StoreContext &context, std::shared_ptr<TamberStorage> storage, const QString &folderName);
+
+    StoreContext &_context;
+    std::shared_ptr<TamberStorage> _storage;
+    QString _folderName;
+    std::vector<User> _users;
+    std::unordered_map<FileURL, std::weak_ptr<TamberUser>> _usersByURL;
+    std::shared_ptr<TamberUbiquitousFolderMonitor> _ubiquitousMonitor;
+    OrphanedItems _orphanedItems;
+    bool _contentGathered = false;
+    std::weak_ptr<TamberUsersDelegate> _delegate;
+};
+
+} // namespace cvtamber

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "store/FileResult.h"
+
+namespace cvtamber {
+
+// Where the store puts what it must not keep and must not destroy. The item is whole in one place or the
+// other. Any thread. Owner: made at start-up, outlives its users.
+class Trash
+{
+public:
+    Trash() = default;
+    Trash(const Trash &) = delete;
+    Trash &operator=(const Trash &) = delete;
+    virtual ~Trash() = default;
+
+    virtual FileResult moveToTrash(const FileURL &url) = 0;
+};
+
+} // namespace cvtamber
