@@ -44,7 +44,7 @@ public:
     void setFilter(const QString &filter) { _filter = filter; }
     void setDelegate(std::weak_ptr<TamberUbiquitousFolderMonitorDelegate> delegate);
     // In order of first sight.
-    const TamberUbiquitousItems &items() const { return _items; }
+    const TamberUbiquitousItems &items() const;
     bool contentGathered() const { return _contentGathered; }
 
     // Starting a started monitor changes nothing; the query is made at the first start.
@@ -56,18 +56,30 @@ public:
     void checkIfDeleted(const std::shared_ptr<TamberUbiquitousItem> &item);
 
 private:
-    void queryGathered();
-    void queryUpdated();
-    void handleQueryResults();
+    class Pass;
+    using Delegate = TamberUbiquitousFolderMonitorDelegate;
+    using Report = void (Delegate::*)(TamberUbiquitousFolderMonitor &,
+                                      const std::shared_ptr<TamberUbiquitousItem> &);
+
+    void makeQuery();
+    void handleReport(bool isGathered);
+    // False when the monitor was stopped or dropped meanwhile.
+    bool handleQueryResults();
+    void report(Report what, const std::shared_ptr<TamberUbiquitousItem> &item);
+    void closeGaps() const;
 
     StoreContext &_context;
     QString _filter;
     std::unique_ptr<MetadataQuery> _query;
     FileURL _parent;
-    TamberUbiquitousItems _items;
+    // Deleted ones leave gaps until the list is asked for or the pass ends: closing each by itself would not be linear.
+    mutable TamberUbiquitousItems _items;
+    mutable bool _hasGaps = false;
     std::unordered_map<FileURL, std::shared_ptr<TamberUbiquitousItem>> _itemsByURL;
+    // Counts stops, so that a pass notices one.
+    quint64 _run = 0;
     bool _contentGathered = false;
-    std::weak_ptr<TamberUbiquitousFolderMonitorDelegate> _delegate;
+    std::weak_ptr<Delegate> _delegate;
 };
 
 } // namespace cvtamber
