@@ -171,7 +171,7 @@ void TamberUbiquitousFolderMonitor::checkIfDeleted(const std::shared_ptr<TamberU
 
 void TamberUbiquitousFolderMonitor::makeQuery()
 {
-    const FileURL documents = _context.cloud.url();
+    const FileURL documents = _context.cloud.url().appendingDirectory(QStringLiteral("Documents"));
     const bool isInDocuments = !documents.isNil() && _parent.path().startsWith(documents.path());
     _query = _context.cloud.makeQuery();
     _query->setSearchScope(isInDocuments ? MetadataQuery::Scope::Documents : MetadataQuery::Scope::Data);
