@@ -3,7 +3,7 @@
 
 #include "store/NameBytes.h"
 
-#include <QByteArrayView>
+#include <QStringDecoder>
 #include <QUuid>
 
 #include <algorithm>
@@ -45,8 +45,11 @@ QString characterOfOddBytes(QStringView text, qsizetype at)
     QByteArray bytes;
     for (qsizetype i = at; i < text.size() && i < at + 4 && isOddByte(text[i]); ++i) {
         bytes.append(static_cast<char>(text[i].unicode() & 0xFF));
-        if (QByteArrayView(bytes).isValidUtf8())
-            return QString::fromUtf8(bytes);
+        QStringDecoder decoder(QStringDecoder::Utf8,
+                               QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
+        const QString character = decoder.decode(bytes);
+        if (!decoder.hasError())
+            return character;
     }
     return {};
 }
