@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "support/StoreRig.h"
+
+#include <QDir>
+#include <QFile>
+
+namespace cvtamber {
+
+namespace {
+
+// Stands in until the coordinator over the disk is there.
+class NoCoordinator final : public FileCoordinator
+{
+public:
+    void read(const FileURL &, Completion<ReadResult>) override { refuse(); }
+    void create(const FileURL &, const QByteArray &, Completion<WriteResult>) override { refuse(); }
+    void replace(const FileURL &, const QByteArray &, const FileStamp &, StoreDisk::OtherVersion,
+                 Completion<WriteResult>) override
+    {
+        refuse();
+    }
+    void remove(const FileURL &, Completion<FileResult>) override { refuse(); }
+    void move(const FileURL &, const FileURL &, Completion<FileResult>) override { refuse(); }
+    void sweep(const FileURL &, const QStringList &) override { refuse(); }
+    bool isBusy(const FileURL &) const override { return false; }
+
+private:
+    [[noreturn]] static void refuse() { qFatal("There is no coordinator yet"); }
+};
+
+} // namespace
+
+StoreRig::StoreRig(Place place, FileOperations &operations)
+    : _localRoot(FileURL::directory(_folder.filePath(QStringLiteral("Documents"))))
+    , _cloudRoot(FileURL::directory(_folder.filePath(QStringLiteral("Cloud/Documents"))))
+    , _root(place == Place::Local ? _localRoot : _cloudRoot)
+    , disk(operations)
+    , trash(_folder.filePath(QStringLiteral("Trash")))
+    , cloud(loop, FileURL::directory(_folder.filePath(QStringLiteral("Cloud"))))
+    , coordinator(std::make_unique<NoCoordinator>())
+    , context{loop, disk, *coordinator, cloud, trash, notifications, problems, log}
+{
+    problems.setObserver(told);
+    for (const FileURL &url : {_localRoot, _cloudRoot})
+        QDir().mkpath(url.path());
+}
+
+StoreRig::~StoreRig() = default;
+
+void StoreRig::settle()
+{
+    loop.advance({});
+}
+
+QString StoreRig::path(const QString &relative) const
+{
+    return relative.isEmpty() ? _root.path() : QString(_root.path() % u'/' % relative);
+}
+
+void StoreRig::put(const QString &relative, const QByteArray &bytes) const
+{
+    QDir().mkpath(file(relative).deletingLastPathComponent().path());
+    QFile file(path(relative));
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+        qFatal("The test's own file could not be written");
+}
+
+void StoreRig::makeFolder(const QString &relative) const
+{
+    QDir().mkpath(path(relative));
+}
+
+void StoreRig::erase(const QString &relative) const
+{
+    if (!QFile::remove(path(relative)))
+        QDir(path(relative)).removeRecursively();
+}
+
+QByteArray StoreRig::bytes(const QString &relative) const
+{
+    QFile file(path(relative));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+bool StoreRig::has(const QString &relative) const
+{
+    return QFileInfo::exists(path(relative));
+}
+
+QStringList StoreRig::names(const QString &relative) const
+{
+    return QDir(path(relative))
+        .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
+}
+
+} // namespace cvtamber
