@@ -4,6 +4,7 @@
 #include "store/FileResult.h"
 #include "store/StoreContext.h"
 #include "store/StoreDisk.h"
+#include "store/StoreProblems.h"
 
 #include <functional>
 #include <memory>
@@ -20,7 +21,8 @@ namespace cvtamber {
 //                         stays open
 // A change (updateChangeCount) of an open document is saved by itself five seconds after the first change that
 // is not saved yet, and tried again when that failed. A change of a closed one waits until it is saved.
-// Completions run once, from the loop. A document that is asked to do something lives until it is done.
+// What is asked for is done in that order, one after the other. Completions run once, from the loop. A document
+// that is asked to do something, or is open with changes that are not saved, lives until that is done.
 // What fails is told to StoreProblems. Thread: main thread. Owner: shared.
 class Document : public std::enable_shared_from_this<Document>
 {
@@ -60,6 +62,28 @@ protected:
 
 private:
     struct Session;
+    // One step of what was asked for: it starts when the step before it has ended, and ends with endStep().
+    using Step = std::function<void()>;
+
+    Session &session();
+    void addStep(Step step);
+    void startStep();
+    void endStep(const Completion &completion, bool success);
+
+    void finishOpening(const ReadResult &read);
+    struct Contents;
+    Contents takeContents();
+    enum class Asker { Caller, Autosave };
+    void write(const FileURL &url, SaveOperation operation, const Contents &contents, Asker asker,
+               const Completion &completion);
+    void finishWriting(const FileURL &url, quint64 change, Asker asker, const WriteResult &written);
+    void closeOrSave(const Completion &completion);
+    void startAutosave();
+    void cancelAutosave();
+    void autosave();
+    // Why it could not be asked for; empty when it was.
+    QString askForDownload();
+    void tell(StoreProblem::What what, const FileURL &url, const QString &why);
 
     StoreContext &_context;
     FileURL _fileURL;

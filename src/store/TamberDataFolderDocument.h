@@ -17,7 +17,7 @@ public:
     // Writes the record at once and closes it; nothing when the name is set and the same.
     void setName(const QString &name);
     // For a folder that is being made: only keeps the name.
-    void setInitialName(const QString &name) { _name = name; }
+    void setInitialName(const QString &name);
 
 protected:
     QByteArray contentsForType() const override;

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "store/TamberDocument.h"
+
+#include "store/Records.h"
+
+namespace cvtamber {
+
+void TamberDocument::setText(const QString &text)
+{
+    if (_text == text) {
+        // An editor that shows a text that cannot be read as empty, and sets that, has changed nothing.
+        if (_text.isNull())
+            _text = text;
+        return;
+    }
+    _text = text;
+    updateChangeCount(ChangeKind::Done);
+}
+
+QByteArray TamberDocument::contentsForType() const
+{
+    return utf8FromText(_text);
+}
+
+bool TamberDocument::loadFromContents(const QByteArray &bytes)
+{
+    _text = textFromUtf8(bytes);
+    return !_text.isNull();
+}
+
+} // namespace cvtamber
