@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/RunLoop.h"
 #include "store/TamberFilesAndFoldersContainer.h"
 
 namespace cvtamber {
@@ -19,15 +20,16 @@ public:
                const QString &displayName);
     ~TamberUser() override;
 
-    // Opens an existing one; null when its directory has no record. A local directory without one is removed, or goes to
-    // the trash when it holds anything; only when it is certain that there is no record.
+    // Opens the one in that directory, which is one, not a link; null when it has no record. A local directory
+    // without one is removed, or goes to the trash when it holds anything; only when it is certain that there
+    // is no record.
     static std::shared_ptr<TamberUser> withFolder(StoreContext &context, const QString &folderName,
                                                   const std::shared_ptr<TamberUsers> &users);
 
     const QString &firstName() const { return _firstName; }
     const QString &lastName() const { return _lastName; }
     const QString &displayName() const { return _displayName; }
-    // A name that differs is saved at the end of this turn of the main loop, several of them in one write.
+    // A name that differs is saved at the next turn of the main loop, several of them in one write.
     void setFirstName(const QString &name);
     void setLastName(const QString &name);
     void setDisplayName(const QString &name);
@@ -47,17 +49,34 @@ public:
     void load();
     void loadFromURL(const FileURL &userDirectory);
     void parseUserFileData(const QString &text);
-    // The completion runs only when the record could be read.
+    // The completion runs only when the record could be read. Names that are not saved yet stay: they are newer.
     void reloadDataWitCompletionHandler(const Completion &completion);
     // Makes the directory in the registry's and writes the record. The completion is never called.
     void storeInUsers(const std::shared_ptr<TamberUsers> &users, const Completion &completion);
+    // In the background; nothing for a user without a directory, and after stopSaving().
     void saveUserData();
     void scheduleSave();
+    // Asks for the scheduled save now, before the directory goes elsewhere.
+    void saveScheduledChanges();
+    // The same; and a local record that has gone is written anew, so that the user is found at the other place.
+    void prepareToMove();
+    // The record has gone for good: what is scheduled is dropped and no name is saved any more.
+    void stopSaving();
+    // Documents, folders, the record, then a local directory: it goes to the trash when it holds anything that
+    // nobody listed. Without a completion the directory stays. The completion hears how the record's removal
+    // ended, and never when a document could not be removed.
     void deleteStorageWithCompletion(StorageCompletion completion) override;
 
 private:
-    void readRecord(const FileURL &fileURL);
+    std::shared_ptr<TamberUser> self();
+    bool openRecord();
+    // False when there is no text to be had, which is logged.
+    bool takeRecord(const ReadResult &record);
     void setNamePart(QString &part, const QString &name);
+    bool cancelScheduledSave();
+    void recordSaved(const WriteResult &result);
+    void removeRecord(const StorageCompletion &completion);
+    void recordRemoved(const FileResult &result, const StorageCompletion &completion);
 
     QString _folderName;
     std::unique_ptr<MetadataQuery> _foldersQuery;
@@ -65,7 +84,10 @@ private:
     QString _firstName;
     QString _lastName;
     QString _displayName;
-    bool _saveScheduled = false;
+    RunLoop::CallId _scheduledSave = RunLoop::CallId::None;
+    // Writes of the record that are asked for and not done.
+    int _savesUnderWay = 0;
+    bool _isSavingStopped = false;
     std::weak_ptr<TamberUsers> _users;
 };
 

@@ -2,12 +2,14 @@
 #pragma once
 
 #include "store/ContainerDelegates.h"
+#include "store/FileResult.h"
 #include "store/OrphanedItems.h"
+#include "store/RegistryRouting.h"
 #include "store/StoreContext.h"
 #include "store/TamberUbiquitousFolderMonitorDelegate.h"
+#include "store/UserList.h"
 
 #include <memory>
-#include <unordered_map>
 #include <vector>
 
 namespace cvtamber {
@@ -57,7 +59,8 @@ public:
                                                           const QString &folderName);
     ~TamberUsers() override;
 
-    const std::vector<User> &users() const { return _users; }
+    const std::vector<User> &users() const { return _users.users(); }
+    std::shared_ptr<TamberUsersDelegate> delegate() const { return _delegate.lock(); }
     void setDelegate(std::weak_ptr<TamberUsersDelegate> delegate) { _delegate = std::move(delegate); }
     bool isUbiquitous() const;
     const std::shared_ptr<TamberStorage> &storage() const { return _storage; }
@@ -72,6 +75,8 @@ public:
     void enableQuery() {}
     void disableQuery() {}
 
+    // Asks for every save of a record that is scheduled, before the storage's place changes.
+    void saveScheduledChanges();
     void addUser(const User &user);
     void addUserWithFirstName(const QString &firstName, const QString &lastName, const QString &displayName);
     void deleteUser(const User &user);
@@ -84,6 +89,7 @@ public:
     User findUserWithURL(const FileURL &url) const;
     TamberUbiquitousItems orphanedItemsForUser(const TamberUser &user) const;
     void postUserAddedNotification(const User &user);
+    // One that still holds anything goes to the trash.
     void delayedDeleteFolder(const FileURL &url);
 
     void ubiquitousMonitorItemAdded(TamberUbiquitousFolderMonitor &monitor, const Item &item) override;
@@ -95,13 +101,36 @@ public:
                                           const TamberUbiquitousItems &items) override;
 
 private:
+    struct Report
+    {
+        CloudReport kind;
+        Item item;
+        // Null when the user of the directory is not listed.
+        User user;
+        FileURL directory;
+    };
+
     TamberUsers(StoreContext &context, std::shared_ptr<TamberStorage> storage, const QString &folderName);
+
+    void loadLocalUsers();
+    void watchCloud();
+    User openAndNotify(const QString &folderName);
+    void moveInCloud(const User &user, const FileURL &to);
+    void moveLocally(const User &user, const FileURL &to, const std::shared_ptr<TamberUsers> &target);
+    void userMoved(const FileResult &result, const User &user, const FileURL &to,
+                   const std::shared_ptr<TamberUsers> &target);
+    void handleReport(CloudReport report, const Item &item);
+    void takeStep(RegistryStep step, const Report &report);
+    void loadReportedUser(const QString &folderName);
+    void removeReportedUser(const User &user);
+    void keepItemsBelow(const FileURL &directory);
+    void forgetOrphan(const Item &item);
+    void downloadRecord(const FileURL &record);
 
     StoreContext &_context;
     std::shared_ptr<TamberStorage> _storage;
     QString _folderName;
-    std::vector<User> _users;
-    std::unordered_map<FileURL, std::weak_ptr<TamberUser>> _usersByURL;
+    UserList _users;
     std::shared_ptr<TamberUbiquitousFolderMonitor> _ubiquitousMonitor;
     OrphanedItems _orphanedItems;
     bool _contentGathered = false;

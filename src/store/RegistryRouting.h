@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "store/CloudRouting.h"
+#include "store/FileURL.h"
+
+namespace cvtamber {
+
+// What a registry makes of a report of its monitor. Pure functions; any thread.
+
+enum class RegistryStep {
+    Ignore,
+    // The same report goes to the user that the item belongs to.
+    PassToUser,
+    KeepAsOrphan,
+    // The item belongs to a user that is not known, or not any more.
+    ForgetOrphan,
+    // The record is here: the user is opened, also when one of that directory is known.
+    LoadUser,
+    DownloadRecord,
+    RemoveUser,
+    // The delegate hears that the record has changed.
+    TellDataChanged,
+};
+
+struct RegistryReport
+{
+    CloudReport report = CloudReport::Added;
+    // It is a "user.txt".
+    bool isRecord = false;
+    bool isDownloaded = false;
+    // The user of its directory is listed.
+    bool isUserKnown = false;
+};
+
+RegistryStep registryStep(const RegistryReport &item);
+
+// A user's directory is named by a UUID: one separator and 36 characters below the registry's.
+inline constexpr qsizetype UserDirectoryLength = 37;
+
+// What a registry's monitor watches: everything below a directory named by a UUID.
+QString registryFilter();
+
+// The directory of the user that an item belongs to: the beginning of the item's path, found by length alone.
+// Nil when the path is shorter.
+FileURL userDirectoryOfItem(const FileURL &item, qsizetype registryPathLength);
+
+} // namespace cvtamber

@@ -1,0 +1,289 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "store/TamberUser.h"
+
+#include "base/SystemLog.h"
+#include "store/CloudContainer.h"
+#include "store/CoordinatedFiles.h"
+#include "store/FileCoordinator.h"
+#include "store/Records.h"
+#include "store/StoreNames.h"
+#include "store/TamberUsers.h"
+#include "store/UserDirectories.h"
+
+#include <utility>
+
+namespace cvtamber {
+
+using Outcome = FileResult::Outcome;
+
+TamberUser::TamberUser(StoreContext &context, const QString &firstName, const QString &lastName,
+                       const QString &displayName)
+    : TamberFilesAndFoldersContainer(context)
+    , _firstName(firstName)
+    , _lastName(lastName)
+    , _displayName(displayName)
+{}
+
+TamberUser::~TamberUser()
+{
+    context().log.info(QStringLiteral("TamberUser::dealloc"));
+}
+
+std::shared_ptr<TamberUser> TamberUser::withFolder(StoreContext &context, const QString &folderName,
+                                                   const std::shared_ptr<TamberUsers> &users)
+{
+    auto user = std::make_shared<TamberUser>(context, QString(), QString(), QString());
+    user->_folderName = folderName;
+    user->_users = users;
+    user->initWithFolder(folderName, users);
+    return user->openRecord() ? user : nullptr;
+}
+
+std::shared_ptr<TamberUser> TamberUser::self()
+{
+    return std::static_pointer_cast<TamberUser>(shared_from_this());
+}
+
+FileURL TamberUser::url() const
+{
+    const auto registry = users();
+    return registry ? registry->url().appendingDirectory(_folderName) : FileURL();
+}
+
+FileURL TamberUser::fileURL() const
+{
+    return url().appendingFile(UserRecordName.toString());
+}
+
+QString TamberUser::description() const
+{
+    return _displayName + u" (" + _firstName + u' ' + _lastName + u')';
+}
+
+MetadataQuery &TamberUser::foldersQuery()
+{
+    if (!_foldersQuery) {
+        _foldersQuery = context().cloud.makeQuery();
+        _foldersQuery->setSearchScope(MetadataQuery::Scope::Data);
+    }
+    return *_foldersQuery;
+}
+
+MetadataQuery &TamberUser::filesQuery()
+{
+    if (!_filesQuery) {
+        _filesQuery = context().cloud.makeQuery();
+        _filesQuery->setSearchScope(MetadataQuery::Scope::Data);
+    }
+    return *_filesQuery;
+}
+
+bool TamberUser::openRecord()
+{
+    const ReadResult record = context().disk.read(fileURL());
+    if (!record.ok()) {
+        if (!context().disk.isFolder(url()))
+            return false;
+        if (record.outcome == Outcome::Missing && isCertainlyAbsent(context().disk, fileURL())) {
+            if (!isUbiquitous())
+                clearDirectoryWithoutRecord(context(), url());
+            return false;
+        }
+        if (record.outcome == Outcome::NotDownloaded && isUbiquitous())
+            context().cloud.startDownloading(fileURL());
+    }
+    if (!takeRecord(record))
+        parseUserFileData({});
+    loadContent();
+    return true;
+}
+
+void TamberUser::load()
+{
+    loadFromURL(url());
+}
+
+void TamberUser::loadFromURL(const FileURL &userDirectory)
+{
+    if (!takeRecord(context().disk.read(userDirectory.appendingFile(UserRecordName.toString()))))
+        parseUserFileData({});
+    loadContent();
+}
+
+bool TamberUser::takeRecord(const ReadResult &record)
+{
+    const QString text = record.ok() ? textFromUtf8(record.bytes) : QString();
+    if (!text.isNull()) {
+        parseUserFileData(text);
+        return true;
+    }
+    const QString why = record.ok() ? QStringLiteral("not UTF-8") : record.message;
+    context().log.error(why);
+    context().problems.tell({StoreProblem::What::Open, url(), why, {}});
+    return false;
+}
+
+void TamberUser::parseUserFileData(const QString &text)
+{
+    const auto record = UserRecord::fromText(text);
+    _firstName = record.firstName;
+    _lastName = record.lastName;
+    _displayName = record.displayName;
+}
+
+void TamberUser::reloadDataWitCompletionHandler(const Completion &completion)
+{
+    const bool isSaved = _scheduledSave == RunLoop::CallId::None && _savesUnderWay == 0;
+    if (isSaved && !takeRecord(context().disk.read(fileURL())))
+        return;
+    if (completion)
+        completion();
+}
+
+QString TamberUser::userFileData() const
+{
+    return UserRecord{_firstName, _lastName, _displayName}.toText();
+}
+
+void TamberUser::setFirstName(const QString &name)
+{
+    setNamePart(_firstName, name);
+}
+
+void TamberUser::setLastName(const QString &name)
+{
+    setNamePart(_lastName, name);
+}
+
+void TamberUser::setDisplayName(const QString &name)
+{
+    setNamePart(_displayName, name);
+}
+
+void TamberUser::setNamePart(QString &part, const QString &name)
+{
+    if (part == name)
+        return;
+    part = name;
+    scheduleSave();
+}
+
+void TamberUser::scheduleSave()
+{
+    if (_scheduledSave != RunLoop::CallId::None)
+        return;
+    _scheduledSave = context().runLoop.performAfter(std::chrono::nanoseconds{0}, [user = self()] {
+        user->_scheduledSave = RunLoop::CallId::None;
+        user->saveUserData();
+    });
+}
+
+bool TamberUser::cancelScheduledSave()
+{
+    const auto call = std::exchange(_scheduledSave, RunLoop::CallId::None);
+    context().runLoop.cancel(call);
+    return call != RunLoop::CallId::None;
+}
+
+void TamberUser::saveScheduledChanges()
+{
+    if (cancelScheduledSave())
+        saveUserData();
+}
+
+void TamberUser::prepareToMove()
+{
+    saveScheduledChanges();
+    const bool isLost = !isUbiquitous() && _savesUnderWay == 0 && context().disk.isFolder(url()) &&
+                        isCertainlyAbsent(context().disk, fileURL());
+    if (isLost)
+        saveUserData();
+}
+
+void TamberUser::stopSaving()
+{
+    cancelScheduledSave();
+    _isSavingStopped = true;
+}
+
+void TamberUser::saveUserData()
+{
+    const FileURL record = fileURL();
+    if (record.isNil() || _isSavingStopped)
+        return;
+    ++_savesUnderWay;
+    context().coordinator.replace(record, utf8FromText(userFileData()), {}, StoreDisk::OtherVersion::Replace,
+                                  [user = self()](const WriteResult &result) { user->recordSaved(result); });
+}
+
+void TamberUser::recordSaved(const WriteResult &result)
+{
+    --_savesUnderWay;
+    if (result.ok())
+        return;
+    context().log.error(result.message);
+    tellProblem(context(), StoreProblem::What::Save, url(), result);
+}
+
+void TamberUser::storeInUsers(const std::shared_ptr<TamberUsers> &users, const Completion & /*completion*/)
+{
+    _users = users;
+    setParent(users);
+    _folderName = uniqueUserFolderName(context(), users->url());
+    const FileResult made = context().disk.makeFolders(url());
+    if (!made.ok()) {
+        context().log.error(made.message);
+        tellProblem(context(), StoreProblem::What::Create, url(), made);
+    }
+    saveUserData();
+}
+
+void TamberUser::deleteStorageWithCompletion(StorageCompletion completion)
+{
+    TamberFilesAndFoldersContainer::deleteStorageWithCompletion(
+        [user = self(), completion = std::move(completion)](bool) { user->removeRecord(completion); });
+}
+
+void TamberUser::removeRecord(const StorageCompletion &completion)
+{
+    stopSaving();
+    coordinatedRemoveItemAtURL(context(), fileURL(), [user = self(), completion](const FileResult &result) {
+        user->recordRemoved(result, completion);
+    });
+}
+
+void TamberUser::recordRemoved(const FileResult &result, const StorageCompletion &completion)
+{
+    const bool isGone = result.ok() || result.outcome == Outcome::Missing;
+    if (!isGone) {
+        _isSavingStopped = false;
+        tellProblem(context(), StoreProblem::What::Delete, url(), result);
+    }
+    if (!completion)
+        return;
+    if (isUbiquitous()) {
+        completion(result.ok());
+        return;
+    }
+    context().coordinator.remove(url(), [user = self(), completion, result](const FileResult &removed) {
+        tellProblem(user->context(), StoreProblem::What::Delete, user->url(), removed);
+        completion(result.ok());
+    });
+}
+
+QString userDisplayName(const TamberUser *user)
+{
+    if (!user)
+        return {};
+    const QString &first = user->firstName();
+    const QString &last = user->lastName();
+    if (!user->displayName().isEmpty())
+        return user->displayName();
+    if (!first.isEmpty() && !last.isEmpty())
+        return first + u' ' + last;
+    if (!first.isEmpty())
+        return first;
+    return last.isEmpty() ? user->displayName() : last;
+}
+
+} // namespace cvtamber

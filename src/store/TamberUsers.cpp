@@ -1,0 +1,240 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "store/TamberUsers.h"
+
+#include "base/NotificationCenter.h"
+#include "base/SystemLog.h"
+#include "store/CoordinatedFiles.h"
+#include "store/FileCoordinator.h"
+#include "store/StoreDisk.h"
+#include "store/TamberStorage.h"
+#include "store/TamberUbiquitousFolderMonitor.h"
+#include "store/TamberUser.h"
+#include "store/UserDirectories.h"
+
+#include <utility>
+
+namespace cvtamber {
+
+TamberUsers::TamberUsers(StoreContext &context, std::shared_ptr<TamberStorage> storage,
+                         const QString &folderName)
+    : _context(context)
+    , _storage(std::move(storage))
+    , _folderName(folderName)
+{}
+
+TamberUsers::~TamberUsers()
+{
+    _context.log.info(QStringLiteral("TamberUsers::dealloc"));
+}
+
+std::shared_ptr<TamberUsers> TamberUsers::withTamberStorage(StoreContext &context,
+                                                            const std::shared_ptr<TamberStorage> &storage,
+                                                            const QString &folderName)
+{
+    std::shared_ptr<TamberUsers> users(new TamberUsers(context, storage, folderName));
+    users->loadFromStorage();
+    return users;
+}
+
+bool TamberUsers::isUbiquitous() const
+{
+    return _storage && _storage->isUbiquitous();
+}
+
+FileURL TamberUsers::url() const
+{
+    return _storage ? _storage->storeURL().appendingDirectory(_folderName) : FileURL();
+}
+
+void TamberUsers::loadFromStorage()
+{
+    if (isUbiquitous()) {
+        watchCloud();
+        return;
+    }
+    loadLocalUsers();
+    _contentGathered = true;
+}
+
+void TamberUsers::loadLocalUsers()
+{
+    const StoreDisk::Listing listing = _context.disk.list(url());
+    if (!listing.ok()) {
+        _context.log.error(listing.message);
+        tellProblem(_context, StoreProblem::What::List, url(), listing);
+    }
+    if (!listing.leftovers.isEmpty())
+        _context.coordinator.sweep(url(), listing.leftovers);
+    for (const StoreDisk::Entry &entry : listing.entries) {
+        if (entry.kind == FileStatus::Kind::Folder)
+            openAndNotify(entry.name);
+        else if (entry.kind == FileStatus::Kind::Unknown)
+            loadUserFromFolderAndNotifyDelegate(entry.name);
+    }
+}
+
+void TamberUsers::watchCloud()
+{
+    _ubiquitousMonitor = std::make_shared<TamberUbiquitousFolderMonitor>(_context, url(), registryFilter());
+    _ubiquitousMonitor->setDelegate(weak_from_this());
+}
+
+void TamberUsers::setStorage(const std::shared_ptr<TamberStorage> &storage)
+{
+    if (storage == _storage)
+        return;
+    saveScheduledChanges();
+    while (!_users.users().empty()) {
+        const User user = _users.users().back();
+        if (const auto observer = delegate())
+            observer->userWillDelete(user);
+        _users.remove(user);
+    }
+    _ubiquitousMonitor.reset();
+    _orphanedItems = {};
+    _storage = storage;
+    loadFromStorage();
+}
+
+void TamberUsers::startQuery()
+{
+    if (_ubiquitousMonitor)
+        _ubiquitousMonitor->startMonitoring();
+}
+
+void TamberUsers::stopQuery()
+{
+    if (_ubiquitousMonitor)
+        _ubiquitousMonitor->stopMonitoring();
+}
+
+void TamberUsers::saveScheduledChanges()
+{
+    for (const User &user : users())
+        user->saveScheduledChanges();
+}
+
+void TamberUsers::addUser(const User &user)
+{
+    _users.append(user);
+}
+
+void TamberUsers::addUserWithFirstName(const QString &firstName, const QString &lastName,
+                                       const QString &displayName)
+{
+    const auto user = std::make_shared<TamberUser>(_context, firstName, lastName, displayName);
+    user->storeInUsers(shared_from_this(), {});
+    if (isUbiquitous())
+        return;
+    addUser(user);
+    postUserAddedNotification(user);
+}
+
+void TamberUsers::deleteUser(const User &user)
+{
+    _context.log.info(QStringLiteral("TamberUsers::deleteUser"));
+    if (const auto observer = delegate())
+        observer->userWillDelete(user);
+    user->deleteStorageWithCompletion([registry = shared_from_this(), user](bool) {
+        registry->_users.remove(user);
+        registry->_context.log.info(QStringLiteral("User storage deleted!"));
+    });
+}
+
+void TamberUsers::moveUser(const User &user, const std::shared_ptr<TamberUsers> &target)
+{
+    const FileURL to = target->url().appendingDirectory(user->folder());
+    if (isUbiquitous()) {
+        user->prepareToMove();
+        moveInCloud(user, to);
+        return;
+    }
+    if (const auto observer = delegate())
+        observer->userWillDelete(user);
+    user->prepareToMove();
+    moveLocally(user, to, target);
+}
+
+void TamberUsers::moveInCloud(const User &user, const FileURL &to)
+{
+    const FileURL from = user->url();
+    coordinatedMoveItemAtURL(_context, from, to, [&context = _context, from](const FileResult &result) {
+        tellProblem(context, StoreProblem::What::Move, from, result);
+    });
+}
+
+void TamberUsers::moveLocally(const User &user, const FileURL &to, const std::shared_ptr<TamberUsers> &target)
+{
+    const FileURL from = user->url();
+    if (!_context.coordinator.isBusy(from)) {
+        userMoved(_context.disk.move(from, to), user, to, target);
+        return;
+    }
+    // What is still being written, the record too, goes along.
+    _context.coordinator.move(from, to,
+                              [registry = shared_from_this(), user, to, target](const FileResult &result) {
+                                  registry->userMoved(result, user, to, target);
+                              });
+}
+
+void TamberUsers::userMoved(const FileResult &result, const User &user, const FileURL &to,
+                            const std::shared_ptr<TamberUsers> &target)
+{
+    if (!result.ok()) {
+        _context.log.error(result.message);
+        tellProblem(_context, StoreProblem::What::Move, user->url(), result);
+        return;
+    }
+    _users.remove(user);
+    target->openAndNotify(to.lastPathComponent());
+}
+
+void TamberUsers::loadUserFromURL(const FileURL &userDirectory)
+{
+    const QString &folderName = userDirectory.lastPathComponent();
+    if (!_context.disk.isFolder(url().appendingDirectory(folderName)))
+        return;
+    if (const User user = TamberUser::withFolder(_context, folderName, shared_from_this()))
+        addUser(user);
+}
+
+TamberUsers::User TamberUsers::loadUserFromFolderAndNotifyDelegate(const QString &folderName)
+{
+    return _context.disk.isFolder(url().appendingDirectory(folderName)) ? openAndNotify(folderName) : nullptr;
+}
+
+TamberUsers::User TamberUsers::openAndNotify(const QString &folderName)
+{
+    const User user = TamberUser::withFolder(_context, folderName, shared_from_this());
+    if (user) {
+        addUser(user);
+        postUserAddedNotification(user);
+    }
+    return user;
+}
+
+TamberUsers::User TamberUsers::findUserWithURL(const FileURL &url) const
+{
+    return url.isNil() ? nullptr : _users.findByURL(url);
+}
+
+TamberUbiquitousItems TamberUsers::orphanedItemsForUser(const TamberUser &user) const
+{
+    return _orphanedItems.withPathPrefix(user.url().path());
+}
+
+void TamberUsers::postUserAddedNotification(const User &user)
+{
+    _context.notifications.post({TamberUsersUserAddedNotification.toString(),
+                                 this,
+                                 {{QStringLiteral("user"), QVariant::fromValue(user)}}});
+}
+
+void TamberUsers::delayedDeleteFolder(const FileURL &url)
+{
+    coordinatedRemoveItemAtURL(_context, url, [&context = _context, url](const FileResult &result) {
+        tellProblem(context, StoreProblem::What::Delete, url, result);
+    });
+}
+
+} // namespace cvtamber

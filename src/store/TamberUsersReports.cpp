@@ -1,0 +1,171 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What a registry does with the reports of its monitor.
+#include "base/SystemLog.h"
+#include "store/CloudContainer.h"
+#include "store/CoordinatedFiles.h"
+#include "store/FileCoordinator.h"
+#include "store/StoreNames.h"
+#include "store/TamberUbiquitousFolderMonitor.h"
+#include "store/TamberUser.h"
+#include "store/TamberUsers.h"
+#include "store/UserDirectories.h"
+
+namespace cvtamber {
+
+namespace {
+
+void passReport(TamberUser &user, CloudReport report, const TamberUsers::Item &item)
+{
+    switch (report) {
+    case CloudReport::Added:
+        user.ubiquotusItemAdded(item);
+        break;
+    case CloudReport::Deleted:
+        user.ubiquotusItemDeleted(item);
+        break;
+    case CloudReport::Downloaded:
+        user.ubiquotusItemDownloaded(item);
+        break;
+    case CloudReport::DownloadedAgain:
+        user.ubiquotusItemDownloadedAgain(item);
+        break;
+    }
+}
+
+} // namespace
+
+void TamberUsers::ubiquitousMonitorItemAdded(TamberUbiquitousFolderMonitor & /*monitor*/, const Item &item)
+{
+    handleReport(CloudReport::Added, item);
+}
+
+void TamberUsers::ubiquitousMonitorItemDeleted(TamberUbiquitousFolderMonitor & /*monitor*/, const Item &item)
+{
+    _context.log.info(QStringLiteral("ubiquitousItemDeleted"));
+    handleReport(CloudReport::Deleted, item);
+}
+
+void TamberUsers::ubiquitousMonitorItemDownloaded(TamberUbiquitousFolderMonitor & /*monitor*/,
+                                                  const Item &item)
+{
+    handleReport(CloudReport::Downloaded, item);
+}
+
+void TamberUsers::ubiquitousMonitorItemDownloadedAgain(TamberUbiquitousFolderMonitor & /*monitor*/,
+                                                       const Item &item)
+{
+    handleReport(CloudReport::DownloadedAgain, item);
+}
+
+void TamberUsers::ubiquitousMonitorContentGathered(TamberUbiquitousFolderMonitor & /*monitor*/,
+                                                   const TamberUbiquitousItems & /*items*/)
+{
+    _context.log.debug(QStringLiteral("-(void)ubiquitousMonitor:(TamberUbiquitousFolderMonitor *)monitor "
+                                      "contentGathered:(NSArray *)items"));
+    _contentGathered = true;
+    if (const auto observer = delegate())
+        observer->contentGathered();
+}
+
+void TamberUsers::handleReport(CloudReport report, const Item &item)
+{
+    const FileURL &url = item->url();
+    const bool isRecord = url.lastPathComponent() == UserRecordName;
+    const FileURL directory =
+        isRecord ? url.deletingLastPathComponent() : userDirectoryOfItem(url, this->url().pathLength());
+    if (directory.isNil())
+        return;
+    const User user = findUserWithURL(directory);
+    const RegistryStep step = registryStep({report, isRecord, item->isDownloaded(), user != nullptr});
+    takeStep(step, {report, item, user, directory});
+}
+
+void TamberUsers::takeStep(RegistryStep step, const Report &report)
+{
+    switch (step) {
+    case RegistryStep::Ignore:
+        break;
+    case RegistryStep::PassToUser:
+        passReport(*report.user, report.kind, report.item);
+        break;
+    case RegistryStep::KeepAsOrphan:
+        _orphanedItems.add(report.item);
+        break;
+    case RegistryStep::ForgetOrphan:
+        _context.log.debug(QStringLiteral("ERROR!!!"));
+        forgetOrphan(report.item);
+        break;
+    case RegistryStep::LoadUser:
+        loadReportedUser(report.directory.lastPathComponent());
+        break;
+    case RegistryStep::DownloadRecord:
+        downloadRecord(report.item->url());
+        break;
+    case RegistryStep::RemoveUser:
+        removeReportedUser(report.user);
+        break;
+    case RegistryStep::TellDataChanged:
+        if (const auto observer = delegate())
+            observer->dataChangedForUser(report.user);
+        break;
+    }
+}
+
+void TamberUsers::loadReportedUser(const QString &folderName)
+{
+    const User user = loadUserFromFolderAndNotifyDelegate(folderName);
+    if (!user)
+        return;
+    for (const Item &item : _orphanedItems.takeWithPathPrefix(user->url().path()))
+        user->ubiquotusItemAdded(item);
+}
+
+void TamberUsers::removeReportedUser(const User &user)
+{
+    const FileURL directory = user->url();
+    if (const auto observer = delegate())
+        observer->userWillDelete(user);
+    _users.remove(user);
+    user->stopSaving();
+    _context.log.info(loggedURL(directory));
+    if (holdsDocuments(_context.disk, directory)) {
+        keepItemsBelow(directory);
+        return;
+    }
+    _context.coordinator.remove(directory, [&context = _context](const FileResult &result) {
+        if (!result.ok())
+            context.log.error(result.message);
+    });
+}
+
+// The monitor does not report them a second time, and the record may come back.
+void TamberUsers::keepItemsBelow(const FileURL &directory)
+{
+    if (!_ubiquitousMonitor)
+        return;
+    const QString prefix = directory.path() + u'/';
+    const FileURL record = directory.appendingFile(UserRecordName.toString());
+    for (const Item &item : _ubiquitousMonitor->items()) {
+        if (item->url() != record && item->url().path().startsWith(prefix))
+            _orphanedItems.add(item);
+    }
+}
+
+void TamberUsers::forgetOrphan(const Item &item)
+{
+    TamberUbiquitousItems others = _orphanedItems.takeWithPathPrefix(item->url().path());
+    std::erase_if(others, [&item](const Item &other) { return other->url() == item->url(); });
+    for (auto it = others.rbegin(); it != others.rend(); ++it)
+        _orphanedItems.add(*it);
+}
+
+void TamberUsers::downloadRecord(const FileURL &record)
+{
+    const FileResult asked = _context.cloud.startDownloading(record);
+    if (asked.ok())
+        return;
+    _context.log.error(asked.message);
+    tellProblem(_context, StoreProblem::What::Download, record.deletingLastPathComponent(), asked);
+}
+
+} // namespace cvtamber
