@@ -233,7 +233,8 @@ public:
             result.kind = kindOf(status);
             result.stamp = stampOf(status);
         } else if (result.error == std::errc::no_such_file_or_directory ||
-                   result.error == std::errc::not_a_directory) {
+                   result.error == std::errc::not_a_directory ||
+                   result.error == std::errc::filename_too_long) {
             result.error.clear();
         } else {
             result.kind = Kind::Unknown;

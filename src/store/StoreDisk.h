@@ -72,8 +72,8 @@ public:
     FileResult remove(const FileURL &url) const;
     // True when the folder holds nothing but our leftovers; false also when it cannot be read.
     bool isEmptyFolder(const FileURL &directory) const;
-    // Every file below the directory whose name satisfies the predicate; folders that are links are not
-    // entered. A subfolder that cannot be read makes the result not Ok.
+    // Every file below the directory but our leftovers; links are neither entered nor told. A subfolder that
+    // cannot be read makes the result not Ok.
     struct Walk : FileResult
     {
         std::vector<FileURL> files;

@@ -1,0 +1,331 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "store/StoreDisk.h"
+
+#include "store/CloudNames.h"
+#include "store/CrossDeviceMove.h"
+#include "store/DiskResults.h"
+#include "store/DiskTree.h"
+#include "store/FileReplacement.h"
+#include "store/StoreNames.h"
+
+#include "base/ErrorText.h"
+#include "base/HiddenFile.h"
+
+#include <QDateTime>
+
+#include <algorithm>
+#include <string_view>
+
+namespace cvtamber {
+
+namespace {
+
+constexpr std::u16string_view signsOf(QStringView text)
+{
+    return {text.utf16(), static_cast<size_t>(text.size())};
+}
+static_assert(signsOf(LeftoverPrefix) == signsOf(HiddenNamePrefix));
+
+using Kind = FileStatus::Kind;
+using Outcome = FileResult::Outcome;
+
+constexpr qint64 NanosecondsPerMillisecond = 1000000;
+constexpr qint64 LeftoverAge = qint64{60} * 60 * 1000 * NanosecondsPerMillisecond;
+
+FileResult alreadyExists()
+{
+    return resultOf(std::make_error_code(std::errc::file_exists));
+}
+
+FileResult missing()
+{
+    return resultOfFinding(std::make_error_code(std::errc::no_such_file_or_directory));
+}
+
+FileResult notDownloaded()
+{
+    return {Outcome::NotDownloaded, QStringLiteral("it has not been downloaded yet")};
+}
+
+FileURL parentOf(const FileURL &url)
+{
+    return url.deletingLastPathComponent();
+}
+
+// Not Ok for what nothing may be changed at: a folder that is a link leads out of the store.
+FileResult refusal(FileOperations &operations, const FileURL &url)
+{
+    if (url.isNil())
+        return failedBecause(QStringLiteral("this is not the name of a file"));
+    if (operations.status(parentOf(url).path()).kind == Kind::Link)
+        return failedBecause(QStringLiteral("its folder is a symbolic link"));
+    return {};
+}
+
+// The first placeholder that is there, and its place among the names that it could have; -1 for none.
+struct Placeholder
+{
+    Placeholder(FileOperations &operations, const FileURL &item)
+    {
+        const QStringList names = placeholderNames(item.lastPathComponent());
+        for (qsizetype i = 0; i < names.size() && form < 0; ++i) {
+            url = parentOf(item).appendingFile(names[i]);
+            if (operations.status(url.path()).kind != Kind::Missing)
+                form = i;
+        }
+    }
+    bool isThere() const { return form >= 0; }
+
+    FileURL url;
+    qsizetype form = -1;
+};
+
+bool isSureToExist(FileOperations &operations, const FileURL &url)
+{
+    const Kind kind = operations.status(url.path()).kind;
+    return (kind != Kind::Missing && kind != Kind::Unknown) || Placeholder(operations, url).isThere();
+}
+
+// Something else than the source has the name, or a placeholder's of it. The source itself is found there
+// where only the letter case of its name is to change.
+bool isInTheWay(FileOperations &operations, const FileURL &url, const FileStamp &source)
+{
+    QStringList names = placeholderNames(url.lastPathComponent());
+    names.append(url.lastPathComponent());
+    return std::any_of(names.cbegin(), names.cend(), [&](const QString &name) {
+        const FileStatus there = operations.status(parentOf(url).appendingFile(name).path());
+        const bool isSource = there.stamp.inode != 0 && there.stamp.device == source.device &&
+                              there.stamp.inode == source.inode;
+        return there.kind != Kind::Missing && there.kind != Kind::Unknown && !isSource;
+    });
+}
+
+FileResult removeFolder(FileOperations &operations, const FileURL &url)
+{
+    const std::error_code notEmpty = std::make_error_code(std::errc::directory_not_empty);
+    QList<FolderEntry> entries;
+    if (const std::error_code error = operations.list(url.path(), entries))
+        return resultOfFinding(error);
+    if (!std::all_of(entries.cbegin(), entries.cend(),
+                     [](const auto &entry) { return isLeftover(entry.name); }))
+        return resultOf(notEmpty);
+    for (const FolderEntry &entry : entries)
+        DiskTree(operations, url.path() % u'/' % entry.name).remove();
+    const std::error_code error = operations.removeFolder(url.path());
+    // Some systems say so where something has come in between.
+    return resultOfFinding(error == std::errc::file_exists ? notEmpty : error);
+}
+
+} // namespace
+
+StoreDisk::Listing StoreDisk::list(const FileURL &directory) const
+{
+    Listing listing;
+    QList<FolderEntry> found;
+    const std::error_code error = _operations.list(directory.path(), found);
+    static_cast<FileResult &>(listing) = resultOfFinding(error);
+    listing.entries.reserve(static_cast<size_t>(found.size()));
+    for (FolderEntry &entry : found) {
+        if (isLeftover(entry.name))
+            listing.leftovers.append(entry.name);
+        else if (entry.kind != Kind::Link && entry.kind != Kind::Other)
+            listing.entries.push_back({std::move(entry.name), entry.kind});
+    }
+    return listing;
+}
+
+bool StoreDisk::isFolder(const FileURL &url) const
+{
+    return !url.isNil() && status(url).kind == Kind::Folder;
+}
+
+bool StoreDisk::exists(const FileURL &url) const
+{
+    return !url.isNil() && (status(url).kind != Kind::Missing || Placeholder(_operations, url).isThere());
+}
+
+ReadResult StoreDisk::read(const FileURL &url) const
+{
+    ReadResult result;
+    const std::error_code error = _operations.read(url.path(), result.bytes, result.stamp);
+    if (error) {
+        result.bytes.clear();
+        result.stamp = {};
+    }
+    static_cast<FileResult &>(result) = resultOfFinding(error);
+    if (result.outcome == Outcome::Missing && Placeholder(_operations, url).isThere())
+        static_cast<FileResult &>(result) = notDownloaded();
+    return result;
+}
+
+WriteResult StoreDisk::create(const FileURL &url, const QByteArray &bytes) const
+{
+    WriteResult result;
+    FileResult &outcome = result;
+    outcome = refusal(_operations, url);
+    if (outcome.ok() && isSureToExist(_operations, url))
+        outcome = alreadyExists();
+    if (!outcome.ok())
+        return result;
+    const QString folder = parentOf(url).path();
+    HiddenFile file(_operations, folder);
+    std::error_code error = file.make(bytes);
+    if (!error)
+        error = file.moveToNewName(url.path());
+    outcome = resultOf(error);
+    if (error)
+        return result;
+    result.stamp = file.stamp();
+    error = _operations.syncFolder(folder);
+    if (error)
+        outcome = notSynced(error);
+    return result;
+}
+
+WriteResult StoreDisk::replace(const FileURL &url, const QByteArray &bytes, const FileStamp &known,
+                               OtherVersion otherVersion) const
+{
+    WriteResult result;
+    FileResult &outcome = result;
+    outcome = refusal(_operations, url);
+    if (!outcome.ok())
+        return result;
+    const FileStatus there = status(url);
+    if (there.kind == Kind::Unknown)
+        outcome = resultOf(there.error);
+    else if (there.kind == Kind::Missing && Placeholder(_operations, url).isThere())
+        outcome = notDownloaded();
+    else if (there.kind != Kind::Missing && there.kind != Kind::File)
+        outcome = failedBecause(QStringLiteral("what has this name is not an ordinary file"));
+    else
+        result = FileReplacement(_operations, url, bytes, known, otherVersion).run();
+    return result;
+}
+
+FileResult StoreDisk::makeFolder(const FileURL &directory) const
+{
+    const FileResult refused = refusal(_operations, directory);
+    if (!refused.ok())
+        return refused;
+    if (const std::error_code error = _operations.makeFolder(directory.path()))
+        return resultOf(error);
+    const std::error_code error = _operations.syncFolder(parentOf(directory).path());
+    return error ? notSynced(error) : FileResult();
+}
+
+FileResult StoreDisk::makeFolders(const FileURL &directory) const
+{
+    std::vector<FileURL> toMake;
+    FileURL next = directory;
+    while (!next.isNil() && status(next).kind == Kind::Missing && next != parentOf(next)) {
+        toMake.push_back(next);
+        next = parentOf(next);
+    }
+    for (auto folder = toMake.rbegin(); folder != toMake.rend(); ++folder) {
+        const FileResult made = makeFolder(*folder);
+        if (!made.ok() && made.outcome != Outcome::AlreadyExists)
+            return made;
+    }
+    if (isFolder(directory))
+        return {};
+    const FileStatus there = status(directory);
+    return there.error ? resultOf(there.error) : failedBecause(QStringLiteral("it is not a folder"));
+}
+
+FileResult StoreDisk::move(const FileURL &from, const FileURL &to) const
+{
+    for (const FileURL &url : {from, to}) {
+        const FileResult refused = refusal(_operations, url);
+        if (!refused.ok())
+            return refused;
+    }
+    FileURL source = from;
+    FileURL target = to;
+    if (status(from).kind == Kind::Missing) {
+        const Placeholder placeholder(_operations, from);
+        if (!placeholder.isThere())
+            return missing();
+        source = placeholder.url;
+        target = parentOf(to).appendingFile(placeholderNames(to.lastPathComponent())[placeholder.form]);
+    }
+    if (isInTheWay(_operations, to, status(source).stamp))
+        return alreadyExists();
+    const std::error_code error = _operations.renameToNewName(source.path(), target.path());
+    if (error == std::errc::cross_device_link)
+        return CrossDeviceMove(_operations, source, target).run();
+    if (error)
+        return status(source).kind == Kind::Missing ? resultOfFinding(error) : resultOf(error);
+    for (const FileURL &folder : {parentOf(to), parentOf(from)}) {
+        if (const std::error_code notOnDisk = _operations.syncFolder(folder.path()))
+            return notSynced(notOnDisk);
+        if (parentOf(from) == parentOf(to))
+            break;
+    }
+    return {};
+}
+
+FileResult StoreDisk::remove(const FileURL &url) const
+{
+    const FileResult refused = refusal(_operations, url);
+    if (!refused.ok())
+        return refused;
+    const FileStatus there = status(url);
+    if (there.kind == Kind::Folder)
+        return removeFolder(_operations, url);
+    if (there.kind == Kind::Unknown)
+        return resultOf(there.error);
+    if (there.kind != Kind::Missing)
+        return resultOfFinding(_operations.removeFile(url.path()));
+    const Placeholder placeholder(_operations, url);
+    return placeholder.isThere() ? resultOfFinding(_operations.removeFile(placeholder.url.path()))
+                                 : missing();
+}
+
+bool StoreDisk::isEmptyFolder(const FileURL &directory) const
+{
+    QList<FolderEntry> entries;
+    return !_operations.list(directory.path(), entries) &&
+           std::all_of(entries.cbegin(), entries.cend(),
+                       [](const auto &entry) { return isLeftover(entry.name); });
+}
+
+StoreDisk::Walk StoreDisk::walk(const FileURL &directory) const
+{
+    Walk result;
+    std::vector<FileURL> folders = {directory};
+    while (!folders.empty()) {
+        const FileURL folder = folders.back();
+        folders.pop_back();
+        Listing listing = list(folder);
+        // One that has gone since it was listed is no fault.
+        const bool isGone = listing.outcome == Outcome::Missing && folder != directory;
+        for (const Entry &entry : listing.entries) {
+            if (entry.kind == Kind::Folder)
+                folders.push_back(folder.appendingDirectory(entry.name));
+            else if (entry.kind == Kind::File)
+                result.files.push_back(folder.appendingFile(entry.name));
+            else
+                static_cast<FileResult &>(listing) = resultOf(std::make_error_code(std::errc::io_error));
+        }
+        if (result.ok() && !isGone)
+            static_cast<FileResult &>(result) = listing;
+    }
+    return result;
+}
+
+void StoreDisk::sweep(const FileURL &directory, const QStringList &leftovers) const
+{
+    if (status(directory).kind != Kind::Folder)
+        return;
+    const qint64 now = QDateTime::currentMSecsSinceEpoch() * NanosecondsPerMillisecond;
+    for (const QString &name : leftovers) {
+        const FileURL url = directory.appendingFile(name);
+        if (url.isNil() || !isLeftover(name))
+            continue;
+        const DiskTree tree(_operations, url.path());
+        if (!tree.error() && now - tree.latestChange() > LeftoverAge)
+            tree.remove();
+    }
+}
+
+} // namespace cvtamber
