@@ -39,8 +39,8 @@ public:
     struct Fault
     {
         std::error_code error;
-        std::optional<Call> call;
-        QString path;
+        std::optional<Call> call = {};
+        QString path = {};
         int first = 1;
         int last = std::numeric_limits<int>::max();
     };
