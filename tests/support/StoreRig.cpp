@@ -49,7 +49,10 @@ StoreRig::~StoreRig() = default;
 
 void StoreRig::settle()
 {
-    loop.advance({});
+    do {
+        tasks.runAll();
+        loop.advance({});
+    } while (tasks.waiting() > 0);
 }
 
 QString StoreRig::path(const QString &relative) const

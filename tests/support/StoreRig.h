@@ -9,6 +9,7 @@
 #include "store/StoreProblems.h"
 #include "support/FolderTrash.h"
 #include "support/ManualRunLoop.h"
+#include "support/ManualTaskRunner.h"
 #include "support/RecordingLog.h"
 #include "support/ScriptedCloud.h"
 
@@ -49,6 +50,8 @@ public:
     const FileURL &root() const { return _root; }
     const FileURL &localRoot() const { return _localRoot; }
     const FileURL &cloudRoot() const { return _cloudRoot; }
+    // Where all of it lies, both roots and the trash.
+    QString folder() const { return _folder.path(); }
     QString path(const QString &relative = {}) const;
     FileURL file(const QString &relative) const { return FileURL::file(path(relative)); }
     FileURL directory(const QString &relative) const { return FileURL::directory(path(relative)); }
@@ -71,6 +74,7 @@ private:
 public:
     // In the order in which they need each other.
     ManualRunLoop loop;
+    ManualTaskRunner tasks{loop};
     RecordingLog log;
     NotificationCenter notifications;
     std::shared_ptr<RecordingProblems> told = std::make_shared<RecordingProblems>();
