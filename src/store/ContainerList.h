@@ -59,17 +59,17 @@ public:
         _items.erase(_items.begin() + index);
     }
 
-    // By identity.
+    // By identity; null is in no list.
     StoreIndex indexOf(const Item *item) const
     {
-        auto from = _items.begin();
-        if (_isSorted && item)
-            from = std::lower_bound(
-                _items.begin(), _items.end(), item,
-                [](const Pointer &one, const Item *other) { return compareNames(*one, *other) < 0; });
-        const auto found =
-            std::find_if(from, _items.end(), [item](const Pointer &one) { return one.get() == item; });
-        return found == _items.end() ? NotFound : found - _items.begin();
+        const auto isIt = [item](const Pointer &one) { return one.get() == item; };
+        const auto from = item && _isSorted ? firstNotBefore(*item) : _items.begin();
+        auto found = std::find_if(from, _items.end(), isIt);
+        if (found != _items.end())
+            return found - _items.begin();
+        // One whose name has changed without a word stands elsewhere.
+        found = std::find_if(_items.begin(), from, isIt);
+        return found == from ? NotFound : found - _items.begin();
     }
 
     // The first item of that URL.
@@ -93,6 +93,13 @@ private:
         return compareNames(*one, *other) < 0;
     }
 
+    auto firstNotBefore(const Item &item) const
+    {
+        return std::lower_bound(
+            _items.begin(), _items.end(), item,
+            [](const Pointer &one, const Item &other) { return compareNames(*one, other) < 0; });
+    }
+
     void indexAll() const
     {
         if (_isIndexed)
@@ -113,8 +120,13 @@ private:
         const auto [from, to] = _byURL.equal_range(item->url());
         const auto found =
             std::find_if(from, to, [&](const auto &entry) { return entry.second == item.get(); });
-        if (found != to)
+        if (found != to) {
             _byURL.erase(found);
+            return;
+        }
+        // Its URL has changed since: the index is built again at the next look.
+        _byURL.clear();
+        _isIndexed = false;
     }
 
     std::vector<Pointer> _items;
