@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "store/ContainerListing.h"
+#include "store/CoordinatedFiles.h"
+#include "store/DocumentSettling.h"
+
+namespace cvtamber {
+
+// What a container does on the disk; it knows nothing of lists. Cheap to make. Main thread.
+//
+// Completions run once: from the loop, or inside the call where a function says so.
+class ContainerDisk
+{
+public:
+    explicit ContainerDisk(StoreContext &context)
+        : _context(context)
+    {}
+
+    // What could be read. A directory that could not is told to StoreProblems; leftovers of ours are given
+    // to the sweep.
+    ContainerListing read(const FileURL &directory) const;
+
+    // What the document has not saved yet is dropped with it. One that could not be created because its name was
+    // in use has no file: what stands there is another's and stays.
+    void removeDocument(const std::shared_ptr<Document> &document, FileCompletion completion) const;
+
+    // A file, or a folder with the documents in it: in the background, once they have saved and closed. When one
+    // cannot be saved nothing is moved.
+    void move(const FileURL &from, const FileURL &to, const DocumentGroup &documents,
+              FileCompletion completion) const;
+    // The same without the log lines of a coordinated move.
+    void moveQuietly(const FileURL &from, const FileURL &to, const DocumentGroup &documents,
+                     FileCompletion completion) const;
+    // Inside the call, unless something else is at work on either place or a document is not saved yet: then as
+    // moveQuietly.
+    void moveAtOnce(const FileURL &from, const FileURL &to, const DocumentGroup &documents,
+                    FileCompletion completion) const;
+
+    // Removes every document in the directory, also those that only a placeholder stands for, at once
+    // and without a word about failures.
+    void removeStrayDocuments(const FileURL &directory) const;
+    // The same for every "folder.dat" below the directory.
+    void removeStrayFolderRecords(const FileURL &directory) const;
+
+    // A name for a new directory that nothing has; each try is a fresh UUID.
+    static QString unusedName(const StoreContext &context, const FileURL &directory);
+    // Makes a directory under a fresh UUID and those above it that are missing; its URL, nil when it cannot be
+    // made.
+    FileURL makeUniqueFolder(const FileURL &parent) const;
+
+private:
+    StoreContext &_context;
+};
+
+} // namespace cvtamber
