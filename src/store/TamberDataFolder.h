@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "store/DocumentSettling.h"
 #include "store/TamberDataFolderDocument.h"
 #include "store/TamberFilesContainer.h"
 
@@ -26,7 +27,7 @@ public:
     static std::shared_ptr<TamberDataFolder>
     withFolder(StoreContext &context, const QString &folderName,
                const std::shared_ptr<TamberFilesAndFoldersContainer> &user, Completion completion);
-    // Opens an existing one at once; null when its record cannot be read.
+    // Opens an existing one at once, without a user; null when its record cannot be read.
     static std::shared_ptr<TamberDataFolder> withURL(StoreContext &context, const FileURL &url);
     // The same; then opens and closes the record and calls the completion.
     static std::shared_ptr<TamberDataFolder> withURL(StoreContext &context, const FileURL &url,
@@ -47,9 +48,17 @@ public:
     void reloadWithCompletion(StorageCompletion completion);
     void deleteStorageWithCompletion(StorageCompletion completion) override;
 
+    // The record and the documents.
+    DocumentGroup documents() const;
+
 private:
-    // Nil when no directory can be made at all.
+    // Makes the directory; nil when that cannot be done at all.
     FileURL makeUniqueURL();
+    void place(const FileURL &parentURL, const QString &storageName);
+    void openRecord(Completion completion);
+    void removeRecord(const StorageCompletion &completion);
+    void nameHasChanged() const;
+    std::shared_ptr<TamberDataFolder> self();
 
     FileURL _parentURL;
     std::shared_ptr<TamberDataFolderDocument> _folderDocument;

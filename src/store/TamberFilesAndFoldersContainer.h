@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "store/CloudRouting.h"
 #include "store/OrphanedItems.h"
 #include "store/TamberDataFolder.h"
 #include "store/TamberFilesContainer.h"
+
+#include <optional>
+#include <unordered_map>
 
 namespace cvtamber {
 
@@ -37,6 +41,7 @@ public:
     void loadContent();
     void scanFolders();
 
+    // Null when the folder cannot be made.
     FolderPointer addFolderWithName(const QString &name);
     void deleteFolderAtIndex(StoreIndex index);
     void deleteFolder(const FolderPointer &folder);
@@ -64,16 +69,44 @@ public:
     void ubiquitousMonitorItemDownloadedAgain(TamberUbiquitousFolderMonitor &monitor,
                                               const Item &item) override;
 
+    // A folder has another name now; it keeps its place until the next insertion.
+    void folderNameChanged() { _folders.nameChanged(); }
+
 protected:
     void initWithFolder(const QString &folderName, const std::shared_ptr<TamberDiskLocation> &parent);
 
 private:
     using TamberFilesContainer::setDelegate;
+    using FolderHandler = std::function<void(const FolderPointer &)>;
+    using FoldersList = ToldList<TamberDataFolder, TamberFoldersContainerDelegate,
+                                 &TamberFoldersContainerDelegate::folderAddedAtIndex,
+                                 &TamberFoldersContainerDelegate::folderDeletedAtIndex>;
+
+    std::shared_ptr<TamberFilesAndFoldersContainer> self();
+    // The handler runs once the record has been read.
+    FolderPointer openFolder(const QString &folderName, FolderHandler opened);
+    void listReportedFolder(const FolderPointer &folder);
+    void unlistFolder(const FileURL &folderURL);
+    void reloadFolder(const FolderPointer &folder);
+    void startDownloading(const FileURL &url);
+    void deleteFolders(const StorageCompletion &completion);
+    void finishMovingFolder(const FolderPointer &folder, const FileURL &newURL,
+                            const std::shared_ptr<TamberFilesAndFoldersContainer> &target);
+
+    ReportedItem reportedItem(const TamberUbiquitousItem &item, const FileURL &folderURL,
+                              const FolderPointer &folder) const;
+    void handleReport(CloudReport report, const Item &item);
+    // Of a monitor of its own. False: it is another's, which the log hears.
+    bool handleMonitorReport(const TamberUbiquitousFolderMonitor &monitor, CloudReport report,
+                             const Item &item);
 
     std::shared_ptr<TamberUbiquitousFolderMonitor> _foldersMonitor;
-    ContainerList<TamberDataFolder> _folders;
+    FoldersList _folders;
+    // What was found when the container was opened, until its folders are scanned.
+    std::optional<ContainerListing> _listingAtOpening;
     OrphanedItems _orphanedItems;
-    std::weak_ptr<TamberFilesAndFoldersContainerDelegate> _delegate;
+    // Reported and not listed yet, by URL; one that is reported as deleted meanwhile is dropped from here.
+    std::unordered_multimap<FileURL, const TamberDataFolder *> _foldersBeingOpened;
 };
 
 } // namespace cvtamber

@@ -2,10 +2,11 @@
 #pragma once
 
 #include "store/ContainerDelegates.h"
-#include "store/ContainerList.h"
+#include "store/ContainerListing.h"
 #include "store/StoreContext.h"
 #include "store/TamberDocument.h"
 #include "store/TamberUbiquitousFolderMonitorDelegate.h"
+#include "store/ToldList.h"
 
 #include <functional>
 #include <memory>
@@ -48,10 +49,12 @@ public:
 
     // Reads the directory of that name in the parent and appends what it holds.
     void scanForFiles(const QString &folderName);
-    // The title is repaired where a file could not carry it; one that is in use makes the save fail, and a local list has
-    // both: callers ask fileExists first. `saved` hears how the save ended, once.
+    // The title is repaired where a file could not carry it; one that is in use makes the save fail, and a
+    // local list has both: callers ask fileExists first. `saved` hears how the save ended, once. In a container
+    // whose parent has gone nothing can be saved or listed.
     FilePointer addFileWithName(const QString &name, const QString &content,
                                 std::function<void(const FileResult &)> saved = {});
+    // The list changes also when the removal failed. An index outside the list is ignored, here and in a rename.
     void deleteFileAtIndex(StoreIndex index);
     // Nothing for a document that is not in the list.
     void deleteFile(const FilePointer &file);
@@ -65,7 +68,8 @@ public:
     // Without regard to letter case and Unicode normal form; the title as it would be repaired.
     bool fileExists(const QString &title) const;
     void sortFiles();
-    // With documents: NO for each that could not be removed, YES when all are gone. Without any: YES.
+    // With documents: NO for each that could not be removed or was missing, YES when all are gone. Without any:
+    // YES.
     virtual void deleteStorageWithCompletion(StorageCompletion completion);
     virtual void startQuery() {}
     virtual void stopQuery() {}
@@ -85,24 +89,38 @@ public:
                                           const TamberUbiquitousItems &items) override;
 
 protected:
-    // Opens the directory of that name in the parent.
-    void initWithFolder(const QString &folderName, const std::shared_ptr<TamberDiskLocation> &parent);
+    // Opens the directory of that name in the parent; what is in it, when it is local.
+    ContainerListing initWithFolder(const QString &folderName,
+                                    const std::shared_ptr<TamberDiskLocation> &parent);
+    // Appends what the directory holds.
+    ContainerListing readDocuments(const FileURL &directory);
     // The parent of a container that is being made; its place does not say whether it is in the cloud.
     void setParent(const std::shared_ptr<TamberDiskLocation> &parent) { _parent = parent; }
     void setUbiquitous(bool isUbiquitous) { _isUbiquitous = isUbiquitous; }
     // Only the lengths of the two paths are compared.
     bool isDirectChild(const TamberUbiquitousItem &item) const;
     StoreContext &context() const { return _context; }
-    std::shared_ptr<TamberFilesContainerDelegate> filesDelegate() const { return _delegate.lock(); }
+    std::shared_ptr<TamberFilesContainerDelegate> filesDelegate() const { return _files.delegate(); }
+    // Never started: what the cloud has to say comes from the registry's monitor.
+    std::shared_ptr<TamberUbiquitousFolderMonitor> makeIdleMonitor(const FileURL &directory,
+                                                                   const QString &filter);
 
 private:
+    struct StorageDeletion;
+    using FilesList = ToldList<TamberDocument, TamberFilesContainerDelegate,
+                               &TamberFilesContainerDelegate::fileAddedAtIndex,
+                               &TamberFilesContainerDelegate::fileDeletedAtIndex>;
+
+    void listAddedFile(const FilePointer &file);
+    void finishRenaming(const FilePointer &file, const FileURL &newURL, const FileResult &result);
+    void storedFileRemoved(StorageDeletion &deletion, bool success);
+
     StoreContext &_context;
     std::shared_ptr<TamberUbiquitousFolderMonitor> _filesMonitor;
     bool _isUbiquitous = false;
     std::weak_ptr<TamberDiskLocation> _parent;
     QString _folderName;
-    ContainerList<TamberDocument> _files;
-    std::weak_ptr<TamberFilesContainerDelegate> _delegate;
+    FilesList _files;
 };
 
 } // namespace cvtamber

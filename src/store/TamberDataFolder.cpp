@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "store/TamberDataFolder.h"
+
+#include "base/SystemLog.h"
+#include "store/CloudContainer.h"
+#include "store/ContainerDisk.h"
+#include "store/Records.h"
+#include "store/StoreNames.h"
+#include "store/TamberFilesAndFoldersContainer.h"
+
+namespace cvtamber {
+
+TamberDataFolder::TamberDataFolder(StoreContext &context)
+    : TamberFilesContainer(context)
+{}
+
+TamberDataFolder::~TamberDataFolder()
+{
+    context().log.info(QStringLiteral("TamberDataFolder::dealloc"));
+}
+
+std::shared_ptr<TamberDataFolder> TamberDataFolder::self()
+{
+    return std::static_pointer_cast<TamberDataFolder>(shared_from_this());
+}
+
+void TamberDataFolder::place(const FileURL &parentURL, const QString &storageName)
+{
+    _parentURL = parentURL;
+    _storageName = storageName;
+    _folderDocument = std::make_shared<TamberDataFolderDocument>(
+        context(), url().appendingFile(FolderRecordName.toString()));
+}
+
+FileURL TamberDataFolder::url() const
+{
+    return _parentURL.appendingDirectory(_storageName);
+}
+
+FileURL TamberDataFolder::makeUniqueURL()
+{
+    const FileURL folder = ContainerDisk(context()).makeUniqueFolder(_parentURL);
+    _storageName = folder.lastPathComponent();
+    return folder;
+}
+
+std::shared_ptr<TamberDataFolder> TamberDataFolder::withName(StoreContext &context, const QString &name,
+                                                             const FileURL &parentURL)
+{
+    auto folder = std::make_shared<TamberDataFolder>(context);
+    folder->_parentURL = parentURL;
+    const FileURL url = folder->makeUniqueURL();
+    if (url.isNil())
+        return nullptr;
+    folder->place(parentURL, folder->_storageName);
+    const auto document = folder->_folderDocument;
+    document->setInitialName(name);
+    document->saveToURL(document->fileURL(), Document::SaveOperation::ForCreating,
+                        [saving = document.get()](bool) { saving->closeWithCompletionHandler({}); });
+    return folder;
+}
+
+std::shared_ptr<TamberDataFolder>
+TamberDataFolder::withFolder(StoreContext &context, const QString &folderName,
+                             const std::shared_ptr<TamberFilesAndFoldersContainer> &user,
+                             Completion completion)
+{
+    auto folder = std::make_shared<TamberDataFolder>(context);
+    folder->initWithFolder(folderName, user);
+    folder->_user = user;
+    folder->place(user->url(), folderName);
+    folder->openRecord(std::move(completion));
+    return folder;
+}
+
+std::shared_ptr<TamberDataFolder> TamberDataFolder::withURL(StoreContext &context, const FileURL &url)
+{
+    auto folder = std::make_shared<TamberDataFolder>(context);
+    folder->place(url.deletingLastPathComponent(), url.lastPathComponent());
+    const ReadResult record = context.disk.read(folder->_folderDocument->fileURL());
+    if (!record.ok()) {
+        context.log.error(record.message);
+        return nullptr;
+    }
+    folder->_folderDocument->setInitialName(folderNameFromBytes(record.bytes));
+    folder->setUbiquitous(context.cloud.isUbiquitousItem(folder->_parentURL));
+    if (!folder->isUbiquitous())
+        folder->readDocuments(folder->url());
+    return folder;
+}
+
+std::shared_ptr<TamberDataFolder> TamberDataFolder::withURL(StoreContext &context, const FileURL &url,
+                                                            Completion completion)
+{
+    auto folder = withURL(context, url);
+    if (folder)
+        folder->openRecord(std::move(completion));
+    return folder;
+}
+
+void TamberDataFolder::openRecord(Completion completion)
+{
+    _folderDocument->openWithCompletionHandler([folder = self(), completion = std::move(completion)](bool) {
+        folder->_folderDocument->closeWithCompletionHandler([folder, completion](bool) {
+            if (completion)
+                completion();
+        });
+    });
+}
+
+void TamberDataFolder::setName(const QString &name)
+{
+    _folderDocument->setName(name);
+    nameHasChanged();
+}
+
+void TamberDataFolder::nameHasChanged() const
+{
+    if (const auto container = user())
+        container->folderNameChanged();
+}
+
+DocumentGroup TamberDataFolder::documents() const
+{
+    DocumentGroup all(files().begin(), files().end());
+    all.push_back(_folderDocument);
+    return all;
+}
+
+void TamberDataFolder::reloadWithCompletion(StorageCompletion completion)
+{
+    _folderDocument->openWithCompletionHandler(
+        [folder = self(), completion = std::move(completion)](bool success) {
+            folder->nameHasChanged();
+            if (success)
+                folder->_folderDocument->closeWithCompletionHandler(completion);
+            else if (completion)
+                completion(false);
+        });
+}
+
+void TamberDataFolder::deleteStorageWithCompletion(StorageCompletion completion)
+{
+    TamberFilesContainer::deleteStorageWithCompletion(
+        [folder = self(), completion = std::move(completion)](bool success) {
+            if (success)
+                folder->removeRecord(completion);
+        });
+}
+
+void TamberDataFolder::removeRecord(const StorageCompletion &completion)
+{
+    const auto report = [folder = self(), completion](const FileResult &result) {
+        tellProblem(folder->context(), StoreProblem::What::Delete, folder->url(), result);
+        if (completion)
+            completion(result.ok());
+    };
+    ContainerDisk(context()).removeDocument(
+        _folderDocument, [folder = self(), report](const FileResult &result) {
+            if (result.ok())
+                coordinatedRemoveItemAtURL(folder->context(), folder->url(), report);
+            else
+                report(result);
+        });
+}
+
+} // namespace cvtamber

@@ -1,0 +1,220 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "store/TamberFilesAndFoldersContainer.h"
+
+#include "base/SystemLog.h"
+#include "store/ContainerDisk.h"
+#include "store/StoreNames.h"
+#include "store/TamberUbiquitousFolderMonitor.h"
+
+#include <utility>
+
+namespace cvtamber {
+
+using namespace Qt::StringLiterals;
+
+TamberFilesAndFoldersContainer::TamberFilesAndFoldersContainer(StoreContext &context)
+    : TamberFilesContainer(context)
+{}
+
+TamberFilesAndFoldersContainer::~TamberFilesAndFoldersContainer() = default;
+
+std::shared_ptr<TamberFilesAndFoldersContainer> TamberFilesAndFoldersContainer::self()
+{
+    return std::static_pointer_cast<TamberFilesAndFoldersContainer>(shared_from_this());
+}
+
+std::shared_ptr<TamberFilesAndFoldersContainer>
+TamberFilesAndFoldersContainer::withFolder(StoreContext &context, const QString &folderName,
+                                           const std::shared_ptr<TamberDiskLocation> &parent)
+{
+    auto container = std::make_shared<TamberFilesAndFoldersContainer>(context);
+    container->initWithFolder(folderName, parent);
+    return container;
+}
+
+void TamberFilesAndFoldersContainer::initWithFolder(const QString &folderName,
+                                                    const std::shared_ptr<TamberDiskLocation> &parent)
+{
+    ContainerListing listing = TamberFilesContainer::initWithFolder(folderName, parent);
+    const FileURL directory = parent->url().appendingDirectory(folderName);
+    if (!isUbiquitous())
+        _listingAtOpening = std::move(listing);
+    else if (!directory.isNil())
+        _foldersMonitor = makeIdleMonitor(directory, UuidPattern % u"/"_s % FolderRecordName);
+}
+
+void TamberFilesAndFoldersContainer::setDelegate(
+    std::weak_ptr<TamberFilesAndFoldersContainerDelegate> delegate)
+{
+    TamberFilesContainer::setDelegate(delegate);
+    _folders.setDelegate(std::move(delegate));
+}
+
+TamberFilesAndFoldersContainer::FolderPointer
+TamberFilesAndFoldersContainer::folderAtIndex(StoreIndex index) const
+{
+    return _folders.holds(index) ? _folders.at(index) : nullptr;
+}
+
+StoreIndex TamberFilesAndFoldersContainer::indexOfFolder(const FolderPointer &folder) const
+{
+    return _folders.indexOf(folder.get());
+}
+
+StoreIndex TamberFilesAndFoldersContainer::indexOfFolderWithURL(const FileURL &url) const
+{
+    return _folders.indexOfURL(url);
+}
+
+void TamberFilesAndFoldersContainer::sortFolders()
+{
+    _folders.sort();
+}
+
+TamberFilesAndFoldersContainer::FolderPointer
+TamberFilesAndFoldersContainer::openFolder(const QString &folderName, FolderHandler opened)
+{
+    const auto opening = std::make_shared<std::weak_ptr<TamberDataFolder>>();
+    const FolderPointer folder =
+        TamberDataFolder::withFolder(context(), folderName, self(), [opening, opened = std::move(opened)] {
+            if (const FolderPointer ready = opening->lock())
+                opened(ready);
+        });
+    *opening = folder;
+    return folder;
+}
+
+void TamberFilesAndFoldersContainer::loadContent()
+{
+    if (!isUbiquitous())
+        scanFolders();
+}
+
+void TamberFilesAndFoldersContainer::scanFolders()
+{
+    const ContainerListing listing =
+        _listingAtOpening ? *std::move(_listingAtOpening) : ContainerDisk(context()).read(url());
+    _listingAtOpening.reset();
+    context().log.info(listing.toLog());
+    for (const QString &name : listing.folders)
+        openFolder(name,
+                   [container = self()](const FolderPointer &folder) { container->_folders.append(folder); });
+}
+
+TamberFilesAndFoldersContainer::FolderPointer
+TamberFilesAndFoldersContainer::addFolderWithName(const QString &name)
+{
+    const FolderPointer folder = TamberDataFolder::withName(context(), name, url());
+    if (!folder)
+        return nullptr;
+    folder->setUser(self());
+    if (!isUbiquitous())
+        _folders.insertAndTell(folder);
+    return folder;
+}
+
+void TamberFilesAndFoldersContainer::deleteFolderAtIndex(StoreIndex index)
+{
+    const FolderPointer folder = folderAtIndex(index);
+    if (!folder)
+        return;
+    folder->deleteStorageWithCompletion([container = self(), folder](bool success) {
+        if (success && !container->isUbiquitous())
+            container->_folders.removeAndTell(folder.get());
+    });
+}
+
+void TamberFilesAndFoldersContainer::deleteFolder(const FolderPointer &folder)
+{
+    deleteFolderAtIndex(indexOfFolder(folder));
+}
+
+void TamberFilesAndFoldersContainer::moveFolder(const FolderPointer &folder,
+                                                const std::shared_ptr<TamberFilesAndFoldersContainer> &target)
+{
+    if (!folder || !target)
+        return;
+    const FileURL from = folder->url();
+    const FileURL to = target->url().appendingDirectory(folder->storageName());
+    const auto done = [container = self(), folder, to, target](const FileResult &result) {
+        tellProblem(container->context(), StoreProblem::What::Move, folder->url(), result);
+        if (container->isUbiquitous())
+            container->context().log.info(u"success: "_s % QString::number(int(result.ok())));
+        else if (!result.ok())
+            container->context().log.error(result.message);
+        if (container->isUbiquitous() || result.ok())
+            container->finishMovingFolder(folder, to, target);
+    };
+    if (to.isNil())
+        context().problems.tell({StoreProblem::What::Move, from, {}, {}});
+    else if (isUbiquitous())
+        ContainerDisk(context()).move(from, to, folder->documents(), done);
+    else
+        ContainerDisk(context()).moveAtOnce(from, to, folder->documents(), done);
+}
+
+void TamberFilesAndFoldersContainer::finishMovingFolder(
+    const FolderPointer &folder, const FileURL &newURL,
+    const std::shared_ptr<TamberFilesAndFoldersContainer> &target)
+{
+    _folders.removeAndTell(folder.get());
+    target->loadLocalFolderWithUrl(newURL);
+}
+
+void TamberFilesAndFoldersContainer::loadLocalFolderWithUrl(const FileURL &url)
+{
+    openFolder(url.lastPathComponent(), [container = self()](const FolderPointer &folder) {
+        container->_folders.insertAndTell(folder);
+    });
+}
+
+QString TamberFilesAndFoldersContainer::uniqueUserFolderName(const StoreContext &context,
+                                                             const FileURL &directory)
+{
+    return ContainerDisk::unusedName(context, directory);
+}
+
+void TamberFilesAndFoldersContainer::deleteStorageWithCompletion(StorageCompletion completion)
+{
+    TamberFilesContainer::deleteStorageWithCompletion(
+        [container = self(), completion = std::move(completion)](bool success) {
+            if (success)
+                container->deleteFolders(completion);
+        });
+}
+
+void TamberFilesAndFoldersContainer::deleteFolders(const StorageCompletion &completion)
+{
+    const std::vector<FolderPointer> folders = _folders.items();
+    if (folders.empty()) {
+        if (isUbiquitous())
+            ContainerDisk(context()).removeStrayFolderRecords(url());
+        if (completion)
+            completion(true);
+        return;
+    }
+    const auto remaining = std::make_shared<size_t>(folders.size());
+    for (auto folder = folders.rbegin(); folder != folders.rend(); ++folder)
+        (*folder)->deleteStorageWithCompletion([container = self(), completion, remaining](bool success) {
+            FoldersList &list = container->_folders;
+            if (!list.isEmpty())
+                list.removeAt(list.size() - 1);
+            // Reports from the cloud may have emptied the list before the last folder has gone.
+            if (--*remaining == 0 && list.isEmpty() && completion)
+                completion(success);
+        });
+}
+
+void TamberFilesAndFoldersContainer::startQuery()
+{
+    if (isUbiquitous())
+        TamberFilesContainer::startQuery();
+}
+
+void TamberFilesAndFoldersContainer::stopQuery()
+{
+    if (isUbiquitous())
+        TamberFilesContainer::stopQuery();
+}
+
+} // namespace cvtamber

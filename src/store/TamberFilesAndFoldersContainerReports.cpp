@@ -1,0 +1,175 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What a container with folders does when the cloud reports an item.
+#include "base/SystemLog.h"
+#include "store/CloudContainer.h"
+#include "store/CoordinatedFiles.h"
+#include "store/StoreNames.h"
+#include "store/TamberFilesAndFoldersContainer.h"
+
+#include <algorithm>
+
+namespace cvtamber {
+
+void TamberFilesAndFoldersContainer::folderAddedWithFileURL(const FileURL &url)
+{
+    const FileURL folderURL = url.deletingLastPathComponent();
+    const FolderPointer folder =
+        openFolder(folderURL.lastPathComponent(), [container = self()](const FolderPointer &opened) {
+            container->listReportedFolder(opened);
+        });
+    _foldersBeingOpened.emplace(folder->url(), folder.get());
+}
+
+void TamberFilesAndFoldersContainer::listReportedFolder(const FolderPointer &folder)
+{
+    const auto [from, to] = _foldersBeingOpened.equal_range(folder->url());
+    const auto opening =
+        std::find_if(from, to, [&](const auto &entry) { return entry.second == folder.get(); });
+    if (opening == to)
+        return;
+    _foldersBeingOpened.erase(opening);
+    const StoreIndex index = _folders.insertSorted(folder);
+    for (const Item &item : _orphanedItems.takeWithPathPrefix(folder->url().path()))
+        folder->ubiquotusItemAdded(item);
+    _folders.tellAdded(index);
+}
+
+TamberUbiquitousItems
+TamberFilesAndFoldersContainer::orphanedItemsForFolder(const TamberDataFolder &folder) const
+{
+    return _orphanedItems.withPathPrefix(folder.url().path());
+}
+
+void TamberFilesAndFoldersContainer::unlistFolder(const FileURL &folderURL)
+{
+    _foldersBeingOpened.erase(folderURL);
+    const FolderPointer folder = folderAtIndex(_folders.indexOfURL(folderURL));
+    if (folder)
+        _folders.removeAndTell(folder.get());
+}
+
+void TamberFilesAndFoldersContainer::reloadFolder(const FolderPointer &folder)
+{
+    folder->reloadWithCompletion([container = self(), folder](bool success) {
+        const StoreIndex index = container->_folders.indexOf(folder.get());
+        const auto delegate = container->_folders.delegate();
+        if (success && index != NotFound && delegate)
+            delegate->folderUpdatedAtIndex(index);
+    });
+}
+
+void TamberFilesAndFoldersContainer::startDownloading(const FileURL &url)
+{
+    const FileResult asked = context().cloud.startDownloading(url);
+    if (!asked.ok())
+        context().log.error(asked.message);
+    tellProblem(context(), StoreProblem::What::Download, url, asked);
+}
+
+ReportedItem TamberFilesAndFoldersContainer::reportedItem(const TamberUbiquitousItem &item,
+                                                          const FileURL &folderURL,
+                                                          const FolderPointer &folder) const
+{
+    return {.isFolderRecord = item.url().lastPathComponent() == FolderRecordName,
+            .isDownloaded = item.isDownloaded(),
+            .isDirectChild = isDirectChild(item),
+            .isFolderListed = folder != nullptr,
+            .isFolderBeingOpened = _foldersBeingOpened.contains(folderURL)};
+}
+
+void TamberFilesAndFoldersContainer::handleReport(CloudReport report, const Item &item)
+{
+    const FileURL folderURL = item->url().deletingLastPathComponent();
+    const FolderPointer folder = folderAtIndex(_folders.indexOfURL(folderURL));
+    switch (stepFor(report, reportedItem(*item, folderURL, folder))) {
+    case CloudStep::Nothing:
+        break;
+    case CloudStep::ListDocument:
+        TamberFilesContainer::ubiquotusItemAdded(item);
+        break;
+    case CloudStep::UnlistDocument:
+        TamberFilesContainer::ubiquotusItemDeleted(item);
+        break;
+    case CloudStep::HandToFolder:
+        if (report == CloudReport::Added)
+            folder->ubiquotusItemAdded(item);
+        else
+            folder->ubiquotusItemDeleted(item);
+        break;
+    case CloudStep::KeepAsOrphan:
+        _orphanedItems.add(item);
+        break;
+    case CloudStep::OpenFolder:
+        folderAddedWithFileURL(item->url());
+        break;
+    case CloudStep::UnlistFolder:
+        unlistFolder(folderURL);
+        break;
+    case CloudStep::ReloadFolder:
+        reloadFolder(folder);
+        break;
+    case CloudStep::StartDownload:
+        startDownloading(item->url());
+        break;
+    }
+}
+
+void TamberFilesAndFoldersContainer::ubiquotusItemAdded(const Item &item)
+{
+    handleReport(CloudReport::Added, item);
+}
+
+void TamberFilesAndFoldersContainer::ubiquotusItemDeleted(const Item &item)
+{
+    handleReport(CloudReport::Deleted, item);
+}
+
+void TamberFilesAndFoldersContainer::ubiquotusItemDownloaded(const Item &item)
+{
+    handleReport(CloudReport::Downloaded, item);
+}
+
+void TamberFilesAndFoldersContainer::ubiquotusItemDownloadedAgain(const Item &item)
+{
+    handleReport(CloudReport::DownloadedAgain, item);
+}
+
+bool TamberFilesAndFoldersContainer::handleMonitorReport(const TamberUbiquitousFolderMonitor &monitor,
+                                                         CloudReport report, const Item &item)
+{
+    if (&monitor != _foldersMonitor.get()) {
+        context().log.info(QStringLiteral("x-x-x-x-x-x-x"));
+        return false;
+    }
+    if (item->url().lastPathComponent() == FolderRecordName)
+        handleReport(report, item);
+    return true;
+}
+
+void TamberFilesAndFoldersContainer::ubiquitousMonitorItemAdded(TamberUbiquitousFolderMonitor &monitor,
+                                                                const Item &item)
+{
+    if (!handleMonitorReport(monitor, CloudReport::Added, item))
+        TamberFilesContainer::ubiquitousMonitorItemAdded(monitor, item);
+}
+
+void TamberFilesAndFoldersContainer::ubiquitousMonitorItemDeleted(TamberUbiquitousFolderMonitor &monitor,
+                                                                  const Item &item)
+{
+    if (!handleMonitorReport(monitor, CloudReport::Deleted, item))
+        TamberFilesContainer::ubiquitousMonitorItemDeleted(monitor, item);
+}
+
+void TamberFilesAndFoldersContainer::ubiquitousMonitorItemDownloaded(TamberUbiquitousFolderMonitor &monitor,
+                                                                     const Item &item)
+{
+    handleMonitorReport(monitor, CloudReport::Downloaded, item);
+}
+
+void TamberFilesAndFoldersContainer::ubiquitousMonitorItemDownloadedAgain(
+    TamberUbiquitousFolderMonitor &monitor, const Item &item)
+{
+    handleMonitorReport(monitor, CloudReport::DownloadedAgain, item);
+}
+
+} // namespace cvtamber

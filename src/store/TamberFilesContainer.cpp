@@ -1,0 +1,318 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "store/TamberFilesContainer.h"
+
+#include "base/RunLoop.h"
+#include "base/SystemLog.h"
+#include "store/CloudContainer.h"
+#include "store/CloudRouting.h"
+#include "store/ContainerDisk.h"
+#include "store/StoreNames.h"
+#include "store/TamberUbiquitousFolderMonitor.h"
+
+#include <algorithm>
+
+namespace cvtamber {
+
+using namespace Qt::StringLiterals;
+using Outcome = FileResult::Outcome;
+
+namespace {
+
+// The directory is not known any more.
+void refuseSaving(StoreContext &context, std::function<void(const FileResult &)> saved)
+{
+    const FileResult refusal{Outcome::Missing, u"its folder is gone"_s};
+    tellProblem(context, StoreProblem::What::Save, {}, refusal);
+    if (saved)
+        context.runLoop.performAfter({}, [saved, refusal] { saved(refusal); });
+}
+
+} // namespace
+
+// One removal of all documents: how much of it is under way.
+struct TamberFilesContainer::StorageDeletion
+{
+    size_t remaining = 0;
+    bool hasFailed = false;
+    StorageCompletion completion;
+
+    void report(bool success) const
+    {
+        if (completion)
+            completion(success);
+    }
+};
+
+TamberFilesContainer::TamberFilesContainer(StoreContext &context)
+    : _context(context)
+{}
+
+TamberFilesContainer::~TamberFilesContainer() = default;
+
+std::shared_ptr<TamberFilesContainer>
+TamberFilesContainer::withFolder(StoreContext &context, const QString &folderName,
+                                 const std::shared_ptr<TamberDiskLocation> &parent)
+{
+    auto container = std::make_shared<TamberFilesContainer>(context);
+    container->initWithFolder(folderName, parent);
+    return container;
+}
+
+ContainerListing TamberFilesContainer::initWithFolder(const QString &folderName,
+                                                      const std::shared_ptr<TamberDiskLocation> &parent)
+{
+    const FileURL parentURL = parent->url();
+    const FileURL directory = parentURL.appendingDirectory(folderName);
+    _isUbiquitous = _context.cloud.isUbiquitousItem(parentURL);
+    _parent = parent;
+    _folderName = folderName;
+    if (directory.isNil())
+        return {};
+    if (!_isUbiquitous)
+        return readDocuments(directory);
+    _filesMonitor = makeIdleMonitor(directory, u"*.tamber"_s);
+    return {};
+}
+
+std::shared_ptr<TamberUbiquitousFolderMonitor> TamberFilesContainer::makeIdleMonitor(const FileURL &directory,
+                                                                                     const QString &filter)
+{
+    auto monitor = std::make_shared<TamberUbiquitousFolderMonitor>(_context, directory, filter);
+    monitor->setDelegate(weak_from_this());
+    return monitor;
+}
+
+FileURL TamberFilesContainer::url() const
+{
+    const auto location = parent();
+    return location ? location->url().appendingDirectory(_folderName) : FileURL();
+}
+
+void TamberFilesContainer::setDelegate(std::weak_ptr<TamberFilesContainerDelegate> delegate)
+{
+    _files.setDelegate(std::move(delegate));
+}
+
+void TamberFilesContainer::scanForFiles(const QString &folderName)
+{
+    if (const auto location = parent())
+        readDocuments(location->url().appendingDirectory(folderName));
+}
+
+ContainerListing TamberFilesContainer::readDocuments(const FileURL &directory)
+{
+    ContainerListing listing = ContainerDisk(_context).read(directory);
+    for (const QString &name : listing.documents)
+        _files.append(std::make_shared<TamberDocument>(_context, directory.appendingFile(name)));
+    return listing;
+}
+
+TamberFilesContainer::FilePointer
+TamberFilesContainer::addFileWithName(const QString &name, const QString &content,
+                                      std::function<void(const FileResult &)> saved)
+{
+    _context.log.info(
+        u"-(TamberDocument*)addFileWithName:(NSString*)name andTextContent:(NSString*)content"_s);
+    const FileURL fileURL = url().appendingFile(documentFileName(name));
+    const auto file = std::make_shared<TamberDocument>(_context, fileURL);
+    file->setText(content);
+    if (fileURL.isNil()) {
+        refuseSaving(_context, std::move(saved));
+        return file;
+    }
+    file->saveToURL(fileURL, Document::SaveOperation::ForCreating,
+                    [document = file.get(), saved = std::move(saved)](bool) {
+                        const FileResult result = document->lastResult();
+                        document->closeWithCompletionHandler({});
+                        if (saved)
+                            saved(result);
+                    });
+    if (!_isUbiquitous)
+        listAddedFile(file);
+    return file;
+}
+
+void TamberFilesContainer::listAddedFile(const FilePointer &file)
+{
+    _context.log.info(u"[self.delegate fileAddedAtIndex:index]"_s);
+    _context.log.info(u"self.delegate == "_s % (filesDelegate() ? u"<delegate>"_s : u"(null)"_s));
+    _files.insertAndTell(file);
+}
+
+void TamberFilesContainer::deleteFileAtIndex(StoreIndex index)
+{
+    if (!_files.holds(index))
+        return;
+    const FilePointer file = _files.at(index);
+    ContainerDisk(_context).removeDocument(file, [self = shared_from_this(), file](const FileResult &result) {
+        self->_context.log.info(u"File deleted: "_s % QString::number(int(result.ok())));
+        // A document that is not there any more is what was wanted.
+        if (result.outcome != Outcome::Missing)
+            tellProblem(self->_context, StoreProblem::What::Delete, file->fileURL(), result);
+        if (!self->_isUbiquitous)
+            self->_files.removeAndTell(file.get());
+    });
+}
+
+void TamberFilesContainer::deleteFile(const FilePointer &file)
+{
+    deleteFileAtIndex(indexOfFile(file));
+}
+
+void TamberFilesContainer::renameFileAtIndex(StoreIndex index, const QString &newName)
+{
+    if (!_files.holds(index) || newName.isEmpty())
+        return;
+    const FilePointer file = _files.at(index);
+    const FileURL from = file->fileURL();
+    const FileURL to = from.deletingLastPathComponent().appendingFile(documentFileName(newName));
+    if (from == to || newName == from.nameWithoutExtension())
+        return;
+    const auto done = [self = shared_from_this(), file, to](const FileResult &result) {
+        self->finishRenaming(file, to, result);
+    };
+    if (_isUbiquitous)
+        ContainerDisk(_context).moveQuietly(from, to, {file}, done);
+    else
+        ContainerDisk(_context).moveAtOnce(from, to, {file}, done);
+}
+
+void TamberFilesContainer::finishRenaming(const FilePointer &file, const FileURL &newURL,
+                                          const FileResult &result)
+{
+    if (!result.ok()) {
+        _context.log.error(result.message);
+        tellProblem(_context, StoreProblem::What::Rename, file->fileURL(), result);
+        return;
+    }
+    if (!_isUbiquitous && _files.removeAndTell(file.get()))
+        _files.insertAndTell(std::make_shared<TamberDocument>(_context, newURL));
+}
+
+void TamberFilesContainer::moveFile(const FilePointer &file,
+                                    const std::shared_ptr<TamberFilesContainer> &target)
+{
+    if (!file || !target)
+        return;
+    const FileURL to = target->url().appendingFile(file->name());
+    if (to.isNil()) {
+        _context.problems.tell({StoreProblem::What::Move, file->fileURL(), {}, {}});
+        return;
+    }
+    ContainerDisk(_context).move(
+        file->fileURL(), to, {file}, [self = shared_from_this(), file, target, to](const FileResult &result) {
+            self->_context.log.info(u"success: "_s % QString::number(int(result.ok())));
+            tellProblem(self->_context, StoreProblem::What::Move, file->fileURL(), result);
+            self->_files.removeAndTell(file.get());
+            target->loadFileWithFilename(to.lastPathComponent());
+        });
+}
+
+void TamberFilesContainer::loadFileWithFilename(const QString &fileName)
+{
+    const FileURL fileURL = url().appendingFile(fileName);
+    if (!fileURL.isNil())
+        _files.insertAndTell(std::make_shared<TamberDocument>(_context, fileURL));
+}
+
+StoreIndex TamberFilesContainer::indexOfFile(const FilePointer &file) const
+{
+    return _files.indexOf(file.get());
+}
+
+StoreIndex TamberFilesContainer::indexOfFileWithURL(const FileURL &url) const
+{
+    return _files.indexOfURL(url);
+}
+
+bool TamberFilesContainer::fileExists(const QString &title) const
+{
+    const QString wanted = comparableName(repairedTitle(title));
+    return std::any_of(files().begin(), files().end(), [&](const FilePointer &file) {
+        return comparableName(file->fileURL().nameWithoutExtension()) == wanted;
+    });
+}
+
+void TamberFilesContainer::sortFiles()
+{
+    _files.sort();
+}
+
+void TamberFilesContainer::deleteStorageWithCompletion(StorageCompletion completion)
+{
+    if (_files.isEmpty()) {
+        if (_isUbiquitous)
+            ContainerDisk(_context).removeStrayDocuments(url());
+        if (completion)
+            completion(true);
+        return;
+    }
+    const std::vector<FilePointer> files = _files.items();
+    const auto deletion =
+        std::make_shared<StorageDeletion>(StorageDeletion{files.size(), false, std::move(completion)});
+    for (auto file = files.rbegin(); file != files.rend(); ++file)
+        ContainerDisk(_context).removeDocument(
+            *file, [self = shared_from_this(), deletion, url = (*file)->fileURL()](const FileResult &result) {
+                // Also one that is missing: the deletion stops there, and the person is to know why.
+                tellProblem(self->_context, StoreProblem::What::Delete, url, result);
+                self->storedFileRemoved(*deletion, result.ok());
+            });
+}
+
+void TamberFilesContainer::storedFileRemoved(StorageDeletion &deletion, bool success)
+{
+    --deletion.remaining;
+    if (!success) {
+        deletion.hasFailed = true;
+        deletion.report(false);
+        return;
+    }
+    if (!_files.isEmpty())
+        _files.removeAt(_files.size() - 1);
+    // Reports from the cloud may have emptied the list before the last file has gone.
+    if (_files.isEmpty() && deletion.remaining == 0 && !deletion.hasFailed)
+        deletion.report(true);
+}
+
+bool TamberFilesContainer::isDirectChild(const TamberUbiquitousItem &item) const
+{
+    return isDirectChildByLength(url(), item.url());
+}
+
+void TamberFilesContainer::ubiquotusItemAdded(const Item &item)
+{
+    if (isDirectChild(*item) && _files.indexOfURL(item->url()) == NotFound)
+        _files.insertAndTell(std::make_shared<TamberDocument>(_context, item->url()));
+}
+
+void TamberFilesContainer::ubiquotusItemDeleted(const Item &item)
+{
+    const StoreIndex index = _files.indexOfURL(item->url());
+    if (index != NotFound)
+        _files.removeAndTell(_files.at(index).get());
+}
+
+void TamberFilesContainer::ubiquotusItemDownloaded(const Item &) {}
+
+void TamberFilesContainer::ubiquotusItemDownloadedAgain(const Item &) {}
+
+void TamberFilesContainer::ubiquitousMonitorItemAdded(TamberUbiquitousFolderMonitor &, const Item &item)
+{
+    TamberFilesContainer::ubiquotusItemAdded(item);
+}
+
+void TamberFilesContainer::ubiquitousMonitorItemDeleted(TamberUbiquitousFolderMonitor &, const Item &item)
+{
+    TamberFilesContainer::ubiquotusItemDeleted(item);
+}
+
+void TamberFilesContainer::ubiquitousMonitorItemDownloaded(TamberUbiquitousFolderMonitor &, const Item &) {}
+
+void TamberFilesContainer::ubiquitousMonitorItemDownloadedAgain(TamberUbiquitousFolderMonitor &, const Item &)
+{}
+
+void TamberFilesContainer::ubiquitousMonitorContentGathered(TamberUbiquitousFolderMonitor &,
+                                                            const TamberUbiquitousItems &)
+{}
+
+} // namespace cvtamber
