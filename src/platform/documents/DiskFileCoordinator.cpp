@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/documents/DiskFileCoordinator.h"
+
+#include "base/TaskRunner.h"
+#include "store/Trash.h"
+
+#include <atomic>
+#include <utility>
+
+namespace cvtamber {
+
+struct DiskFileCoordinator::Job
+{
+    std::function<void()> work;
+    std::function<void()> complete;
+    std::shared_ptr<PathQueue::Ticket> ticket;
+    bool hasBegun = false;
+};
+
+// What is left to do when the coordinator goes: done by the last who lets go, the coordinator itself or one of
+// the tasks that the pool has.
+struct DiskFileCoordinator::Remainder
+{
+    void letGo()
+    {
+        if (holders.fetch_sub(1, std::memory_order_acq_rel) != 1)
+            return;
+        for (const auto &job : jobs)
+            job->work();
+    }
+
+    std::atomic<size_t> holders = 1;
+    Jobs jobs;
+};
+
+namespace {
+
+FileResult removeOrTrash(const StoreDisk &disk, Trash &trash, const FileURL &url)
+{
+    const FileResult removed = disk.remove(url);
+    const bool isInFolder = disk.isFolder(url.deletingLastPathComponent());
+    if (removed.ok() || !isInFolder || !disk.isFolder(url) || disk.isEmptyFolder(url))
+        return removed;
+    return trash.moveToTrash(url);
+}
+
+} // namespace
+
+DiskFileCoordinator::DiskFileCoordinator(TaskRunner &tasks, StoreDisk &disk, Trash &trash)
+    : _tasks(tasks)
+    , _disk(disk)
+    , _trash(trash)
+    , _remainder(std::make_shared<Remainder>())
+    , _alive(std::make_shared<char>())
+{}
+
+DiskFileCoordinator::~DiskFileCoordinator()
+{
+    // Completions are never run now, and belong to this thread.
+    for (const auto &job : _jobs)
+        job->complete = nullptr;
+    _jobs.remove_if([](const std::shared_ptr<Job> &job) { return job->hasBegun; });
+    _remainder->jobs = std::move(_jobs);
+    _remainder->letGo();
+}
+
+template<typename Result, typename Work>
+void DiskFileCoordinator::submit(const std::vector<FileURL> &urls, Work work, Completion<Result> completion)
+{
+    const auto job = std::make_shared<Job>();
+    const auto result = std::make_shared<Result>();
+    job->work = [result, work = std::move(work)] { *result = work(); };
+    if (completion)
+        job->complete = [result, completion = std::move(completion)] { completion(*result); };
+    std::vector<QString> paths;
+    for (const FileURL &url : urls)
+        paths.push_back(url.path());
+    const auto place = _jobs.insert(_jobs.end(), job);
+    job->ticket = _queue.join(paths, [this, place] { begin(place); });
+}
+
+void DiskFileCoordinator::begin(Jobs::iterator place)
+{
+    const std::shared_ptr<Job> &job = *place;
+    job->hasBegun = true;
+    _remainder->holders.fetch_add(1, std::memory_order_relaxed);
+    auto work = [job, remainder = _remainder] {
+        job->work();
+        remainder->letGo();
+    };
+    _tasks.run(std::move(work), [this, place, alive = std::weak_ptr(_alive)] {
+        if (!alive.expired())
+            finish(place);
+    });
+}
+
+void DiskFileCoordinator::finish(Jobs::iterator place)
+{
+    const std::shared_ptr<Job> job = std::move(*place);
+    _jobs.erase(place);
+    _queue.finish(job->ticket);
+    if (job->complete)
+        job->complete();
+}
+
+void DiskFileCoordinator::read(const FileURL &url, Completion<ReadResult> completion)
+{
+    submit<ReadResult>(
+        {url}, [&disk = _disk, url] { return disk.read(url); }, std::move(completion));
+}
+
+void DiskFileCoordinator::create(const FileURL &url, const QByteArray &bytes,
+                                 Completion<WriteResult> completion)
+{
+    submit<WriteResult>(
+        {url}, [&disk = _disk, url, bytes] { return disk.create(url, bytes); }, std::move(completion));
+}
+
+void DiskFileCoordinator::replace(const FileURL &url, const QByteArray &bytes, const FileStamp &known,
+                                  StoreDisk::OtherVersion otherVersion, Completion<WriteResult> completion)
+{
+    auto work = [&disk = _disk, url, bytes, known, otherVersion] {
+        return disk.replace(url, bytes, known, otherVersion);
+    };
+    submit<WriteResult>({url}, std::move(work), std::move(completion));
+}
+
+void DiskFileCoordinator::remove(const FileURL &url, Completion<FileResult> completion)
+{
+    auto work = [&disk = _disk, &trash = _trash, url] { return removeOrTrash(disk, trash, url); };
+    submit<FileResult>({url}, std::move(work), std::move(completion));
+}
+
+void DiskFileCoordinator::move(const FileURL &from, const FileURL &to, Completion<FileResult> completion)
+{
+    submit<FileResult>(
+        {from, to}, [&disk = _disk, from, to] { return disk.move(from, to); }, std::move(completion));
+}
+
+void DiskFileCoordinator::sweep(const FileURL &directory, const QStringList &leftovers)
+{
+    auto work = [&disk = _disk, directory, leftovers] {
+        disk.sweep(directory, leftovers);
+        return FileResult();
+    };
+    submit<FileResult>({directory}, std::move(work), nullptr);
+}
+
+bool DiskFileCoordinator::isBusy(const FileURL &url) const
+{
+    return _queue.isBusy(url.path());
+}
+
+} // namespace cvtamber
