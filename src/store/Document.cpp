@@ -6,6 +6,7 @@
 #include "store/CloudContainer.h"
 #include "store/FileCoordinator.h"
 
+#include <algorithm>
 #include <deque>
 #include <optional>
 #include <utility>
@@ -33,6 +34,8 @@ struct Document::Session
     // Counts the changes; the number that stood when the contents on the disk were taken.
     quint64 change = 0;
     quint64 savedChange = 0;
+    // Nothing up to here needs to be saved any more.
+    quint64 clearedChange = 0;
     // Of the first change that the contents taken last do not hold.
     std::optional<std::chrono::nanoseconds> changedAt;
     RunLoop::CallId autosave = RunLoop::CallId::None;
@@ -185,7 +188,7 @@ void Document::finishWriting(const FileURL &url, quint64 change, Asker asker, co
     session.isOpen = true;
     session.hasSavingError = false;
     session.known = written.stamp;
-    session.savedChange = change;
+    session.savedChange = std::max(change, session.clearedChange);
     _fileURL = url;
     cancelAutosave();
     startAutosave();
@@ -233,7 +236,7 @@ void Document::updateChangeCount(ChangeKind kind)
 {
     Session &session = this->session();
     if (kind == ChangeKind::Cleared) {
-        session.savedChange = session.change;
+        session.savedChange = session.clearedChange = session.change;
         session.changedAt.reset();
         cancelAutosave();
         return;
