@@ -40,7 +40,9 @@ public:
         sort();
         remember(item);
         const auto place = std::upper_bound(_items.begin(), _items.end(), item, &comesBefore);
-        return _items.insert(place, item) - _items.begin();
+        const StoreIndex index = place - _items.begin();
+        _items.insert(place, item);
+        return index;
     }
 
     void sort()
