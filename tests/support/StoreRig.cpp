@@ -6,30 +6,6 @@
 
 namespace cvtamber {
 
-namespace {
-
-// Stands in until the coordinator over the disk is there.
-class NoCoordinator final : public FileCoordinator
-{
-public:
-    void read(const FileURL &, Completion<ReadResult>) override { refuse(); }
-    void create(const FileURL &, const QByteArray &, Completion<WriteResult>) override { refuse(); }
-    void replace(const FileURL &, const QByteArray &, const FileStamp &, StoreDisk::OtherVersion,
-                 Completion<WriteResult>) override
-    {
-        refuse();
-    }
-    void remove(const FileURL &, Completion<FileResult>) override { refuse(); }
-    void move(const FileURL &, const FileURL &, Completion<FileResult>) override { refuse(); }
-    void sweep(const FileURL &, const QStringList &) override { refuse(); }
-    bool isBusy(const FileURL &) const override { return false; }
-
-private:
-    [[noreturn]] static void refuse() { qFatal("There is no coordinator yet"); }
-};
-
-} // namespace
-
 StoreRig::StoreRig(Place place, FileOperations &operations)
     : _localRoot(FileURL::directory(_folder.filePath(QStringLiteral("Documents"))))
     , _cloudRoot(FileURL::directory(_folder.filePath(QStringLiteral("Cloud/Documents"))))
@@ -37,8 +13,7 @@ StoreRig::StoreRig(Place place, FileOperations &operations)
     , disk(operations)
     , trash(_folder.filePath(QStringLiteral("Trash")))
     , cloud(loop, FileURL::directory(_folder.filePath(QStringLiteral("Cloud"))))
-    , coordinator(std::make_unique<NoCoordinator>())
-    , context{loop, disk, *coordinator, cloud, trash, notifications, problems, log}
+    , context{loop, disk, coordinator, cloud, trash, notifications, problems, log}
 {
     problems.setObserver(told);
     for (const FileURL &url : {_localRoot, _cloudRoot})

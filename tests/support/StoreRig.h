@@ -3,7 +3,7 @@
 
 #include "base/FileOperations.h"
 #include "base/NotificationCenter.h"
-#include "store/FileCoordinator.h"
+#include "platform/documents/DiskFileCoordinator.h"
 #include "store/StoreContext.h"
 #include "store/StoreDisk.h"
 #include "store/StoreProblems.h"
@@ -82,7 +82,7 @@ public:
     StoreDisk disk;
     FolderTrash trash;
     ScriptedCloud cloud;
-    std::unique_ptr<FileCoordinator> coordinator;
+    DiskFileCoordinator coordinator{tasks, disk, trash};
     StoreContext context;
 };
 
