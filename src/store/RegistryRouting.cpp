@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "store/RegistryRouting.h"
 
+#include "store/ContainerListing.h"
+
 namespace cvtamber {
 
 namespace {
@@ -45,10 +47,7 @@ RegistryStep registryStep(const RegistryReport &item)
 
 QString registryFilter()
 {
-    // In pieces: a compiler may take "??-" for a trigraph.
-    const QString four = QStringLiteral("-????");
-    return QStringLiteral("????????") + four + four + four + QStringLiteral("-????????????") +
-           QStringLiteral("/*");
+    return UuidPattern + QStringLiteral("/*");
 }
 
 FileURL userDirectoryOfItem(const FileURL &item, qsizetype registryPathLength)

@@ -4,8 +4,7 @@
 #include "base/Locations.h"
 #include "base/SystemLog.h"
 #include "store/CloudContainer.h"
-#include "store/CoordinatedFiles.h"
-#include "store/FileCoordinator.h"
+#include "store/ContainerDisk.h"
 #include "store/StoreDisk.h"
 #include "store/TamberUser.h"
 #include "store/TamberUsers.h"
@@ -102,14 +101,15 @@ void TamberStorage::moveUser(const std::shared_ptr<TamberUser> &user,
     user->prepareToMove();
     const FileURL from = user->url();
     const FileURL to = target->url().appendingDirectory(user->folder());
-    _context.coordinator.move(from, to, [&context = _context, from, to, target](const FileResult &result) {
+    const auto done = [&context = _context, from, to, target](const FileResult &result) {
         if (result.ok()) {
             target->loadUserFromURL(to);
             return;
         }
         context.log.error(u"Error: " + result.message);
         tellProblem(context, StoreProblem::What::Move, from, result);
-    });
+    };
+    ContainerDisk(_context).moveQuietly(from, to, user->documents(), done);
 }
 
 } // namespace cvtamber

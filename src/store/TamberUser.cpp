@@ -172,10 +172,12 @@ void TamberUser::scheduleSave()
 {
     if (_scheduledSave != RunLoop::CallId::None)
         return;
-    _scheduledSave = context().runLoop.performAfter(std::chrono::nanoseconds{0}, [user = self()] {
+    // The registry too, which knows where the record is.
+    const auto save = [user = self(), registry = users()] {
         user->_scheduledSave = RunLoop::CallId::None;
         user->saveUserData();
-    });
+    };
+    _scheduledSave = context().runLoop.performAfter(std::chrono::nanoseconds{0}, save);
 }
 
 bool TamberUser::cancelScheduledSave()
@@ -198,6 +200,16 @@ void TamberUser::prepareToMove()
                         isCertainlyAbsent(context().disk, fileURL());
     if (isLost)
         saveUserData();
+}
+
+DocumentGroup TamberUser::documents() const
+{
+    DocumentGroup all(files().begin(), files().end());
+    for (const FolderPointer &folder : folders()) {
+        const DocumentGroup inFolder = folder->documents();
+        all.insert(all.end(), inFolder.begin(), inFolder.end());
+    }
+    return all;
 }
 
 void TamberUser::stopSaving()

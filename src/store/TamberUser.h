@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/RunLoop.h"
+#include "store/DocumentSettling.h"
 #include "store/TamberFilesAndFoldersContainer.h"
 
 namespace cvtamber {
@@ -60,6 +61,8 @@ public:
     void saveScheduledChanges();
     // The same; and a local record that has gone is written anew, so that the user is found at the other place.
     void prepareToMove();
+    // All that is open to change below the directory.
+    DocumentGroup documents() const;
     // The record has gone for good: what is scheduled is dropped and no name is saved any more.
     void stopSaving();
     // Documents, folders, the record, then a local directory: it goes to the trash when it holds anything that

@@ -3,7 +3,7 @@
 
 #include "base/NotificationCenter.h"
 #include "base/SystemLog.h"
-#include "store/CoordinatedFiles.h"
+#include "store/ContainerDisk.h"
 #include "store/FileCoordinator.h"
 #include "store/StoreDisk.h"
 #include "store/TamberStorage.h"
@@ -143,38 +143,24 @@ void TamberUsers::deleteUser(const User &user)
 
 void TamberUsers::moveUser(const User &user, const std::shared_ptr<TamberUsers> &target)
 {
+    const FileURL from = user->url();
     const FileURL to = target->url().appendingDirectory(user->folder());
     if (isUbiquitous()) {
         user->prepareToMove();
-        moveInCloud(user, to);
+        ContainerDisk(_context).move(from, to, user->documents(),
+                                     [&context = _context, from](const FileResult &result) {
+                                         tellProblem(context, StoreProblem::What::Move, from, result);
+                                     });
         return;
     }
     if (const auto observer = delegate())
         observer->userWillDelete(user);
     user->prepareToMove();
-    moveLocally(user, to, target);
-}
-
-void TamberUsers::moveInCloud(const User &user, const FileURL &to)
-{
-    const FileURL from = user->url();
-    coordinatedMoveItemAtURL(_context, from, to, [&context = _context, from](const FileResult &result) {
-        tellProblem(context, StoreProblem::What::Move, from, result);
-    });
-}
-
-void TamberUsers::moveLocally(const User &user, const FileURL &to, const std::shared_ptr<TamberUsers> &target)
-{
-    const FileURL from = user->url();
-    if (!_context.coordinator.isBusy(from)) {
-        userMoved(_context.disk.move(from, to), user, to, target);
-        return;
-    }
-    // What is still being written, the record too, goes along.
-    _context.coordinator.move(from, to,
-                              [registry = shared_from_this(), user, to, target](const FileResult &result) {
-                                  registry->userMoved(result, user, to, target);
-                              });
+    ContainerDisk(_context).moveAtOnce(
+        from, to, user->documents(),
+        [registry = shared_from_this(), user, to, target](const FileResult &result) {
+            registry->userMoved(result, user, to, target);
+        });
 }
 
 void TamberUsers::userMoved(const FileResult &result, const User &user, const FileURL &to,

@@ -115,8 +115,6 @@ private:
     void loadLocalUsers();
     void watchCloud();
     User openAndNotify(const QString &folderName);
-    void moveInCloud(const User &user, const FileURL &to);
-    void moveLocally(const User &user, const FileURL &to, const std::shared_ptr<TamberUsers> &target);
     void userMoved(const FileResult &result, const User &user, const FileURL &to,
                    const std::shared_ptr<TamberUsers> &target);
     void handleReport(CloudReport report, const Item &item);
