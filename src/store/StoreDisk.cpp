@@ -62,28 +62,33 @@ FileResult refusal(FileOperations &operations, const FileURL &url)
     return {};
 }
 
-// The first placeholder that is there, and its place among the names that it could have; -1 for none.
-struct Placeholder
+// The placeholder of an item that is there; nil when there is none.
+FileURL placeholderOf(FileOperations &operations, const FileURL &item)
 {
-    Placeholder(FileOperations &operations, const FileURL &item)
-    {
-        const QStringList names = placeholderNames(item.lastPathComponent());
-        for (qsizetype i = 0; i < names.size() && form < 0; ++i) {
-            url = parentOf(item).appendingFile(names[i]);
-            if (operations.status(url.path()).kind != Kind::Missing)
-                form = i;
-        }
+    const QStringList names = placeholderNames(item.lastPathComponent());
+    for (const QString &name : names) {
+        const FileURL url = parentOf(item).appendingFile(name);
+        if (operations.status(url.path()).kind != Kind::Missing)
+            return url;
     }
-    bool isThere() const { return form >= 0; }
+    return {};
+}
 
-    FileURL url;
-    qsizetype form = -1;
-};
+// The same kind of placeholder for an item of another name; nil when that would be too long.
+FileURL placeholderLike(const FileURL &placeholder, const FileURL &item, const FileURL &otherItem)
+{
+    QString name = placeholder.lastPathComponent();
+    name.replace(name.indexOf(item.lastPathComponent()), item.lastPathComponent().size(),
+                 otherItem.lastPathComponent());
+    return placeholderNames(otherItem.lastPathComponent()).contains(name)
+               ? parentOf(otherItem).appendingFile(name)
+               : FileURL();
+}
 
 bool isSureToExist(FileOperations &operations, const FileURL &url)
 {
     const Kind kind = operations.status(url.path()).kind;
-    return (kind != Kind::Missing && kind != Kind::Unknown) || Placeholder(operations, url).isThere();
+    return (kind != Kind::Missing && kind != Kind::Unknown) || !placeholderOf(operations, url).isNil();
 }
 
 // Something else than the source has the name, or a placeholder's of it. The source itself is found there
@@ -141,7 +146,7 @@ bool StoreDisk::isFolder(const FileURL &url) const
 
 bool StoreDisk::exists(const FileURL &url) const
 {
-    return !url.isNil() && (status(url).kind != Kind::Missing || Placeholder(_operations, url).isThere());
+    return !url.isNil() && (status(url).kind != Kind::Missing || !placeholderOf(_operations, url).isNil());
 }
 
 ReadResult StoreDisk::read(const FileURL &url) const
@@ -153,7 +158,7 @@ ReadResult StoreDisk::read(const FileURL &url) const
         result.stamp = {};
     }
     static_cast<FileResult &>(result) = resultOfFinding(error);
-    if (result.outcome == Outcome::Missing && Placeholder(_operations, url).isThere())
+    if (result.outcome == Outcome::Missing && !placeholderOf(_operations, url).isNil())
         static_cast<FileResult &>(result) = notDownloaded();
     return result;
 }
@@ -193,7 +198,7 @@ WriteResult StoreDisk::replace(const FileURL &url, const QByteArray &bytes, cons
     const FileStatus there = status(url);
     if (there.kind == Kind::Unknown)
         outcome = resultOf(there.error);
-    else if (there.kind == Kind::Missing && Placeholder(_operations, url).isThere())
+    else if (there.kind == Kind::Missing && !placeholderOf(_operations, url).isNil())
         outcome = notDownloaded();
     else if (there.kind != Kind::Missing && there.kind != Kind::File)
         outcome = failedBecause(QStringLiteral("what has this name is not an ordinary file"));
@@ -242,11 +247,12 @@ FileResult StoreDisk::move(const FileURL &from, const FileURL &to) const
     FileURL source = from;
     FileURL target = to;
     if (status(from).kind == Kind::Missing) {
-        const Placeholder placeholder(_operations, from);
-        if (!placeholder.isThere())
+        source = placeholderOf(_operations, from);
+        if (source.isNil())
             return missing();
-        source = placeholder.url;
-        target = parentOf(to).appendingFile(placeholderNames(to.lastPathComponent())[placeholder.form]);
+        target = placeholderLike(source, from, to);
+        if (target.isNil())
+            return resultOf(std::make_error_code(std::errc::filename_too_long));
     }
     if (isInTheWay(_operations, to, status(source).stamp))
         return alreadyExists();
@@ -276,9 +282,8 @@ FileResult StoreDisk::remove(const FileURL &url) const
         return resultOf(there.error);
     if (there.kind != Kind::Missing)
         return resultOfFinding(_operations.removeFile(url.path()));
-    const Placeholder placeholder(_operations, url);
-    return placeholder.isThere() ? resultOfFinding(_operations.removeFile(placeholder.url.path()))
-                                 : missing();
+    const FileURL placeholder = placeholderOf(_operations, url);
+    return placeholder.isNil() ? missing() : resultOfFinding(_operations.removeFile(placeholder.path()));
 }
 
 bool StoreDisk::isEmptyFolder(const FileURL &directory) const
