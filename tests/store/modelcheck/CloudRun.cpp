@@ -1,0 +1,375 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "store/modelcheck/CloudRun.h"
+
+#include "store/CloudNames.h"
+#include "store/StoreNames.h"
+
+#include <QDirIterator>
+
+namespace cvtamber {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int Steps = 60;
+
+bool isRecord(const QString &place)
+{
+    return place.endsWith(u"/user.txt"_s) || place.endsWith(u"/folder.dat"_s);
+}
+
+} // namespace
+
+CloudRun::CloudRun(quint32 seed)
+    : _bench(seed, StoreRig::Place::Cloud)
+{}
+
+QString CloudRun::run()
+{
+    for (int i = 0; i < Steps; ++i) {
+        step();
+        _bench.someBackgroundWork();
+        if (!_bench.random.oneIn(15) && i + 1 < Steps)
+            continue;
+        const QString fault = faultAtRest();
+        if (!fault.isNull())
+            return fault;
+    }
+    return {};
+}
+
+void CloudRun::step()
+{
+    using Step = void (CloudRun::*)();
+    static const std::vector<Step> steps{
+        &CloudRun::changeUsers, &CloudRun::changeFolders, &CloudRun::changeFiles, &CloudRun::changeFiles,
+        &CloudRun::syncAdds,    &CloudRun::syncAdds,      &CloudRun::syncRemoves, &CloudRun::syncChanges};
+    if (_bench.random.oneIn(3))
+        report(false);
+    else
+        (this->*_bench.random.pick(steps))();
+}
+
+void CloudRun::changeUsers()
+{
+    const auto registries = _bench.registries();
+    const auto from = _bench.random.pick(registries);
+    if (from->users().empty() || _bench.random.oneIn(4)) {
+        from->addUserWithFirstName(u"Anna"_s, u"Berg"_s, _bench.freshText());
+        return tell(u"add user to"_s, _bench.placeOf(from->url()));
+    }
+    const User user = _bench.random.pick(from->users());
+    const QString place = _bench.placeOf(user->url());
+    if (!_bench.isFree(user->url()) || !_bench.random.oneIn(2))
+        return;
+    if (_bench.random.oneIn(3)) {
+        tell(u"delete user"_s, place);
+        _bench.forgiveAll(place);
+        _bench.setDying(place);
+        from->deleteUser(user);
+    } else {
+        tell(u"move user"_s, place);
+        _bench.reserve(place);
+        from->moveUser(user, registries[from == registries[0] ? 1 : 0]);
+    }
+}
+
+void CloudRun::changeFolders()
+{
+    const auto users = _bench.users();
+    if (users.empty())
+        return;
+    const User user = _bench.random.pick(users);
+    if (!_bench.isFree(user->url()))
+        return;
+    if (user->foldersCount() == 0 || _bench.random.oneIn(3)) {
+        user->addFolderWithName(_bench.freshText());
+        return tell(u"add folder to"_s, _bench.placeOf(user->url()));
+    }
+    const auto folder = _bench.random.pick(user->folders());
+    const QString place = _bench.placeOf(folder->url());
+    const User target = _bench.random.pick(users);
+    if (_bench.random.oneIn(2)) {
+        tell(u"delete folder"_s, place);
+        _bench.forgiveAll(place);
+        _bench.setDying(place);
+        user->deleteFolder(folder);
+    } else if (target != user && _bench.isFree(target->url())) {
+        tell(u"move folder"_s, place);
+        _bench.reserve(place);
+        _bench.reserve(_bench.placeOf(target->url()) + u'/' + folder->storageName());
+        user->moveFolder(folder, target);
+    }
+}
+
+void CloudRun::changeFiles()
+{
+    const auto containers = _bench.containers();
+    if (containers.empty())
+        return;
+    const Container container = _bench.random.pick(containers);
+    if (container->files().empty() || _bench.random.oneIn(3))
+        return addFile(container);
+    const File file = _bench.random.pick(container->files());
+    if (!_bench.isFree(file->url()))
+        return;
+    if (!_bench.random.oneIn(3))
+        return renameOrMove(container, file);
+    tell(u"delete"_s, _bench.placeOf(file->url()));
+    _bench.forgive(_bench.textAt(file->url()));
+    _bench.setDying(_bench.placeOf(file->url()));
+    container->deleteFile(file);
+}
+
+void CloudRun::addFile(const Container &container)
+{
+    const QString title = _bench.anyTitle();
+    const QString place = _bench.placeOf(container->url().appendingFile(documentFileName(title)));
+    const QString text = _bench.freshText();
+    tell(u"add"_s, place);
+    container->addFileWithName(title, text, [this, text, place](const FileResult &result) {
+        if (result.ok())
+            _bench.owe(text, place);
+    });
+}
+
+// A move that fails takes the row from the list all the same, so none is asked for that would.
+void CloudRun::renameOrMove(const Container &container, const File &file)
+{
+    const Container target = _bench.random.pick(_bench.containers());
+    if (target == container || _bench.random.oneIn(2)) {
+        const QString title = _bench.anyTitle();
+        tell(u"rename to "_s + title.left(20), _bench.placeOf(file->url()));
+        return container->renameFileAtIndex(container->indexOfFile(file), title);
+    }
+    const FileURL to = target->url().appendingFile(file->name());
+    if (!_bench.isFree(to) || _bench.rig.disk.exists(to) || !_bench.rig.disk.exists(file->url()) ||
+        !_bench.rig.disk.isFolder(target->url()))
+        return;
+    tell(u"move to "_s + _bench.placeOf(to), _bench.placeOf(file->url()));
+    _bench.reserve(_bench.placeOf(file->url()));
+    _bench.reserve(_bench.placeOf(to));
+    container->moveFile(file, target);
+}
+
+void CloudRun::syncAdds()
+{
+    const QString user = anyUserPlace();
+    if (!_bench.isFree(_bench.rig.directory(user)))
+        return;
+    const QString folder = _bench.random.oneIn(2) ? user : QString(user % u'/' % uuid());
+    QStringList places{folder + u'/' + documentFileName(_bench.anyTitle())};
+    if (_bench.random.oneIn(2))
+        places.append(user + u"/user.txt"_s);
+    if (folder != user && !_bench.random.oneIn(3))
+        places.append(folder + u"/folder.dat"_s);
+    if (_bench.random.oneIn(4))
+        places.append(folder + u'/' + conflictCopyName(u"Letter.tamber"_s, 1));
+    for (const QString &place : places) {
+        if (!_bench.textAt(_bench.rig.file(place)).isNull())
+            continue;
+        bring(place, _bench.freshText() + (isRecord(place) ? u"\n\n\n"_s : QString()));
+    }
+}
+
+void CloudRun::bring(const QString &place, const QString &text)
+{
+    tell(u"sync brings"_s, place);
+    _bench.rig.put(place, text.toUtf8());
+    if (!isRecord(place))
+        _bench.owe(text, place);
+    if (_bench.random.oneIn(2))
+        replaceByPlaceholder(place);
+}
+
+void CloudRun::replaceByPlaceholder(const QString &place)
+{
+    const FileURL url = _bench.rig.file(place);
+    const QString name = _bench.random.pick(placeholderNames(url.lastPathComponent()));
+    QFile::rename(url.path(), url.deletingLastPathComponent().appendingFile(name).path());
+}
+
+void CloudRun::syncRemoves()
+{
+    const QStringList all = places();
+    if (all.isEmpty())
+        return;
+    const QString place = _bench.random.pick(all);
+    const FileURL url = _bench.rig.file(place);
+    if (!_bench.isFree(url.deletingLastPathComponent()))
+        return;
+    tell(u"sync removes"_s, place);
+    if (!isRecord(place))
+        _bench.forgive(_bench.textAt(url));
+    download(url);
+    _bench.rig.erase(place);
+}
+
+// What was asked for is downloaded, or anything else; or a newer version is on its way.
+void CloudRun::syncChanges()
+{
+    const auto &asked = _bench.rig.cloud.downloads();
+    const QStringList all = places();
+    if (all.isEmpty())
+        return;
+    const FileURL url = asked.isEmpty() || _bench.random.oneIn(3) ? _bench.rig.file(_bench.random.pick(all))
+                                                                  : _bench.random.pick(asked);
+    const QString place = _bench.placeOf(url);
+    if (!_bench.isFree(url))
+        return;
+    if (!_bench.rig.has(place)) {
+        tell(u"sync downloads"_s, place);
+        return download(url);
+    }
+    tell(u"sync has a newer version of"_s, place);
+    const QString text = _bench.freshText() + (isRecord(place) ? u"\n\n\n"_s : QString());
+    if (place.endsWith(u"/user.txt"_s)) // nobody reads it again
+        return replaceByPlaceholder(place);
+    if (!isRecord(place)) {
+        _bench.forgive(_bench.textAt(url));
+        _bench.owe(text, place);
+    }
+    _bench.rig.put(place, text.toUtf8());
+    replaceByPlaceholder(place);
+}
+
+void CloudRun::download(const FileURL &url)
+{
+    for (const QString &name : placeholderNames(url.lastPathComponent()))
+        QFile::rename(url.deletingLastPathComponent().appendingFile(name).path(), url.path());
+}
+
+QList<MetadataItem> CloudRun::itemsOnDisk()
+{
+    QList<MetadataItem> items;
+    for (const QString &place : places()) {
+        MetadataItem item;
+        item.url = _bench.rig.file(place);
+        item.isDownloaded = _bench.rig.has(place);
+        item.isDownloading = !item.isDownloaded && _bench.random.oneIn(2);
+        item.isUploaded = _bench.random.oneIn(2);
+        item.hasUnresolvedConflicts = isConflictCopy(item.url.lastPathComponent());
+        items.append(item);
+    }
+    return items;
+}
+
+void CloudRun::report(bool isWhole)
+{
+    QList<MetadataItem> &told = _bench.rig.cloud.items();
+    std::set<QString> known;
+    for (const MetadataItem &item : std::as_const(told))
+        known.insert(_bench.placeOf(item.url));
+    QList<MetadataItem> items = itemsOnDisk();
+    if (!isWhole)
+        items.removeIf([&](const MetadataItem &item) {
+            return known.count(_bench.placeOf(item.url)) == 0 && _bench.random.oneIn(3);
+        });
+    _bench.random.shuffle(items);
+    std::set<QString> seen;
+    for (const MetadataItem &item : std::as_const(items)) {
+        const QString place = _bench.placeOf(item.url);
+        if (item.isDownloaded || _seenDownloaded.count(place) != 0)
+            seen.insert(place);
+    }
+    _seenDownloaded = seen;
+    told = items;
+    tell(u"report"_s, QString::number(items.size()));
+    _bench.rig.cloud.gather();
+    _bench.rig.cloud.update();
+}
+
+QStringList CloudRun::places() const
+{
+    QStringList all;
+    QDirIterator files(_bench.rig.root().path(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        const FileURL url = FileURL::file(files.next());
+        const QString real = nameBehindPlaceholder(url.lastPathComponent());
+        if (!isLeftover(url.lastPathComponent()))
+            all.append(
+                _bench.placeOf(real.isNull() ? url : url.deletingLastPathComponent().appendingFile(real)));
+    }
+    all.sort();
+    return all;
+}
+
+QString CloudRun::uuid()
+{
+    const auto digits = u"%1"_s;
+    return u"%1-0000-4000-8000-%2"_s.arg(_bench.random.below(6), 8, 16, QChar(u'0'))
+        .arg(_bench.random.below(2), 12, 16, QChar(u'0'));
+}
+
+QString CloudRun::anyUserPlace()
+{
+    return (_bench.random.oneIn(3) ? u"ArchivedUsers/"_s : u"ActiveUsers/"_s) + uuid();
+}
+
+void CloudRun::tell(const QString &what, const QString &place)
+{
+    _bench.story.append(what % u' ' % place);
+}
+
+StoreListing CloudRun::expected() const
+{
+    StoreListing listing;
+    const auto value = [this](const QString &place) {
+        return _bench.rig.has(place) ? QString::fromUtf8(_bench.rig.bytes(place)) : u"(unreadable)"_s;
+    };
+    for (const MetadataItem &item : std::as_const(const_cast<StoreRig &>(_bench.rig).cloud.items())) {
+        const QString place = _bench.placeOf(item.url);
+        const QString directory = _bench.placeOf(item.url.deletingLastPathComponent());
+        const QString user = place.section(u'/', 0, 1);
+        const bool isInFolder = directory != user;
+        if (_seenDownloaded.count(user + u"/user.txt"_s) == 0 ||
+            (isInFolder && _seenDownloaded.count(directory + u"/folder.dat"_s) == 0))
+            continue;
+        listing.emplace(isRecord(place) ? directory : place, value(place));
+    }
+    return listing;
+}
+
+QString CloudRun::faultInLists(const QString &when)
+{
+    StoreListing found = listingOf(*_bench.storage, _bench.rig.disk);
+    StoreListing wanted = expected();
+    for (auto &[place, text] : wanted) {
+        // A record is not read again for each change, so only its name is compared, and only where it is here.
+        const auto listed = found.find(place);
+        if (listed == found.end() || place.endsWith(u".tamber"_s))
+            continue;
+        const bool isUser = place.count(u'/') == 1;
+        if (isUser || text == u"(unreadable)")
+            text = listed->second;
+        else
+            text = text.section(u'\n', 0, 0);
+    }
+    const QString fault = difference(found, wanted);
+    return fault.isEmpty() ? QString() : QString(when % u":\n" % fault);
+}
+
+QString CloudRun::faultAtRest()
+{
+    _bench.story.append(u"rest"_s);
+    for (int i = 0; i < 3; ++i) {
+        _bench.settleAll();
+        report(true);
+    }
+    _bench.settleAll();
+    _bench.atRest();
+    const QStringList lost = _bench.lostTexts();
+    if (!lost.isEmpty())
+        return u"lost: "_s + lost.join(u", "_s);
+    const QString fault = faultInLists(u"lists, against what was reported"_s);
+    if (!fault.isNull())
+        return fault;
+    _bench.open();
+    _seenDownloaded.clear();
+    report(true);
+    _bench.settleAll();
+    return faultInLists(u"opened anew, against what was reported"_s);
+}
+
+} // namespace cvtamber
