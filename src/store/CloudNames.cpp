@@ -131,6 +131,12 @@ const QRegularExpression &conflictMark()
     return mark;
 }
 
+bool isMarked(QStringView name)
+{
+    const auto match = conflictMark().match(name);
+    return match.hasMatch() && match.capturedStart() > 0;
+}
+
 } // namespace
 
 QString nameBehindPlaceholder(const QString &name)
@@ -162,13 +168,16 @@ bool isConflictCopy(QStringView name)
     // Nearly every name is done with here.
     if (!name.contains(u"onflict"))
         return false;
+    QString matchable;
+    if (!name.isValidUtf16()) {
+        // An expression does not look at a name that is not UTF-8; its odd bytes stand in no mark.
+        matchable = name.toString();
+        std::replace_if(
+            matchable.begin(), matchable.end(), [](QChar unit) { return unit.isSurrogate(); }, QChar(u'?'));
+        name = matchable;
+    }
     const qsizetype dot = name.lastIndexOf(u'.');
-    const QStringView stem = dot > 0 ? name.first(dot) : name;
-    const auto isMarked = [](QStringView part) {
-        const auto match = conflictMark().match(part);
-        return match.hasMatch() && match.capturedStart() > 0;
-    };
-    return isMarked(stem) || isMarked(name);
+    return isMarked(dot > 0 ? name.first(dot) : name) || isMarked(name);
 }
 
 bool isSyncTemporary(QStringView name)
@@ -186,12 +195,13 @@ bool isSyncTemporary(QStringView name)
 QString conflictCopyName(const QString &name, int number)
 {
     const QString mark = number <= 1 ? u" (conflicted copy)"_s : u" (conflicted copy %1)"_s.arg(number);
-    NameParts parts = partsOf(name);
-    // An extension that leaves no room for a name is none.
-    if (nameBytes(mark) + nameBytes(parts.extension) >= MaxNameBytes)
-        parts = {name, {}};
+    const NameParts parts = partsOf(name);
     const QString end = mark % parts.extension;
-    return cutToBytes(parts.stem, MaxNameBytes - nameBytes(end)) % end;
+    const QString stem = cutToBytes(parts.stem, MaxNameBytes - nameBytes(end));
+    // An extension that leaves no room for a name is none.
+    if (stem.isEmpty())
+        return cutToBytes(name, MaxNameBytes - nameBytes(mark)) % mark;
+    return stem % end;
 }
 
 } // namespace cvtamber
