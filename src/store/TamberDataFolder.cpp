@@ -55,8 +55,8 @@ std::shared_ptr<TamberDataFolder> TamberDataFolder::withName(StoreContext &conte
     folder->place(parentURL, folder->_storageName);
     const auto document = folder->_folderDocument;
     document->setInitialName(name);
-    document->saveToURL(document->fileURL(), Document::SaveOperation::ForCreating,
-                        [saving = document.get()](bool) { saving->closeWithCompletionHandler({}); });
+    document->saveToURL(document->fileURL(), Document::SaveOperation::ForCreating, {});
+    document->closeWithCompletionHandler({});
     return folder;
 }
 

@@ -76,7 +76,6 @@ protected:
     void initWithFolder(const QString &folderName, const std::shared_ptr<TamberDiskLocation> &parent);
 
 private:
-    using TamberFilesContainer::setDelegate;
     using FolderHandler = std::function<void(const FolderPointer &)>;
     using FoldersList = ToldList<TamberDataFolder, TamberFoldersContainerDelegate,
                                  &TamberFoldersContainerDelegate::folderAddedAtIndex,

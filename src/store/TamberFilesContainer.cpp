@@ -122,11 +122,11 @@ TamberFilesContainer::addFileWithName(const QString &name, const QString &conten
     }
     file->saveToURL(fileURL, Document::SaveOperation::ForCreating,
                     [document = file.get(), saved = std::move(saved)](bool) {
-                        const FileResult result = document->lastResult();
-                        document->closeWithCompletionHandler({});
                         if (saved)
-                            saved(result);
+                            saved(document->lastResult());
                     });
+    // Asked for now, so that it comes before whatever a screen asks of the document.
+    file->closeWithCompletionHandler({});
     if (!_isUbiquitous)
         listAddedFile(file);
     return file;

@@ -43,7 +43,7 @@ public:
     const std::vector<FilePointer> &files() const { return _files.items(); }
     std::shared_ptr<TamberDiskLocation> parent() const { return _parent.lock(); }
     bool isUbiquitous() const { return _isUbiquitous; }
-    virtual void setDelegate(std::weak_ptr<TamberFilesContainerDelegate> delegate);
+    void setDelegate(std::weak_ptr<TamberFilesContainerDelegate> delegate);
     // The parent's directory with the folder's name; nil when the parent has gone.
     FileURL url() const override;
 

@@ -79,7 +79,7 @@ void tst_ContainerList::listsAsIfSortedEachTime()
     QRandomGenerator random(seed);
     Things list;
     std::vector<ThingPointer> plain;
-    for (int step = 0; step < 3000; ++step) {
+    for (int step = 0; step < 800; ++step) {
         const auto any = plain.empty() ? 0 : static_cast<size_t>(random.bounded(int(plain.size())));
         const int choice = random.bounded(10);
         if (choice < 5 || plain.empty()) {
