@@ -36,6 +36,20 @@ void moveDirectoryToTrash(StoreContext &context, const FileURL &directory)
     context.problems.tell({what, directory, result.message, {}});
 }
 
+void clearNow(StoreContext &context, const FileURL &directory)
+{
+    if (!context.disk.isFolder(directory))
+        return;
+    if (context.disk.isEmptyFolder(directory)) {
+        const FileResult removed = context.disk.remove(directory);
+        if (!removed.ok())
+            context.log.error(loggedURL(directory) + u" - " + removed.message);
+        return;
+    }
+    if (context.disk.list(directory).ok())
+        moveDirectoryToTrash(context, directory);
+}
+
 } // namespace
 
 bool isCertainlyAbsent(const StoreDisk &disk, const FileURL &record)
@@ -53,16 +67,16 @@ bool holdsDocuments(const StoreDisk &disk, const FileURL &directory)
 
 void clearDirectoryWithoutRecord(StoreContext &context, const FileURL &directory)
 {
-    if (!context.disk.isFolder(directory) || context.coordinator.isBusy(directory))
-        return;
-    if (context.disk.isEmptyFolder(directory)) {
-        const FileResult removed = context.disk.remove(directory);
-        if (!removed.ok())
-            context.log.error(loggedURL(directory) + u" - " + removed.message);
+    if (!context.coordinator.isBusy(directory)) {
+        clearNow(context, directory);
         return;
     }
-    if (context.disk.list(directory).ok())
-        moveDirectoryToTrash(context, directory);
+    // What is under way may be the record's first write: this reads after it.
+    const FileURL record = directory.appendingFile(UserRecordName.toString());
+    context.coordinator.read(record, [&context, record, directory](const ReadResult &) {
+        if (isCertainlyAbsent(context.disk, record))
+            clearNow(context, directory);
+    });
 }
 
 } // namespace cvtamber

@@ -19,7 +19,7 @@ bool isCertainlyAbsent(const StoreDisk &disk, const FileURL &record);
 bool holdsDocuments(const StoreDisk &disk, const FileURL &directory);
 
 // Removes a local directory in which nothing is but leftovers of ours, and puts one that holds anything into
-// the trash. One that cannot be read or that work is under way in stays, as does what is no directory.
+// the trash; later, when work is under way in it. One that cannot be read stays, as does what is no directory.
 // StoreProblems hears what became of a directory that held something. Main thread.
 void clearDirectoryWithoutRecord(StoreContext &context, const FileURL &directory);
 
