@@ -45,4 +45,11 @@ TamberUbiquitousItems OrphanedItems::takeWithPathPrefix(const QString &path)
     return taken;
 }
 
+void OrphanedItems::remove(const FileURL &url)
+{
+    const QString path = url.path();
+    for (auto it = _items.lower_bound({path, 0}); it != _items.end() && it->first.first == path;)
+        it = it->second->url() == url ? _items.erase(it) : std::next(it);
+}
+
 } // namespace cvtamber

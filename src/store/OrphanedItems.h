@@ -18,6 +18,8 @@ public:
     TamberUbiquitousItems withPathPrefix(const QString &path) const;
     // As withPathPrefix; they are dropped.
     TamberUbiquitousItems takeWithPathPrefix(const QString &path);
+    // Every item with that URL.
+    void remove(const FileURL &url);
     bool isEmpty() const { return _items.empty(); }
 
 private:

@@ -414,6 +414,12 @@ void TestMonitor::orphansBelowAPath()
     std::reverse(left.begin(), left.end());
     QCOMPARE(paths(orphans.takeWithPathPrefix(u"/"_s)), left);
     QVERIFY(orphans.isEmpty());
+
+    const auto file = FileURL::file(u"/u/B"_s);
+    for (const FileURL &url : {file, FileURL::directory(u"/u/B"_s), file, FileURL::file(u"/u/B2"_s)})
+        orphans.add(std::make_shared<TamberUbiquitousItem>(url));
+    orphans.remove(file);
+    QCOMPARE(paths(orphans.withPathPrefix(u"/"_s)), words("/u/B2, /u/B"));
 }
 
 QTEST_GUILESS_MAIN(TestMonitor)
