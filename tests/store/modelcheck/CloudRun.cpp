@@ -186,8 +186,11 @@ void CloudRun::bring(const QString &place, const QString &text)
 void CloudRun::replaceByPlaceholder(const QString &place)
 {
     const FileURL url = _bench.rig.file(place);
-    const QString name = _bench.random.pick(placeholderNames(url.lastPathComponent()));
-    QFile::rename(url.path(), url.deletingLastPathComponent().appendingFile(name).path());
+    const QStringList names = placeholderNames(url.lastPathComponent());
+    // A name that is as long as a name may be has none.
+    if (!names.isEmpty())
+        QFile::rename(url.path(),
+                      url.deletingLastPathComponent().appendingFile(_bench.random.pick(names)).path());
 }
 
 void CloudRun::syncRemoves()
