@@ -122,7 +122,7 @@ void Document::openWithCompletionHandler(Completion completion)
 void Document::finishOpening(const ReadResult &read)
 {
     Session &session = *_session;
-    session.lastResult = read;
+    session.lastResult = static_cast<const FileResult &>(read);
     if (!read.ok()) {
         const QString refusal =
             read.outcome == FileResult::Outcome::NotDownloaded ? askForDownload() : QString();
@@ -173,7 +173,7 @@ void Document::write(const FileURL &url, SaveOperation operation, const Contents
 void Document::finishWriting(const FileURL &url, quint64 change, Asker asker, const WriteResult &written)
 {
     Session &session = *_session;
-    session.lastResult = written;
+    session.lastResult = static_cast<const FileResult &>(written);
     if (!written.ok()) {
         const bool isRepeated = asker == Asker::Autosave && session.hasSavingError;
         session.hasSavingError = true;

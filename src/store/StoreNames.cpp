@@ -47,7 +47,7 @@ QString characterOfOddBytes(QStringView text, qsizetype at)
         bytes.append(static_cast<char>(text[i].unicode() & 0xFF));
         QStringDecoder decoder(QStringDecoder::Utf8,
                                QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
-        const QString character = decoder.decode(bytes);
+        QString character = decoder.decode(bytes);
         if (!decoder.hasError())
             return character;
     }

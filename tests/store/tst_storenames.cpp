@@ -17,6 +17,68 @@ QString uuidPattern()
     return u"xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx"_s.replace(u'x', u'?');
 }
 
+constexpr const char *ConflictCopies[] = {"Letter (conflicted copy).tamber",
+                                          "Letter (conflicted copy 12).tamber",
+                                          "Letter (conflicted copy 2026-11-23 101500).tamber",
+                                          "Letter (conflicted copy anna 2026-11-23 101500).tamber",
+                                          "Letter (Anna's conflicted copy 2026-11-23).tamber",
+                                          "Letter (Anna\xe2\x80\x99s conflicted copy 2026-11-23 (1)).tamber",
+                                          "Letter (Klaus' conflicted copy 2026-11-23).tamber",
+                                          "Letter (Anna's Conflicted Copy).tamber",
+                                          "Letter_conflict-20180410-093612.tamber",
+                                          "Letter_conflict-anna-20180410-093612.tamber",
+                                          "Letter.sync-conflict-20261123-101500-ABCDEF7.tamber",
+                                          "user.sync-conflict-20161123-101500.txt",
+                                          "README.sync-conflict-20261123-101500-ABCDEF7",
+                                          "Letter (SFConflict anna@example.org 2026-11-23-10-15-00).tamber"};
+constexpr const char *Temporaries[] = {"~syncthing~Letter.tamber.tmp",
+                                       ".syncthing.Letter.tamber.tmp",
+                                       ".Letter.tamber.~1a2b3c4d",
+                                       ".sync_0a1b2c3d4e5f.db",
+                                       ".sync_0a1b2c3d4e5f.db-wal",
+                                       "._sync_0a1b2c3d4e5f.db",
+                                       ".nextcloudsync.log",
+                                       ".owncloudsync.log",
+                                       ".stfolder",
+                                       ".stversions",
+                                       "Letter.tamber.part",
+                                       "Letter.tamber.partial",
+                                       "Letter.tamber.crdownload",
+                                       ".~lock.Letter.tamber#",
+                                       "~$Letter.docx",
+                                       "Letter.TMP",
+                                       ".dropbox.cache",
+                                       ".DS_Store",
+                                       "Desktop.ini",
+                                       "._Letter.tamber",
+                                       ".#Letter.tamber",
+                                       "Letter.tamber~",
+                                       ".Letter.tamber.swp",
+                                       ".cvtamber-1234",
+                                       "Letter.tamber.part.nextcloud",
+                                       ".goutputstream-A1B2C3"};
+constexpr const char *Ordinary[] = {"Letter.tamber",
+                                    "Temp.tamber",
+                                    "My conflict.tamber",
+                                    "My conflicted copy.tamber",
+                                    "user.txt",
+                                    "folder.dat",
+                                    "Letter (copy).tamber",
+                                    "a.tmp.tamber",
+                                    "~$Letter.tamber",
+                                    "~syncthing~.tamber",
+                                    "part.tamber",
+                                    "Conflict (1815-06-18).tamber",
+                                    "Letter (conflict 2026-11-23).tamber",
+                                    ".Letter.tamber.icloud",
+                                    " (conflicted copy).tamber",
+                                    "sync-conflict-20261123-101500.tamber",
+                                    ".hidden",
+                                    "The conflict-2026.tamber",
+                                    "My (conflicted copy) of it.tamber",
+                                    ".sync_notes.db",
+                                    ""};
+
 } // namespace
 
 class tst_storenames : public QObject
@@ -119,67 +181,13 @@ private slots:
     void tellsWhatSyncProgramsMake_data()
     {
         columns<QString, bool, bool>("name", "isConflict", "isTemporary");
-        for (const char *conflict :
-             {"Letter (conflicted copy).tamber", "Letter (conflicted copy 12).tamber",
-              "Letter (conflicted copy 2026-11-23 101500).tamber",
-              "Letter (conflicted copy anna 2026-11-23 101500).tamber",
-              "Letter (Anna's conflicted copy 2026-11-23).tamber",
-              "Letter (Anna\xe2\x80\x99s conflicted copy 2026-11-23 (1)).tamber",
-              "Letter (Klaus' conflicted copy 2026-11-23).tamber", "Letter (Anna's Conflicted Copy).tamber",
-              "Letter_conflict-20180410-093612.tamber", "Letter_conflict-anna-20180410-093612.tamber",
-              "Letter.sync-conflict-20261123-101500-ABCDEF7.tamber", "user.sync-conflict-20161123-101500.txt",
-              "README.sync-conflict-20261123-101500-ABCDEF7",
-              "Letter (SFConflict anna@example.org 2026-11-23-10-15-00).tamber"})
-            row(conflict, QString::fromUtf8(conflict), true, false);
-        for (const char *temporary : {"~syncthing~Letter.tamber.tmp",
-                                      ".syncthing.Letter.tamber.tmp",
-                                      ".Letter.tamber.~1a2b3c4d",
-                                      ".sync_0a1b2c3d4e5f.db",
-                                      ".sync_0a1b2c3d4e5f.db-wal",
-                                      "._sync_0a1b2c3d4e5f.db",
-                                      ".nextcloudsync.log",
-                                      ".owncloudsync.log",
-                                      ".stfolder",
-                                      ".stversions",
-                                      "Letter.tamber.part",
-                                      "Letter.tamber.partial",
-                                      "Letter.tamber.crdownload",
-                                      ".~lock.Letter.tamber#",
-                                      "~$Letter.docx",
-                                      "Letter.TMP",
-                                      ".dropbox.cache",
-                                      ".DS_Store",
-                                      "Desktop.ini",
-                                      "._Letter.tamber",
-                                      ".#Letter.tamber",
-                                      "Letter.tamber~",
-                                      ".Letter.tamber.swp",
-                                      ".cvtamber-1234",
-                                      "Letter.tamber.part.nextcloud",
-                                      ".goutputstream-A1B2C3"})
-            row(temporary, QString::fromUtf8(temporary), false, true);
-        for (const char *ordinary : {"Letter.tamber",
-                                     "Temp.tamber",
-                                     "My conflict.tamber",
-                                     "My conflicted copy.tamber",
-                                     "user.txt",
-                                     "folder.dat",
-                                     "Letter (copy).tamber",
-                                     "a.tmp.tamber",
-                                     "~$Letter.tamber",
-                                     "~syncthing~.tamber",
-                                     "part.tamber",
-                                     "Conflict (1815-06-18).tamber",
-                                     "Letter (conflict 2026-11-23).tamber",
-                                     ".Letter.tamber.icloud",
-                                     " (conflicted copy).tamber",
-                                     "sync-conflict-20261123-101500.tamber",
-                                     ".hidden",
-                                     "The conflict-2026.tamber",
-                                     "My (conflicted copy) of it.tamber",
-                                     ".sync_notes.db",
-                                     ""})
-            row(ordinary, QString::fromUtf8(ordinary), false, false);
+        for (const char *name : ConflictCopies)
+            row(name, QString::fromUtf8(name), true, false);
+        for (const char *name : Temporaries)
+            row(name, QString::fromUtf8(name), false, true);
+        for (const char *name : Ordinary)
+            row(name, QString::fromUtf8(name), false, false);
+        row("not UTF-8", QString(QChar(0xDCFF) % u" (conflicted copy 2).tamber"_s), true, false);
     }
 
     void tellsWhatSyncProgramsMake()
