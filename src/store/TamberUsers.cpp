@@ -191,7 +191,7 @@ TamberUsers::User TamberUsers::loadUserFromFolderAndNotifyDelegate(const QString
 
 TamberUsers::User TamberUsers::openAndNotify(const QString &folderName)
 {
-    const User user = TamberUser::withFolder(_context, folderName, shared_from_this());
+    User user = TamberUser::withFolder(_context, folderName, shared_from_this());
     if (user) {
         addUser(user);
         postUserAddedNotification(user);

@@ -122,7 +122,6 @@ private:
     void loadReportedUser(const QString &folderName);
     void removeReportedUser(const User &user);
     void keepItemsBelow(const FileURL &directory);
-    void forgetOrphan(const Item &item);
     void downloadRecord(const FileURL &record);
 
     StoreContext &_context;

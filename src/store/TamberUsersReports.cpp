@@ -93,7 +93,7 @@ void TamberUsers::takeStep(RegistryStep step, const Report &report)
         break;
     case RegistryStep::ForgetOrphan:
         _context.log.debug(QStringLiteral("ERROR!!!"));
-        forgetOrphan(report.item);
+        _orphanedItems.remove(report.item->url());
         break;
     case RegistryStep::LoadUser:
         loadReportedUser(report.directory.lastPathComponent());
@@ -149,14 +149,6 @@ void TamberUsers::keepItemsBelow(const FileURL &directory)
         if (item->url() != record && item->url().path().startsWith(prefix))
             _orphanedItems.add(item);
     }
-}
-
-void TamberUsers::forgetOrphan(const Item &item)
-{
-    TamberUbiquitousItems others = _orphanedItems.takeWithPathPrefix(item->url().path());
-    std::erase_if(others, [&item](const Item &other) { return other->url() == item->url(); });
-    for (auto it = others.rbegin(); it != others.rend(); ++it)
-        _orphanedItems.add(*it);
 }
 
 void TamberUsers::downloadRecord(const FileURL &record)
