@@ -43,7 +43,7 @@ public:
         storage = TamberStorage::withURL(context, rig.root());
         if (!storage)
             return nullptr;
-        const auto users = storage->activeUsers();
+        auto users = storage->activeUsers();
         users->setDelegate(weak_from_this());
         return users;
     }
