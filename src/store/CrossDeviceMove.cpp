@@ -108,10 +108,12 @@ QString CrossDeviceMove::removeSource()
     };
     for (const CopiedFile &file : _files) {
         const FileStatus now = _operations.status(file.source);
-        if (now.kind != Kind::Missing && now.stamp != file.stamp)
+        if (now.kind == Kind::Missing)
+            continue;
+        if (now.error || now.stamp == file.stamp)
+            note(now.error ? now.error : _operations.removeFile(file.source));
+        else
             first = QStringLiteral("another program has changed it");
-        else if (now.kind != Kind::Missing)
-            note(_operations.removeFile(file.source));
     }
     for (auto folder = _folders.rbegin(); folder != _folders.rend(); ++folder) {
         QList<FolderEntry> entries;

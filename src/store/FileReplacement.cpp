@@ -100,7 +100,7 @@ std::error_code FileReplacement::keepWhatCameOut(HiddenFile &file)
     const FileStatus out = _operations.status(file.path());
     if (out.kind == Kind::File && out.stamp == _known)
         return {};
-    std::error_code error = std::make_error_code(std::errc::invalid_argument);
+    std::error_code error = out.error ? out.error : std::make_error_code(std::errc::invalid_argument);
     if (out.kind == Kind::File)
         error = withFreeName([&](const QString &path) { return file.moveToNewName(path); });
     // What has no other name goes back to its own, or else stays where it is.
@@ -130,10 +130,11 @@ std::error_code FileReplacement::keepWhatStandsThere()
 std::error_code FileReplacement::linkToFreeName()
 {
     return withFreeName([this](const QString &path) {
-        const std::error_code error = _operations.link(_path, path);
-        if (!error)
-            _known = _operations.status(path).stamp;
-        return error;
+        if (const std::error_code error = _operations.link(_path, path))
+            return error;
+        const FileStatus linked = _operations.status(path);
+        _known = linked.stamp;
+        return linked.error;
     });
 }
 

@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 namespace cvtamber {
 
@@ -31,11 +32,6 @@ using Outcome = FileResult::Outcome;
 
 constexpr qint64 NanosecondsPerMillisecond = 1000000;
 constexpr qint64 LeftoverAge = qint64{60} * 60 * 1000 * NanosecondsPerMillisecond;
-
-FileResult alreadyExists()
-{
-    return resultOf(std::make_error_code(std::errc::file_exists));
-}
 
 FileResult missing()
 {
@@ -85,24 +81,22 @@ FileURL placeholderLike(const FileURL &placeholder, const FileURL &item, const F
                : FileURL();
 }
 
-bool isSureToExist(FileOperations &operations, const FileURL &url)
-{
-    const Kind kind = operations.status(url.path()).kind;
-    return (kind != Kind::Missing && kind != Kind::Unknown) || !placeholderOf(operations, url).isNil();
-}
-
-// Something else than the source has the name, or a placeholder's of it. The source itself is found there
-// where only the letter case of its name is to change.
-bool isInTheWay(FileOperations &operations, const FileURL &url, const FileStamp &source)
+// No error when neither the item nor a placeholder of it is there. One that is the source of a move itself is
+// not in the way: only the letter case of its name is to change.
+std::error_code whyNotFree(FileOperations &operations, const FileURL &url, const FileStamp &source = {})
 {
     QStringList names = placeholderNames(url.lastPathComponent());
-    names.append(url.lastPathComponent());
-    return std::any_of(names.cbegin(), names.cend(), [&](const QString &name) {
+    names.prepend(url.lastPathComponent());
+    for (const QString &name : std::as_const(names)) {
         const FileStatus there = operations.status(parentOf(url).appendingFile(name).path());
-        const bool isSource = there.stamp.inode != 0 && there.stamp.device == source.device &&
-                              there.stamp.inode == source.inode;
-        return there.kind != Kind::Missing && there.kind != Kind::Unknown && !isSource;
-    });
+        const bool isSource =
+            source.inode != 0 && there.stamp.device == source.device && there.stamp.inode == source.inode;
+        if (there.kind == Kind::Unknown)
+            return there.error;
+        if (there.kind != Kind::Missing && !isSource)
+            return std::make_error_code(std::errc::file_exists);
+    }
+    return {};
 }
 
 FileResult removeFolder(FileOperations &operations, const FileURL &url)
@@ -168,8 +162,8 @@ WriteResult StoreDisk::create(const FileURL &url, const QByteArray &bytes) const
     WriteResult result;
     FileResult &outcome = result;
     outcome = refusal(_operations, url);
-    if (outcome.ok() && isSureToExist(_operations, url))
-        outcome = alreadyExists();
+    if (outcome.ok())
+        outcome = resultOf(whyNotFree(_operations, url));
     if (!outcome.ok())
         return result;
     const QString folder = parentOf(url).path();
@@ -221,19 +215,22 @@ FileResult StoreDisk::makeFolder(const FileURL &directory) const
 FileResult StoreDisk::makeFolders(const FileURL &directory) const
 {
     std::vector<FileURL> toMake;
-    FileURL next = directory;
-    while (!next.isNil() && status(next).kind == Kind::Missing && next != parentOf(next)) {
+    FileStatus there = status(directory);
+    for (FileURL next = directory; there.kind == Kind::Missing && next != parentOf(next);) {
         toMake.push_back(next);
         next = parentOf(next);
+        there = status(next);
     }
+    if (there.error)
+        return resultOf(there.error);
     for (auto folder = toMake.rbegin(); folder != toMake.rend(); ++folder) {
         const FileResult made = makeFolder(*folder);
         if (!made.ok() && made.outcome != Outcome::AlreadyExists)
             return made;
     }
-    if (isFolder(directory))
+    there = status(directory);
+    if (there.kind == Kind::Folder)
         return {};
-    const FileStatus there = status(directory);
     return there.error ? resultOf(there.error) : failedBecause(QStringLiteral("it is not a folder"));
 }
 
@@ -254,9 +251,9 @@ FileResult StoreDisk::move(const FileURL &from, const FileURL &to) const
         if (target.isNil())
             return resultOf(std::make_error_code(std::errc::filename_too_long));
     }
-    if (isInTheWay(_operations, to, status(source).stamp))
-        return alreadyExists();
-    const std::error_code error = _operations.renameToNewName(source.path(), target.path());
+    std::error_code error = whyNotFree(_operations, to, status(source).stamp);
+    if (!error)
+        error = _operations.renameToNewName(source.path(), target.path());
     if (error == std::errc::cross_device_link)
         return CrossDeviceMove(_operations, source, target).run();
     if (error)
