@@ -65,5 +65,7 @@ private:
 
 template<> struct std::hash<cvtamber::FileURL>
 {
-    size_t operator()(const cvtamber::FileURL &url) const noexcept { return qHash(url); }
+    // Without noexcept, which would tell the standard containers that hashing two texts is cheap enough to be
+    // done again at each step.
+    size_t operator()(const cvtamber::FileURL &url) const { return qHash(url); }
 };
