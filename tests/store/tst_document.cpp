@@ -190,6 +190,7 @@ private slots:
         QCOMPARE(rig.files.requests().size(), size_t(1));
         QCOMPARE(rig.told->count(What::Save), 1);
         QVERIFY(rig.document->hasUnsavedChanges());
+        QCOMPARE(rig.loop.pendingCalls(), size_t(0));
     }
 
     void worksInTheOrderAsked()
