@@ -36,7 +36,7 @@ CloudStep stepFor(CloudReport report, const ReportedItem &item)
     case CloudReport::Deleted:
         if (item.isDirectChild)
             return CloudStep::UnlistDocument;
-        return item.isFolderListed ? CloudStep::HandToFolder : CloudStep::Nothing;
+        return item.isFolderListed ? CloudStep::HandToFolder : CloudStep::ForgetOrphan;
     case CloudReport::Downloaded:
     case CloudReport::DownloadedAgain:
         break;

@@ -30,6 +30,8 @@ enum class CloudStep {
     HandToFolder,
     // Until its folder is listed.
     KeepAsOrphan,
+    // It was deleted before its folder came.
+    ForgetOrphan,
     OpenFolder,
     // Or forget that it is being opened.
     UnlistFolder,

@@ -70,7 +70,7 @@ void ContainerDisk::removeDocument(const std::shared_ptr<Document> &document, Fi
 }
 
 void ContainerDisk::move(const FileURL &from, const FileURL &to, const DocumentGroup &documents,
-                         FileCompletion completion) const
+                         const FileCompletion &completion) const
 {
     moveSettled(
         _context, from, documents,
@@ -81,7 +81,7 @@ void ContainerDisk::move(const FileURL &from, const FileURL &to, const DocumentG
 }
 
 void ContainerDisk::moveQuietly(const FileURL &from, const FileURL &to, const DocumentGroup &documents,
-                                FileCompletion completion) const
+                                const FileCompletion &completion) const
 {
     moveSettled(
         _context, from, documents,
@@ -92,11 +92,11 @@ void ContainerDisk::moveQuietly(const FileURL &from, const FileURL &to, const Do
 }
 
 void ContainerDisk::moveAtOnce(const FileURL &from, const FileURL &to, const DocumentGroup &documents,
-                               FileCompletion completion) const
+                               const FileCompletion &completion) const
 {
     const bool isBusy = _context.coordinator.isBusy(from) || _context.coordinator.isBusy(to);
     if (isBusy || std::any_of(documents.begin(), documents.end(), &mustSettleFirst)) {
-        moveQuietly(from, to, documents, std::move(completion));
+        moveQuietly(from, to, documents, completion);
         return;
     }
     // Closing has nothing to write here; it only ends what the old document could still write later.
@@ -141,7 +141,7 @@ FileURL ContainerDisk::makeUniqueFolder(const FileURL &parent) const
 {
     FileResult result = _context.disk.makeFolders(parent);
     while (result.ok() || result.outcome == Outcome::AlreadyExists) {
-        const FileURL folder = parent.appendingDirectory(freshUuidName());
+        FileURL folder = parent.appendingDirectory(freshUuidName());
         result = _context.disk.makeFolder(folder);
         if (result.ok())
             return folder;

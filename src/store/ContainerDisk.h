@@ -28,14 +28,14 @@ public:
     // A file, or a folder with the documents in it: in the background, once they have saved and closed. When one
     // cannot be saved nothing is moved.
     void move(const FileURL &from, const FileURL &to, const DocumentGroup &documents,
-              FileCompletion completion) const;
+              const FileCompletion &completion) const;
     // The same without the log lines of a coordinated move.
     void moveQuietly(const FileURL &from, const FileURL &to, const DocumentGroup &documents,
-                     FileCompletion completion) const;
+                     const FileCompletion &completion) const;
     // Inside the call, unless something else is at work on either place or a document is not saved yet: then as
     // moveQuietly.
     void moveAtOnce(const FileURL &from, const FileURL &to, const DocumentGroup &documents,
-                    FileCompletion completion) const;
+                    const FileCompletion &completion) const;
 
     // Removes every document in the directory, also those that only a placeholder stands for, at once
     // and without a word about failures.

@@ -39,7 +39,7 @@ FileURL TamberDataFolder::url() const
 
 FileURL TamberDataFolder::makeUniqueURL()
 {
-    const FileURL folder = ContainerDisk(context()).makeUniqueFolder(_parentURL);
+    FileURL folder = ContainerDisk(context()).makeUniqueFolder(_parentURL);
     _storageName = folder.lastPathComponent();
     return folder;
 }

@@ -104,7 +104,7 @@ void TamberFilesAndFoldersContainer::scanFolders()
 TamberFilesAndFoldersContainer::FolderPointer
 TamberFilesAndFoldersContainer::addFolderWithName(const QString &name)
 {
-    const FolderPointer folder = TamberDataFolder::withName(context(), name, url());
+    FolderPointer folder = TamberDataFolder::withName(context(), name, url());
     if (!folder)
         return nullptr;
     folder->setUser(self());
@@ -163,9 +163,16 @@ void TamberFilesAndFoldersContainer::finishMovingFolder(
 
 void TamberFilesAndFoldersContainer::loadLocalFolderWithUrl(const FileURL &url)
 {
-    openFolder(url.lastPathComponent(), [container = self()](const FolderPointer &folder) {
-        container->_folders.insertAndTell(folder);
-    });
+    if (!isUbiquitous()) {
+        openFolder(url.lastPathComponent(), [container = self()](const FolderPointer &folder) {
+            container->_folders.insertAndTell(folder);
+        });
+        return;
+    }
+    // The cloud may report the folder and what is in it before or after.
+    const FileURL folderURL = this->url().appendingDirectory(url.lastPathComponent());
+    if (_folders.indexOfURL(folderURL) == NotFound && !_foldersBeingOpened.contains(folderURL))
+        openReportedFolder(folderURL.lastPathComponent());
 }
 
 QString TamberFilesAndFoldersContainer::uniqueUserFolderName(const StoreContext &context,
@@ -185,17 +192,18 @@ void TamberFilesAndFoldersContainer::deleteStorageWithCompletion(StorageCompleti
 
 void TamberFilesAndFoldersContainer::deleteFolders(const StorageCompletion &completion)
 {
-    const std::vector<FolderPointer> folders = _folders.items();
-    if (folders.empty()) {
+    if (_folders.isEmpty()) {
         if (isUbiquitous())
             ContainerDisk(context()).removeStrayFolderRecords(url());
         if (completion)
             completion(true);
         return;
     }
+    // From the last to the first.
+    const std::vector<FolderPointer> folders(_folders.items().rbegin(), _folders.items().rend());
     const auto remaining = std::make_shared<size_t>(folders.size());
-    for (auto folder = folders.rbegin(); folder != folders.rend(); ++folder)
-        (*folder)->deleteStorageWithCompletion([container = self(), completion, remaining](bool success) {
+    for (const FolderPointer &folder : folders)
+        folder->deleteStorageWithCompletion([container = self(), completion, remaining](bool success) {
             FoldersList &list = container->_folders;
             if (!list.isEmpty())
                 list.removeAt(list.size() - 1);

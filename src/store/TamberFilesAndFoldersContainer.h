@@ -84,6 +84,8 @@ private:
     std::shared_ptr<TamberFilesAndFoldersContainer> self();
     // The handler runs once the record has been read.
     FolderPointer openFolder(const QString &folderName, FolderHandler opened);
+    // The same, and the folder is listed then, with the orphans that wait for it.
+    void openReportedFolder(const QString &folderName);
     void listReportedFolder(const FolderPointer &folder);
     void unlistFolder(const FileURL &folderURL);
     void reloadFolder(const FolderPointer &folder);

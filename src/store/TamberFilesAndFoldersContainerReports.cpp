@@ -12,11 +12,14 @@ namespace cvtamber {
 
 void TamberFilesAndFoldersContainer::folderAddedWithFileURL(const FileURL &url)
 {
-    const FileURL folderURL = url.deletingLastPathComponent();
-    const FolderPointer folder =
-        openFolder(folderURL.lastPathComponent(), [container = self()](const FolderPointer &opened) {
-            container->listReportedFolder(opened);
-        });
+    openReportedFolder(url.deletingLastPathComponent().lastPathComponent());
+}
+
+void TamberFilesAndFoldersContainer::openReportedFolder(const QString &folderName)
+{
+    const FolderPointer folder = openFolder(folderName, [container = self()](const FolderPointer &opened) {
+        container->listReportedFolder(opened);
+    });
     _foldersBeingOpened.emplace(folder->url(), folder.get());
 }
 
@@ -44,8 +47,12 @@ void TamberFilesAndFoldersContainer::unlistFolder(const FileURL &folderURL)
 {
     _foldersBeingOpened.erase(folderURL);
     const FolderPointer folder = folderAtIndex(_folders.indexOfURL(folderURL));
-    if (folder)
-        _folders.removeAndTell(folder.get());
+    if (!folder)
+        return;
+    // They are not reported a second time, and the record may come back.
+    for (const FilePointer &file : folder->files())
+        _orphanedItems.add(std::make_shared<TamberUbiquitousItem>(file->url()));
+    _folders.removeAndTell(folder.get());
 }
 
 void TamberFilesAndFoldersContainer::reloadFolder(const FolderPointer &folder)
@@ -98,6 +105,9 @@ void TamberFilesAndFoldersContainer::handleReport(CloudReport report, const Item
         break;
     case CloudStep::KeepAsOrphan:
         _orphanedItems.add(item);
+        break;
+    case CloudStep::ForgetOrphan:
+        _orphanedItems.remove(item->url());
         break;
     case CloudStep::OpenFolder:
         folderAddedWithFileURL(item->url());

@@ -114,7 +114,7 @@ TamberFilesContainer::addFileWithName(const QString &name, const QString &conten
     _context.log.info(
         u"-(TamberDocument*)addFileWithName:(NSString*)name andTextContent:(NSString*)content"_s);
     const FileURL fileURL = url().appendingFile(documentFileName(name));
-    const auto file = std::make_shared<TamberDocument>(_context, fileURL);
+    auto file = std::make_shared<TamberDocument>(_context, fileURL);
     file->setText(content);
     if (fileURL.isNil()) {
         refuseSaving(_context, std::move(saved));
@@ -211,7 +211,9 @@ void TamberFilesContainer::moveFile(const FilePointer &file,
 void TamberFilesContainer::loadFileWithFilename(const QString &fileName)
 {
     const FileURL fileURL = url().appendingFile(fileName);
-    if (!fileURL.isNil())
+    // The cloud may have reported it already.
+    const bool isListed = _isUbiquitous && _files.indexOfURL(fileURL) != NotFound;
+    if (!fileURL.isNil() && !isListed)
         _files.insertAndTell(std::make_shared<TamberDocument>(_context, fileURL));
 }
 

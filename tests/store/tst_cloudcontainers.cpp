@@ -20,7 +20,11 @@ struct CloudBench : ContainerBench
 
     TamberFilesContainer::Item item(const QString &path, bool isDownloaded = true) const
     {
-        auto item = std::make_shared<TamberUbiquitousItem>(rig.file(u"one/" + path));
+        return itemOf(u"one/" + path, isDownloaded);
+    }
+    TamberFilesContainer::Item itemOf(const QString &path, bool isDownloaded = true) const
+    {
+        auto item = std::make_shared<TamberUbiquitousItem>(rig.file(path));
         item->setState(isDownloaded ? TamberUbiquitousItem::Downloaded : 0);
         return item;
     }
@@ -43,6 +47,8 @@ private slots:
     void changesItsListsOnlyByReports();
     void listsReportsInOrder();
     void handsOrphansToTheirFolder();
+    void movesTheSameWhetherReportedBeforeOrAfter_data();
+    void movesTheSameWhetherReportedBeforeOrAfter();
     void opensAFolderOnceItIsHere();
     void forgetsAFolderThatGoesWhileItIsOpened();
     void tellsOfAReloadWhereTheFolderIsNow();
@@ -99,8 +105,9 @@ void tst_CloudContainers::handsOrphansToTheirFolder()
 {
     CloudBench bench;
     bench.putRecord("Maths\nold\n");
-    for (const QString &name : {u"b"_qs, u"a"_qs})
+    for (const QString &name : {u"b"_qs, u"gone"_qs, u"a"_qs})
         bench.box->ubiquotusItemAdded(bench.item(Folder + u'/' + name + u".tamber"));
+    bench.box->ubiquotusItemDeleted(bench.item(Folder + u"/gone.tamber"));
     bench.box->ubiquotusItemAdded(bench.record());
     bench.box->ubiquotusItemAdded(bench.record());
     bench.rig.settle();
@@ -115,6 +122,50 @@ void tst_CloudContainers::handsOrphansToTheirFolder()
     QCOMPARE(bench.box->files().size(), 0U);
     bench.box->ubiquotusItemDeleted(bench.record());
     QCOMPARE(bench.delegate->take(), u"[-0]"_qs);
+    // A record that is only replaced: the documents are not reported again.
+    bench.box->ubiquotusItemAdded(bench.record());
+    bench.rig.settle();
+    QCOMPARE(ContainerBench::names(*bench.box->folderAtIndex(0)),
+             QStringList({u"b.tamber"_qs, u"c.tamber"_qs}));
+}
+
+void tst_CloudContainers::movesTheSameWhetherReportedBeforeOrAfter_data()
+{
+    QTest::addColumn<bool>("isReportedFirst");
+    QTest::newRow("reported after") << false;
+    QTest::newRow("reported before") << true;
+}
+
+void tst_CloudContainers::movesTheSameWhetherReportedBeforeOrAfter()
+{
+    QFETCH(bool, isReportedFirst);
+    CloudBench bench;
+    bench.putRecord("Maths\n");
+    bench.rig.put(u"one/" + Folder + u"/a.tamber", "text");
+    bench.rig.put(u"one/b.tamber"_qs, "text");
+    const QStringList paths{Folder + u"/a.tamber", Folder + u"/folder.dat", u"b.tamber"_qs};
+    for (const QString &path : paths)
+        bench.box->ubiquotusItemAdded(bench.item(path));
+    bench.rig.settle();
+    const auto other = bench.open(u"two"_qs);
+    const auto report = [&] {
+        for (const QString &path : paths) {
+            bench.box->ubiquotusItemDeleted(bench.item(path));
+            other->ubiquotusItemAdded(bench.itemOf(u"two/" + path));
+        }
+    };
+    bench.box->moveFile(bench.box->files().front(), other);
+    bench.box->moveFolder(bench.box->folderAtIndex(0), other);
+    if (isReportedFirst)
+        report();
+    bench.rig.settle();
+    if (!isReportedFirst)
+        report();
+    bench.rig.settle();
+    QVERIFY(bench.box->files().empty() && bench.box->folders().empty());
+    QCOMPARE(ContainerBench::names(*other), QStringList({u"b.tamber"_qs}));
+    QCOMPARE(ContainerBench::folderNames(*other), QStringList({u"Maths"_qs}));
+    QCOMPARE(ContainerBench::names(*other->folderAtIndex(0)), QStringList({u"a.tamber"_qs}));
 }
 
 void tst_CloudContainers::opensAFolderOnceItIsHere()

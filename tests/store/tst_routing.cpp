@@ -44,7 +44,7 @@ void tst_Routing::step_data()
     row("while its folder is being opened", Report::Added, u"do"_s, Step::KeepAsOrphan);
     row("a document has gone", Report::Deleted, u"c"_s, Step::UnlistDocument);
     row("gone from a folder", Report::Deleted, u"l"_s, Step::HandToFolder);
-    row("gone from an unknown folder", Report::Deleted, QString(), Step::Nothing);
+    row("gone from an unknown folder", Report::Deleted, QString(), Step::ForgetOrphan);
     row("a document's bytes", Report::Downloaded, u"dc"_s, Step::Nothing);
     row("bytes before its folder", Report::Downloaded, u"d"_s, Step::Nothing);
     row("newer bytes in a folder", Report::DownloadedAgain, u"dl"_s, Step::Nothing);
