@@ -146,6 +146,11 @@ QList<MetadataItem> &ScriptedCloud::items()
     return _shared->items;
 }
 
+const QList<MetadataItem> &ScriptedCloud::items() const
+{
+    return _shared->items;
+}
+
 void ScriptedCloud::gather()
 {
     _shared->report(false);

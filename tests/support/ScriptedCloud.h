@@ -25,6 +25,7 @@ public:
     void removeItem(const FileURL &url);
     // In the order in which they are reported.
     QList<MetadataItem> &items();
+    const QList<MetadataItem> &items() const;
     // Tells the started queries that have not gathered yet; then those that have.
     void gather();
     void update();

@@ -32,7 +32,7 @@ QString CloudRun::run()
         _bench.someBackgroundWork();
         if (!_bench.random.oneIn(15) && i + 1 < Steps)
             continue;
-        const QString fault = faultAtRest();
+        QString fault = faultAtRest();
         if (!fault.isNull())
             return fault;
     }
@@ -300,7 +300,6 @@ QStringList CloudRun::places() const
 
 QString CloudRun::uuid()
 {
-    const auto digits = u"%1"_s;
     return u"%1-0000-4000-8000-%2"_s.arg(_bench.random.below(6), 8, 16, QChar(u'0'))
         .arg(_bench.random.below(2), 12, 16, QChar(u'0'));
 }
@@ -321,7 +320,7 @@ StoreListing CloudRun::expected() const
     const auto value = [this](const QString &place) {
         return _bench.rig.has(place) ? QString::fromUtf8(_bench.rig.bytes(place)) : u"(unreadable)"_s;
     };
-    for (const MetadataItem &item : std::as_const(const_cast<StoreRig &>(_bench.rig).cloud.items())) {
+    for (const MetadataItem &item : _bench.rig.cloud.items()) {
         const QString place = _bench.placeOf(item.url);
         const QString directory = _bench.placeOf(item.url.deletingLastPathComponent());
         const QString user = place.section(u'/', 0, 1);
@@ -365,7 +364,7 @@ QString CloudRun::faultAtRest()
     const QStringList lost = _bench.lostTexts();
     if (!lost.isEmpty())
         return u"lost: "_s + lost.join(u", "_s);
-    const QString fault = faultInLists(u"lists, against what was reported"_s);
+    QString fault = faultInLists(u"lists, against what was reported"_s);
     if (!fault.isNull())
         return fault;
     _bench.open();

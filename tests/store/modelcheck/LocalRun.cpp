@@ -38,7 +38,7 @@ QString LocalRun::run()
             disturb();
         if (!_bench.random.oneIn(12) && i + 1 < Steps)
             continue;
-        const QString fault = faultAtRest();
+        QString fault = faultAtRest();
         if (!fault.isNull())
             return fault;
     }

@@ -34,17 +34,17 @@ const QStringList &titles()
     return list;
 }
 
+bool touchesAny(const QStringList &places, const QString &place)
+{
+    return std::any_of(places.begin(), places.end(),
+                       [&](const QString &one) { return isBelow(place, one) || isBelow(one, place); });
+}
+
 } // namespace
 
 bool isBelow(const QString &place, const QString &other)
 {
     return place == other || place.startsWith(other + u'/');
-}
-
-static bool touchesAny(const QStringList &places, const QString &place)
-{
-    return std::any_of(places.begin(), places.end(),
-                       [&](const QString &one) { return isBelow(place, one) || isBelow(one, place); });
 }
 
 StoreBench::StoreBench(quint32 seed, StoreRig::Place place)
