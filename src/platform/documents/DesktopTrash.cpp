@@ -3,7 +3,10 @@
 
 #include "store/StoreDisk.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
 
 #include <utility>
 
@@ -12,6 +15,18 @@ namespace cvtamber {
 using Outcome = FileResult::Outcome;
 
 namespace {
+
+// Where the person's trash cannot be made, Qt 6.4 moves the item to a folder "files" in the current one.
+bool isDesktopTrashThere()
+{
+#if defined(Q_OS_UNIX) && !defined(Q_OS_DARWIN)
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    const QString trash = data + QStringLiteral("/Trash");
+    return !data.isEmpty() && QDir().mkpath(trash) && QFileInfo(trash).isWritable();
+#else
+    return true;
+#endif
+}
 
 constexpr int MostNames = 10000;
 
@@ -36,7 +51,7 @@ FileResult DesktopTrash::moveToTrash(const FileURL &url)
     const QString path = url.path();
     // Qt would take a name with odd bytes for another one.
     const bool isQtName = path.isValidUtf16() && _disk.status(url).kind != FileStatus::Kind::Missing;
-    if (isQtName && QFile::moveToTrash(path))
+    if (isQtName && isDesktopTrashThere() && QFile::moveToTrash(path))
         return {};
     return moveToRecoveredFolder(url);
 }
