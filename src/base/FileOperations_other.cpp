@@ -22,7 +22,7 @@ namespace fs = std::filesystem;
 using Kind = FileStatus::Kind;
 
 // A text that is larger than this is none.
-constexpr qint64 LargestFile = 512 * 1024 * 1024;
+constexpr qint64 LargestFile = qint64{512} * 1024 * 1024;
 
 fs::path pathOf(const QString &path)
 {

@@ -5,6 +5,7 @@
 #include "base/PathBytes.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -23,7 +24,7 @@ using Kind = FileStatus::Kind;
 using Stat = struct stat;
 
 // A text that is larger than this is none, and would not fit into memory on a phone.
-constexpr off_t LargestFile = 512 * 1024 * 1024;
+constexpr off_t LargestFile = off_t{512} * 1024 * 1024;
 
 std::error_code errorOf(int number)
 {
@@ -37,7 +38,9 @@ std::error_code resultOf(int returned)
 
 bool isUnsupported(int number)
 {
-    return number == EINVAL || number == ENOSYS || number == ENOTSUP || number == EOPNOTSUPP;
+    // ENOTSUP and EOPNOTSUPP are one number on Linux only.
+    constexpr std::array numbers{EINVAL, ENOSYS, ENOTSUP, EOPNOTSUPP};
+    return std::find(numbers.begin(), numbers.end(), number) != numbers.end();
 }
 
 std::error_code supportedResultOf(int returned)

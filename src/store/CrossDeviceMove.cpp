@@ -91,8 +91,8 @@ std::error_code CrossDeviceMove::copyFile(const QString &source, const QString &
 
 std::error_code CrossDeviceMove::syncFolders()
 {
-    for (auto folder = _folders.rbegin(); folder != _folders.rend(); ++folder) {
-        const QString copied = _hiddenPath % QStringView(*folder).sliced(_from.pathLength());
+    for (size_t i = _folders.size(); i-- > 0;) {
+        const QString copied = _hiddenPath % QStringView(_folders[i]).sliced(_from.pathLength());
         if (const std::error_code error = _operations.syncFolder(copied))
             return error;
     }
@@ -115,14 +115,15 @@ QString CrossDeviceMove::removeSource()
         else
             first = QStringLiteral("another program has changed it");
     }
-    for (auto folder = _folders.rbegin(); folder != _folders.rend(); ++folder) {
+    for (size_t i = _folders.size(); i-- > 0;) {
+        const QString &folder = _folders[i];
         QList<FolderEntry> entries;
-        note(_operations.list(*folder, entries));
+        note(_operations.list(folder, entries));
         for (const FolderEntry &entry : entries) {
             if (isLeftover(entry.name))
-                note(DiskTree(_operations, *folder % u'/' % entry.name).remove());
+                note(DiskTree(_operations, folder % u'/' % entry.name).remove());
         }
-        note(_operations.removeFolder(*folder));
+        note(_operations.removeFolder(folder));
     }
     return first;
 }

@@ -40,9 +40,10 @@ qint64 DiskTree::latestChange() const
 std::error_code DiskTree::remove() const
 {
     std::error_code first;
-    for (auto item = _items.rbegin(); item != _items.rend(); ++item) {
-        const std::error_code error = item->status.kind == Kind::Folder ? _operations.removeFolder(item->path)
-                                                                        : _operations.removeFile(item->path);
+    for (size_t i = _items.size(); i-- > 0;) {
+        const Item &item = _items[i];
+        const std::error_code error = item.status.kind == Kind::Folder ? _operations.removeFolder(item.path)
+                                                                       : _operations.removeFile(item.path);
         if (error && error != std::errc::no_such_file_or_directory && !first)
             first = error;
     }

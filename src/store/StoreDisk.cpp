@@ -63,7 +63,7 @@ FileURL placeholderOf(FileOperations &operations, const FileURL &item)
 {
     const QStringList names = placeholderNames(item.lastPathComponent());
     for (const QString &name : names) {
-        const FileURL url = parentOf(item).appendingFile(name);
+        FileURL url = parentOf(item).appendingFile(name);
         if (operations.status(url.path()).kind != Kind::Missing)
             return url;
     }
@@ -203,7 +203,7 @@ WriteResult StoreDisk::replace(const FileURL &url, const QByteArray &bytes, cons
 
 FileResult StoreDisk::makeFolder(const FileURL &directory) const
 {
-    const FileResult refused = refusal(_operations, directory);
+    FileResult refused = refusal(_operations, directory);
     if (!refused.ok())
         return refused;
     if (const std::error_code error = _operations.makeFolder(directory.path()))
@@ -223,8 +223,8 @@ FileResult StoreDisk::makeFolders(const FileURL &directory) const
     }
     if (there.error)
         return resultOf(there.error);
-    for (auto folder = toMake.rbegin(); folder != toMake.rend(); ++folder) {
-        const FileResult made = makeFolder(*folder);
+    for (size_t i = toMake.size(); i-- > 0;) {
+        FileResult made = makeFolder(toMake[i]);
         if (!made.ok() && made.outcome != Outcome::AlreadyExists)
             return made;
     }
@@ -237,7 +237,7 @@ FileResult StoreDisk::makeFolders(const FileURL &directory) const
 FileResult StoreDisk::move(const FileURL &from, const FileURL &to) const
 {
     for (const FileURL &url : {from, to}) {
-        const FileResult refused = refusal(_operations, url);
+        FileResult refused = refusal(_operations, url);
         if (!refused.ok())
             return refused;
     }
@@ -269,7 +269,7 @@ FileResult StoreDisk::move(const FileURL &from, const FileURL &to) const
 
 FileResult StoreDisk::remove(const FileURL &url) const
 {
-    const FileResult refused = refusal(_operations, url);
+    FileResult refused = refusal(_operations, url);
     if (!refused.ok())
         return refused;
     const FileStatus there = status(url);
@@ -310,7 +310,7 @@ StoreDisk::Walk StoreDisk::walk(const FileURL &directory) const
                 static_cast<FileResult &>(listing) = resultOf(std::make_error_code(std::errc::io_error));
         }
         if (result.ok() && !isGone)
-            static_cast<FileResult &>(result) = listing;
+            static_cast<FileResult &>(result) = static_cast<const FileResult &>(listing);
     }
     return result;
 }

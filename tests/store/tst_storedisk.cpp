@@ -239,18 +239,18 @@ private slots:
             QCOMPARE(_disk.replace(url(name), New, {}, OtherVersion::Replace).outcome, Outcome::Failed);
             QCOMPARE(_disk.create(url(name), New).outcome, Outcome::AlreadyExists);
         }
-        const QList<FileResult> refused{
-            _disk.create(url(u"link/b"_s), New),
-            _disk.replace(url(u"link/a"_s), New, stampOf(u"real/a"_s), OtherVersion::Replace),
-            _disk.makeFolder(folder(u"link/f"_s)),
-            _disk.makeFolders(folder(u"link/f/g"_s)),
-            _disk.move(url(u"link/a"_s), url(u"b"_s)),
-            _disk.move(url(u"real/a"_s), url(u"link/b"_s)),
-            _disk.remove(url(u"link/a"_s)),
-            _disk.create(FileURL(), New),
+        const QList<Outcome> refused{
+            _disk.create(url(u"link/b"_s), New).outcome,
+            _disk.replace(url(u"link/a"_s), New, stampOf(u"real/a"_s), OtherVersion::Replace).outcome,
+            _disk.makeFolder(folder(u"link/f"_s)).outcome,
+            _disk.makeFolders(folder(u"link/f/g"_s)).outcome,
+            _disk.move(url(u"link/a"_s), url(u"b"_s)).outcome,
+            _disk.move(url(u"real/a"_s), url(u"link/b"_s)).outcome,
+            _disk.remove(url(u"link/a"_s)).outcome,
+            _disk.create(FileURL(), New).outcome,
         };
-        for (const FileResult &result : refused)
-            QCOMPARE(result.outcome, Outcome::Failed);
+        for (const Outcome outcome : refused)
+            QCOMPARE(outcome, Outcome::Failed);
         QCOMPARE(tree(), before);
         QVERIFY(_disk.remove(url(u"link"_s)).ok() && _disk.remove(url(u"a"_s)).ok());
         QCOMPARE(tree().value(u"real/a"_s), Old);

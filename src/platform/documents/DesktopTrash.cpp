@@ -61,8 +61,8 @@ FileResult DesktopTrash::moveToRecoveredFolder(const FileURL &url) const
     FileResult result = _disk.makeFolders(_recoveredFolder);
     for (int number = 1; result.ok() && number <= MostNames; ++number) {
         const QString name = numberedName(url, number);
-        const FileResult moved = _disk.move(url, url.isDirectory() ? _recoveredFolder.appendingDirectory(name)
-                                                                   : _recoveredFolder.appendingFile(name));
+        FileResult moved = _disk.move(url, url.isDirectory() ? _recoveredFolder.appendingDirectory(name)
+                                                             : _recoveredFolder.appendingFile(name));
         if (moved.outcome != Outcome::AlreadyExists)
             return moved;
         if (number == MostNames)

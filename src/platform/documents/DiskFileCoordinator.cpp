@@ -37,7 +37,7 @@ namespace {
 
 FileResult removeOrTrash(const StoreDisk &disk, Trash &trash, const FileURL &url)
 {
-    const FileResult removed = disk.remove(url);
+    FileResult removed = disk.remove(url);
     const bool isInFolder = disk.isFolder(url.deletingLastPathComponent());
     if (removed.ok() || !isInFolder || !disk.isFolder(url) || disk.isEmptyFolder(url))
         return removed;
@@ -73,6 +73,7 @@ void DiskFileCoordinator::submit(const std::vector<FileURL> &urls, Work work, Co
     if (completion)
         job->complete = [result, completion = std::move(completion)] { completion(*result); };
     std::vector<QString> paths;
+    paths.reserve(urls.size());
     for (const FileURL &url : urls)
         paths.push_back(url.path());
     const auto place = _jobs.insert(_jobs.end(), job);
