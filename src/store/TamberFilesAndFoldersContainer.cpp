@@ -75,7 +75,7 @@ TamberFilesAndFoldersContainer::FolderPointer
 TamberFilesAndFoldersContainer::openFolder(const QString &folderName, FolderHandler opened)
 {
     const auto opening = std::make_shared<std::weak_ptr<TamberDataFolder>>();
-    const FolderPointer folder =
+    FolderPointer folder =
         TamberDataFolder::withFolder(context(), folderName, self(), [opening, opened = std::move(opened)] {
             if (const FolderPointer ready = opening->lock())
                 opened(ready);

@@ -249,12 +249,13 @@ void TamberFilesContainer::deleteStorageWithCompletion(StorageCompletion complet
             completion(true);
         return;
     }
-    const std::vector<FilePointer> files = _files.items();
+    // From the last to the first.
+    const std::vector<FilePointer> files(_files.items().rbegin(), _files.items().rend());
     const auto deletion =
         std::make_shared<StorageDeletion>(StorageDeletion{files.size(), false, std::move(completion)});
-    for (auto file = files.rbegin(); file != files.rend(); ++file)
+    for (const FilePointer &file : files)
         ContainerDisk(_context).removeDocument(
-            *file, [self = shared_from_this(), deletion, url = (*file)->fileURL()](const FileResult &result) {
+            file, [self = shared_from_this(), deletion, url = file->fileURL()](const FileResult &result) {
                 // Also one that is missing: the deletion stops there, and the person is to know why.
                 tellProblem(self->_context, StoreProblem::What::Delete, url, result);
                 self->storedFileRemoved(*deletion, result.ok());
