@@ -77,11 +77,12 @@ public:
     // The real one.
     static FileOperations &system();
 
+    // A name that is too long for the file system is Missing.
     virtual FileStatus status(const QString &path) = 0;
     // Appends every entry but "." and "..", in the file system's order. With an error the list may be cut
     // short.
     virtual std::error_code list(const QString &folder, QList<FolderEntry> &entries) = 0;
-    // An ordinary file, whole; anything else is an error.
+    // An ordinary file, whole; anything else is an error, and so is one of more than 512 MB.
     virtual std::error_code read(const QString &path, QByteArray &bytes, FileStamp &stamp) = 0;
 
     // Fails when anything has the name already. Null with the error set.
