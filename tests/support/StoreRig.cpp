@@ -6,8 +6,9 @@
 
 namespace cvtamber {
 
-StoreRig::StoreRig(Place place, FileOperations &operations)
-    : _localRoot(FileURL::directory(_folder.filePath(QStringLiteral("Documents"))))
+StoreRig::StoreRig(Place place, FileOperations &operations, const QString &parentFolder)
+    : _folder(parentFolder + QStringLiteral("/store-XXXXXX"))
+    , _localRoot(FileURL::directory(_folder.filePath(QStringLiteral("Documents"))))
     , _cloudRoot(FileURL::directory(_folder.filePath(QStringLiteral("Cloud/Documents"))))
     , _root(place == Place::Local ? _localRoot : _cloudRoot)
     , disk(operations)

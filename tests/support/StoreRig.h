@@ -41,7 +41,8 @@ class StoreRig
 public:
     enum class Place { Local, Cloud };
 
-    explicit StoreRig(Place place = Place::Local, FileOperations &operations = FileOperations::system());
+    explicit StoreRig(Place place = Place::Local, FileOperations &operations = FileOperations::system(),
+                      const QString &parentFolder = QDir::tempPath());
     ~StoreRig();
 
     // Runs tasks and what is due on the loop until nothing of it is left. Time does not move.
