@@ -9,6 +9,8 @@
 #include "store/TamberUser.h"
 #include "store/TamberUsers.h"
 
+#include <QFileInfo>
+
 namespace cvtamber {
 
 namespace {
@@ -33,7 +35,10 @@ TamberStorage::~TamberStorage()
 
 FileURL TamberStorage::localStorageURL(Locations &locations)
 {
-    return FileURL::directory(locations.documentsFolder());
+    const QString folder = locations.documentsFolder();
+    // A person may keep the folder elsewhere behind a link; below the root the store follows none.
+    const QString resolved = QFileInfo(folder).canonicalFilePath();
+    return FileURL::directory(resolved.isEmpty() ? folder : resolved);
 }
 
 FileURL TamberStorage::ubiquotusStorageURL(const CloudContainer &cloud)

@@ -58,6 +58,30 @@ private slots:
         QVERIFY(!TamberStorage::withURL(rig.context, TamberStorage::ubiquotusStorageURL(rig.cloud)));
     }
 
+    // Below its root the store follows no link, so the root itself must not be one.
+    void aDocumentsFolderBehindALinkIsUsed()
+    {
+        class LinkedLocations final : public Locations
+        {
+        public:
+            explicit LinkedLocations(QString link)
+                : _link(std::move(link))
+            {}
+            QString documentsFolder() override { return _link; }
+            QString stateFolder() override { return _link; }
+            QString temporaryFolder() override { return _link; }
+
+        private:
+            QString _link;
+        };
+        StoreRig rig;
+        rig.makeFolder(u"kept"_s);
+        QVERIFY(QFile::link(rig.path(u"kept"_s), rig.path(u"link"_s)));
+        LinkedLocations locations(rig.path(u"link"_s));
+        QVERIFY(TamberStorage::withURL(rig.context, TamberStorage::localStorageURL(locations)));
+        QCOMPARE(rig.names(u"kept"_s).size(), 2);
+    }
+
     void anotherRootHasOtherRegistries()
     {
         const auto bench = RegistryBench::make();
