@@ -95,8 +95,9 @@ class tst_CloudFolder : public QObject
 private:
     std::unique_ptr<QTemporaryDir> _temporary;
     EventRunLoop _loop;
-    ThreadPoolTaskRunner _tasks;
     RecordingLog _log;
+    // One for each test, so that no completion of an earlier one comes late.
+    std::unique_ptr<ThreadPoolTaskRunner> _tasks;
     FileOperations &_operations = FileOperations::system();
     QString _folder;
     std::unique_ptr<SyncedFolderContainer> _container;
@@ -146,7 +147,10 @@ private slots:
         _folder = _temporary->path() + u"/Cloud"_s;
         QDir().mkpath(_folder);
         QDir().mkpath(_temporary->path() + u"/Nextcloud"_s);
-        const FolderFollower::Surroundings surroundings{_loop, _tasks, _operations, _log,
+        _container.reset();
+        _tasks.reset();
+        _tasks = std::make_unique<ThreadPoolTaskRunner>();
+        const FolderFollower::Surroundings surroundings{_loop, *_tasks, _operations, _log,
                                                         FolderWatcher::bestFactory(_loop)};
         _container = std::make_unique<SyncedFolderContainer>(_folder, surroundings, _temporary->path());
         _log.lines.clear();
