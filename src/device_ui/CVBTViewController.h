@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "device/CVBluetoothManager.h"
+#include "ui/TableViewController.h"
+
+namespace cvtamber {
+
+struct AppContext;
+
+// Told once by each picker.
+class CVBTViewDelegate
+{
+public:
+    CVBTViewDelegate() = default;
+    CVBTViewDelegate(const CVBTViewDelegate &) = delete;
+    CVBTViewDelegate &operator=(const CVBTViewDelegate &) = delete;
+    virtual ~CVBTViewDelegate() = default;
+
+    // Null when the person cancelled.
+    virtual void didSelectBTDevice(const CVBTPeripheralPtr &device) = 0;
+};
+
+// The devices that a scan finds, for a person to choose one: a row for each, in the order found, and a last row that
+// says that the search goes on, or what keeps Bluetooth from searching.
+//
+// The scan runs from viewDidAppear until the person has chosen or cancelled; a radio that comes back is made to scan
+// again. Thread: main thread. Owner: whoever presents it, which is the delegate (weak) and dismisses it.
+class CVBTViewController final : public TableViewController, public CVBluetoothManagerDelegate
+{
+    Q_OBJECT
+
+public:
+    explicit CVBTViewController(AppContext &context);
+    ~CVBTViewController() override;
+
+    void setDelegate(const std::weak_ptr<CVBTViewDelegate> &delegate) { _delegate = delegate; }
+
+    int numberOfRows(int section) const override;
+    TableCell cellForRow(IndexPath path) const override;
+    QString titleForHeader(int section) const override;
+    QString footerButtonTitle() const override;
+    quintptr rowIdentity(IndexPath path) const override;
+
+    void newDeviceFound(const CVBTPeripheralPtr &device) override;
+    void bluetoothStateChanged() override;
+
+protected:
+    void viewWillAppear() override;
+    void viewDidAppear() override;
+    void didSelectRow(IndexPath path) override;
+    void footerButtonActivated() override;
+
+private:
+    TableCell deviceCell(const CVBTPeripheral &device) const;
+    TableCell waitCell() const;
+    void cancelButtonClicked();
+    void answer(const CVBTPeripheralPtr &device);
+
+    AppContext &_context;
+    std::weak_ptr<CVBTViewDelegate> _delegate;
+    bool _isAnswered = false;
+};
+
+} // namespace cvtamber

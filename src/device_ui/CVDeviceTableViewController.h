@@ -1,0 +1,112 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "device_ui/CVConnectViewController.h"
+#include "ui/TableViewController.h"
+
+#include <vector>
+
+namespace cvtamber {
+
+// The device tab: whether the device is connected and what it tells of itself, with Connect or Disconnect, the UEB
+// switch, and the refresh and the list of its files.
+//
+// It reads everything from the device object and stores nothing. It becomes the device's state delegate when its
+// connect dialog closes and when it disconnects, and is a link observer all its life: a link lost while no connect
+// dialog is up is told by a notice, whatever screen is shown. Thread: main thread. Owner: start-up, through the tabs.
+class CVDeviceTableViewController final : public TableViewController,
+                                          public CVDeviceStateDelegate,
+                                          public CVConnectViewDelegate,
+                                          public LinkObserver
+{
+    Q_OBJECT
+
+public:
+    // The controls inside the rows.
+    enum Control : int {
+        ConnectButton = 1,
+        SwitchUEBC,
+        RefreshFilesButton,
+        FilesActivityIndicator,
+        ShowFilesButton
+    };
+    Q_ENUM(Control)
+
+    explicit CVDeviceTableViewController(AppContext &context);
+    ~CVDeviceTableViewController() override;
+
+    int numberOfSections() const override;
+    int numberOfRows(int section) const override;
+    TableCell cellForRow(IndexPath path) const override;
+    quintptr rowIdentity(IndexPath path) const override;
+    bool allowsSelection() const override { return false; }
+
+    void corvaneDeviceStateChanged(int state) override;
+    void connectViewControllerDidClickedWithButton(CVConnectViewController &dialog, int button) override;
+    void linkConnected() override;
+    void linkLost(const QString &reason) override;
+    void linkClosed() override;
+
+protected:
+    void viewWillAppear() override;
+    void controlActivated(IndexPath path, int control, bool on) override;
+
+private:
+    // The rows, each the same thing wherever it stands.
+    enum class Row {
+        State = 1,
+        Files,
+        Language,
+        UEB,
+        BrailleTable,
+        Mode,
+        Firmware,
+        Model,
+        SerialNumber,
+        Version,
+        NotSupported,
+    };
+    using Section = std::vector<Row>;
+    // What the device told when the labels were last filled.
+    struct Details
+    {
+        bool isConnected = false;
+        bool isUEBForced = false;
+        QString firmware;
+        QString model;
+        QString language;
+        QString mode;
+        QString files;
+        QString serialNumber;
+        QString brailleTable;
+    };
+
+    std::vector<Section> layout() const;
+    Row rowAt(IndexPath path) const;
+    TableCell stateCell() const;
+    TableCell filesCell() const;
+    TableCell uebcCell() const;
+    void updateStateLabels();
+    Details connectedDetails() const;
+    void connectButtonClicked();
+    void connectDialogClosed();
+    void switchUEBCClicked(bool on);
+    void refreshFilesButtonClicked();
+    void filesRefreshed();
+    void showFilesClicked();
+    void cancelFileDialog();
+    std::shared_ptr<CVDeviceTableViewController> self();
+
+    AppContext &_context;
+    std::shared_ptr<CVConnectViewController> _connectViewController;
+    Details _details;
+    bool _connectWindowsClosed = true;
+    bool _isBluetoothSupported = true;
+    // The UEB switch as it was last sent; off at start, whatever the device has.
+    bool _uebcOn = false;
+    bool _isRefreshing = false;
+    bool _isShowFilesVisible = false;
+    bool _isLinkIdentified = false;
+};
+
+} // namespace cvtamber
