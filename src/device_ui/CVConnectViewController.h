@@ -60,9 +60,9 @@ class CVConnectViewController final : public ViewController,
     Q_PROPERTY(Result result READ result NOTIFY changed)
     Q_PROPERTY(QString resultText READ resultText NOTIFY changed)
     // The buttons; hidden where not visible. Escape is Cancel where that is visible, else nothing.
-    Q_PROPERTY(bool retryvisible read isRetryVisible NOTIFY changed)
-    Q_PROPERTY(bool cancelvisible read isCancelVisible NOTIFY changed)
-    Q_PROPERTY(bool donevisible read isDoneVisible NOTIFY changed)
+    Q_PROPERTY(bool retryVisible READ isRetryVisible NOTIFY changed)
+    Q_PROPERTY(bool cancelVisible READ isCancelVisible NOTIFY changed)
+    Q_PROPERTY(bool doneVisible READ isDoneVisible NOTIFY changed)
     Q_PROPERTY(QString retryTitle READ retryTitle CONSTANT)
     Q_PROPERTY(QString cancelTitle READ cancelTitle CONSTANT)
     Q_PROPERTY(QString doneTitle READ doneTitle CONSTANT)
