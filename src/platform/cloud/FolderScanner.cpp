@@ -77,10 +77,12 @@ void FolderScanner::scanFrom(const ScanRequest::Folder &start)
         if (url == _request.root)
             _scan.rootDevice = _operations.status(url.path()).stamp.device;
         const ScannedFolder &folder = _scan.folders.emplace_back(look(url));
-        for (auto name = folder.folders.rbegin(); name != folder.folders.rend(); ++name) {
-            if (url != start.url || !isKnown(start, *name))
-                waiting.push_back(url.appendingDirectory(*name));
+        const auto before = static_cast<std::ptrdiff_t>(waiting.size());
+        for (const QString &name : folder.folders) {
+            if (url != start.url || !isKnown(start, name))
+                waiting.push_back(url.appendingDirectory(name));
         }
+        std::reverse(waiting.begin() + before, waiting.end());
     }
 }
 

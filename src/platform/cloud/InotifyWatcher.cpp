@@ -13,7 +13,7 @@ namespace cvtamber {
 
 namespace {
 
-constexpr qsizetype BufferSize = 64 * 1024;
+constexpr qsizetype BufferSize = 65536;
 // A storm of events leaves room for the rest of the program; what is left comes in the next turn.
 constexpr int ReadsInATurn = 16;
 

@@ -97,7 +97,7 @@ FileURL SyncedFolderContainer::placeholderOf(const FileURL &url) const
     const FileURL folder = url.deletingLastPathComponent();
     const QStringList names = placeholderNames(url.lastPathComponent());
     for (const QString &name : names) {
-        const FileURL placeholder = folder.appendingFile(name);
+        FileURL placeholder = folder.appendingFile(name);
         if (_surroundings.operations.status(placeholder.path()).kind == Kind::File)
             return placeholder;
     }
