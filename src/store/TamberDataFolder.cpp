@@ -157,7 +157,8 @@ void TamberDataFolder::removeRecord(const StorageCompletion &completion)
     };
     ContainerDisk(context()).removeDocument(
         _folderDocument, [folder = self(), report](const FileResult &result) {
-            if (result.ok())
+            // A crash can leave a folder without its record, which must be deletable.
+            if (result.ok() || result.outcome == FileResult::Outcome::Missing)
                 coordinatedRemoveItemAtURL(folder->context(), folder->url(), report);
             else
                 report(result);

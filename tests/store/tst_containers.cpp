@@ -374,6 +374,7 @@ void tst_Containers::deletesItsStorage_data()
     row("documents", some.first(2), QString(), u"yes"_qs, QStringList());
     row("documents and a folder", some, QString(), u"yes"_qs, QStringList());
     row("a folder alone", some.last(2), QString(), u"yes"_qs, QStringList());
+    row("a folder without its record", some.mid(2, 1), QString(), u"yes"_qs, QStringList());
     // Kept as they are: nothing is heard when a document cannot be removed, and the folders stay.
     row("a document stays", some, u"b.tamber"_qs, QString(), QStringList({u"F"_qs, u"b.tamber"_qs}));
     row("a folder's document stays", some, u"F/a.tamber"_qs, QString(), QStringList({u"F"_qs}));
