@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "ui/TableCell.h"
+#include "ui/ViewController.h"
+
+#include <QAbstractListModel>
+
+#include <vector>
+
+namespace cvtamber {
+
+class TableModel;
+
+struct IndexPath
+{
+    int section = 0;
+    int row = 0;
+
+    bool operator==(const IndexPath &) const = default;
+};
+
+enum class RowAnimation { None, Automatic, Fade, Top };
+
+// A screen that is a table: sections with rows.
+//
+// A subclass answers the questions (how many, which cell) from its own data at any time, and says what has changed
+// (insertRow, deleteRow, reloadRow, insertSection, deleteSection, reloadData); the model() turns that into model
+// signals. reloadData compares what is shown with what the answers are now, and emits only the difference: rows that
+// are the same stay, moved rows move, so a screen reader is not thrown out of the list. Rows are told apart by
+// rowIdentity. A change that does not fit the answers (an insertion after which the count is another) is turned
+// into the difference and a warning; one that fits in number while other rows have moved into the new order.
+// The table is first asked after viewDidLoad; changes told before that are dropped.
+// Thread: main thread.
+class TableViewController : public ViewController
+{
+    Q_OBJECT
+    Q_PROPERTY(QAbstractItemModel *model READ modelPointer CONSTANT)
+    Q_PROPERTY(bool allowsSelection READ allowsSelection CONSTANT)
+    Q_PROPERTY(QString footerButtonTitle READ footerButtonTitle NOTIFY contentChanged)
+    Q_PROPERTY(QString emptyText READ emptyText NOTIFY contentChanged)
+
+public:
+    enum class EditingStyle { None, Delete };
+
+    explicit TableViewController(Presenter &presenter);
+    ~TableViewController() override;
+
+    TableModel &model() const { return *_model; }
+    QAbstractItemModel *modelPointer() const;
+
+    virtual int numberOfSections() const { return 1; }
+    virtual int numberOfRows(int section) const = 0;
+    virtual TableCell cellForRow(IndexPath path) const = 0;
+    // Null for none.
+    Q_INVOKABLE virtual QString titleForHeader(int section) const;
+    // A button under the table; empty for none.
+    virtual QString footerButtonTitle() const { return {}; }
+    // Something that stays the same while the row is the same thing: the document's, user's or folder's address.
+    // 0: the row is known by its place.
+    virtual quintptr rowIdentity(IndexPath path) const;
+    virtual EditingStyle editingStyle(IndexPath) const { return EditingStyle::None; }
+    virtual bool allowsSelection() const { return true; }
+    // A message for people over an empty table that says what to do; empty for none.
+    virtual QString emptyText() const { return {}; }
+
+    // What a person does, through the view. A path outside the table, or a row that may not be highlighted, is ignored.
+    Q_INVOKABLE void rowClicked(int section, int row);
+    Q_INVOKABLE void accessoryClicked(int section, int row);
+    Q_INVOKABLE void deleteClicked(int section, int row);
+    // `on` is what a switch shows now.
+    Q_INVOKABLE void controlClicked(int section, int row, int control, bool on);
+    Q_INVOKABLE void footerButtonClicked();
+
+    void setEditing(bool editing) override;
+
+signals:
+    // After every change that was told: the rows, the footer button or the empty text may be others.
+    void contentChanged();
+
+protected:
+    void viewLoaded() override;
+
+    virtual void didSelectRow(IndexPath) {}
+    virtual void accessoryButtonTapped(IndexPath) {}
+    virtual void commitDelete(IndexPath) {}
+    virtual void controlActivated(IndexPath, int /*control*/, bool /*on*/) {}
+    virtual void footerButtonActivated() {}
+
+    void insertRow(IndexPath path, RowAnimation animation = RowAnimation::Automatic);
+    void deleteRow(IndexPath path, RowAnimation animation = RowAnimation::Automatic);
+    void reloadRow(IndexPath path);
+    void insertSection(int section, RowAnimation animation = RowAnimation::Automatic);
+    void deleteSection(int section, RowAnimation animation = RowAnimation::Automatic);
+    void reloadData();
+
+private:
+    bool hasRow(IndexPath path) const;
+
+    std::unique_ptr<TableModel> _model;
+};
+
+} // namespace cvtamber

@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "ui/BarButtonItem.h"
+#include "ui/Presenter.h"
+
+#include <QList>
+#include <QObject>
+
+namespace cvtamber {
+
+class NavigationController;
+class TabBarController;
+
+// One screen: what it is called, its bar buttons, its life, and what it presents.
+//
+// Life: made -> viewDidLoad (once, when it is first to be seen) -> viewWillAppear -> viewDidAppear ->
+// viewWillDisappear -> viewDidDisappear -> viewWillAppear ... What covers a screen wholly makes it disappear (a
+// form sheet covers on a phone, not on a tablet). The `did` calls come when the animation has finished.
+//
+//   present   old WillDisappear, new WillAppear | new DidAppear, old DidDisappear, completion
+//   dismiss   old WillDisappear, new WillAppear | new DidAppear, old DidDisappear, completion
+//   push, pop old WillDisappear, new WillAppear | old DidDisappear, new DidAppear
+//
+// One transition runs at a time. What is asked for meanwhile waits its turn; what it then finds decides what it does.
+// A person's action on a screen that is not shown any more, is covered or is about to leave does nothing
+// (takesActions()).
+// Thread: main thread. Owner: shared: the navigation, the screen under it, whoever made it. Delegates of screens
+// are strong or weak as each screen says.
+class ViewController : public QObject, public std::enable_shared_from_this<ViewController>
+{
+    Q_OBJECT
+    Q_PROPERTY(QString title READ title NOTIFY titleChanged)
+    Q_PROPERTY(QList<cvtamber::BarButtonItem> leftItems READ leftItems NOTIFY itemsChanged)
+    Q_PROPERTY(QList<cvtamber::BarButtonItem> rightItems READ rightItems NOTIFY itemsChanged)
+    Q_PROPERTY(bool editing READ isEditing NOTIFY editingChanged)
+
+public:
+    using Completion = std::function<void()>;
+    using Controller = std::shared_ptr<ViewController>;
+
+    explicit ViewController(Presenter &presenter);
+    ~ViewController() override;
+
+    const QString &title() const { return _title; }
+    void setTitle(const QString &title);
+    const QList<BarButtonItem> &leftItems() const { return _leftItems; }
+    const QList<BarButtonItem> &rightItems() const { return _rightItems; }
+    void setLeftItems(const QList<BarButtonItem> &items);
+    void setRightItems(const QList<BarButtonItem> &items);
+    // Of the first item of that kind on either side.
+    void setItemEnabled(BarButtonItem::Kind kind, bool enabled);
+    bool isEditing() const { return _isEditing; }
+    virtual void setEditing(bool editing);
+    // "Edit" and "Done": turns editing on and off.
+    BarButtonItem editButtonItem();
+
+    PresentationStyle modalPresentationStyle() const { return _presentationStyle; }
+    void setModalPresentationStyle(PresentationStyle style) { _presentationStyle = style; }
+    TransitionStyle modalTransitionStyle() const { return _transitionStyle; }
+    void setModalTransitionStyle(TransitionStyle style) { _transitionStyle = style; }
+    // Above this screen's outermost container. A screen that already presents one or stands in a container that does,
+    // or that is not shown, presents nothing and drops the completion.
+    void presentViewController(const Controller &controller, bool animated, Completion completion = {});
+    // Dismisses what this screen presents, or itself (its outermost container) when it presents nothing, with all that
+    // stands above. Nothing to dismiss: the completion runs from the loop all the same. Asked twice it dismisses once.
+    void dismissViewController(bool animated, Completion completion = {});
+    // What this screen or one inside it presents or is waiting to present; until the end of its dismissal.
+    Controller presentedViewController() const;
+    // The screen that presented this one or its container.
+    Controller presentingViewController() const;
+    std::shared_ptr<NavigationController> navigationController() const { return _navigation.lock(); }
+    Presenter &presenter() const { return _presenter; }
+
+    // The answer comes once, and not at all when this screen has been dismissed, popped or destroyed meanwhile.
+    void showAlert(AlertView alert);
+    void showActionSheet(ActionSheet sheet);
+
+    bool isViewLoaded() const { return _isLoaded; }
+    // Between viewWillAppear and viewDidDisappear, or covered by what it presents itself.
+    bool isInUse() const;
+    // Whether it was dismissed or popped, alone or with its container.
+    bool hasGone() const;
+    // Whether a person may act on it: seen, nothing above it, no transition waiting that will change it.
+    bool takesActions() const;
+
+    // For containers of screens and for presenting; each forwards to the hooks below once per change. Others
+    // leave them alone.
+    void loadViewIfNeeded();
+    virtual void beginAppearing();
+    virtual void endAppearing();
+    virtual void beginDisappearing();
+    virtual void endDisappearing();
+
+    // What a person does, through the view: the index is one of leftItems() or rightItems().
+    Q_INVOKABLE void leftItemClicked(int index);
+    Q_INVOKABLE void rightItemClicked(int index);
+
+signals:
+    void titleChanged();
+    void itemsChanged();
+    void editingChanged();
+
+protected:
+    virtual void viewDidLoad() {}
+    virtual void viewWillAppear() {}
+    virtual void viewDidAppear() {}
+    virtual void viewWillDisappear() {}
+    virtual void viewDidDisappear() {}
+    // Once, after viewDidLoad.
+    virtual void viewLoaded() {}
+
+private:
+    friend class NavigationController;
+    friend class TabBarController;
+    friend class ModalTransition;
+    enum class Appearance { Hidden, Appearing, Shown, Disappearing };
+
+    bool isVisible() const { return _appearance != Appearance::Hidden; }
+    // The container that this screen stands in, or null.
+    Controller parent() const { return _parent.lock(); }
+    Controller outermost() const;
+    bool isInside(const ViewController &container) const;
+    void updateEditItems();
+
+    Presenter &_presenter;
+    QString _title;
+    QList<BarButtonItem> _leftItems;
+    QList<BarButtonItem> _rightItems;
+    bool _isEditing = false;
+    bool _isLoaded = false;
+    Appearance _appearance = Appearance::Hidden;
+    PresentationStyle _presentationStyle = PresentationStyle::FullScreen;
+    TransitionStyle _transitionStyle = TransitionStyle::CoverVertical;
+    std::weak_ptr<ViewController> _parent;
+    std::weak_ptr<NavigationController> _navigation;
+    // Of an outermost container: what stands directly above and below it.
+    Controller _above;
+    std::weak_ptr<ViewController> _below;
+    // Who asked for it to be presented, and who is still to be presented by this screen.
+    std::weak_ptr<ViewController> _presenting;
+    std::weak_ptr<ViewController> _awaited;
+    bool _covers = false;
+    bool _isLeaving = false;
+    bool _hasGone = false;
+};
+
+} // namespace cvtamber
