@@ -24,8 +24,8 @@ public:
 // The devices that a scan finds, for a person to choose one: a row for each, in the order found, and a last row that
 // says that the search goes on, or what keeps Bluetooth from searching.
 //
-// The scan runs from viewDidAppear until the person has chosen or cancelled; a radio that comes back is made to scan
-// again. Thread: main thread. Owner: whoever presents it, which is the delegate (weak) and dismisses it.
+// The scan runs from viewDidAppear until the person has chosen or cancelled, or the picker is gone; a radio that comes
+// back is made to scan again. Thread: main thread. Owner: whoever presents it, which is the delegate (weak) and dismisses it.
 class CVBTViewController final : public TableViewController, public CVBluetoothManagerDelegate
 {
     Q_OBJECT
@@ -48,17 +48,22 @@ public:
 protected:
     void viewWillAppear() override;
     void viewDidAppear() override;
+    void viewDidDisappear() override;
     void didSelectRow(IndexPath path) override;
     void footerButtonActivated() override;
 
 private:
     TableCell deviceCell(const CVBTPeripheral &device) const;
     TableCell waitCell() const;
+    // What keeps the radio from searching and what a person can do about it; empty when nothing does.
+    QString radioProblem() const;
+    void tellRadioProblem();
     void cancelButtonClicked();
     void answer(const CVBTPeripheralPtr &device);
 
     AppContext &_context;
     std::weak_ptr<CVBTViewDelegate> _delegate;
+    bool _isScanning = false;
     bool _isAnswered = false;
 };
 

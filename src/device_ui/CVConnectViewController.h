@@ -27,7 +27,7 @@ public:
     CVConnectViewDelegate &operator=(const CVConnectViewDelegate &) = delete;
     virtual ~CVConnectViewDelegate() = default;
 
-    // Once in each appearance of the dialog, which leaves it to the delegate to dismiss it.
+    // Once for each dialog, which leaves it to the delegate to dismiss it.
     virtual void connectViewControllerDidClickedWithButton(CVConnectViewController &dialog, int button) = 0;
     // The device is connected and identified; the dialog is still up and may be dismissed at once.
     virtual void cvConnectViewDeviceConnected() {}
@@ -79,7 +79,7 @@ public:
     void setDelegate(const std::weak_ptr<CVConnectViewDelegate> &delegate) { _delegate = delegate; }
 
     QString connectingText() const;
-    bool isBusy() const { return _step == Step::Connecting; }
+    bool isBusy() const { return _isBusy; }
     Result result() const;
     QString resultText() const;
     bool isRetryVisible() const { return _step == Step::Failed; }
@@ -102,23 +102,23 @@ signals:
     void changed();
 
 protected:
-    void viewWillAppear() override;
     void viewDidAppear() override;
     void viewWillDisappear() override;
 
 private:
     enum class Step { Idle, Choosing, Connecting, Connected, Failed };
 
-    void setStep(Step step);
+    void setStep(Step step, bool isBusy);
     void askForBluetoothDevice();
     void rememberStateDelegate();
     void becomeStateDelegate();
     void beginConnecting();
-    void connectToPeripheral();
+    void connectToPeripheral(const BluetoothPeripheralPtr &peripheral);
     void connected();
     void failed();
     void letGoOfLink();
     void actionButtonClicked(CVConnectViewDelegate::Button button);
+    void tellDelegate(CVConnectViewDelegate::Button button);
     std::shared_ptr<CVConnectViewController> self();
 
     AppContext &_context;
@@ -126,6 +126,7 @@ private:
     BluetoothPeripheralPtr _peripheral;
     std::shared_ptr<CVDeviceStateDelegate> _previousCVDeviceDelegate;
     Step _step = Step::Idle;
+    bool _isBusy = false;
     bool _isAnswered = false;
     DelayedCall _connectLimit;
 };

@@ -1,0 +1,376 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "device_ui/CVDeviceTableViewController.h"
+
+#include "app/AppContext.h"
+#include "base/SystemLog.h"
+#include "device/CVBTDevice.h"
+#include "device/CommandEngine.h"
+#include "device/DeviceTables.h"
+#include "device_ui/MCVFilesViewController.h"
+#include "ui/NavigationController.h"
+#include "ui/Texts.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace cvtamber {
+
+namespace {
+
+// The language whose braille always has the UEB contractions.
+constexpr int australian = 1;
+
+QString localizedName(const QString &key)
+{
+    return localized(key.toLatin1().constData());
+}
+
+TableCell tableCellWithLabel(const QString &label, const QString &detail)
+{
+    TableCell cell;
+    cell.style = TableCell::Style::Value2;
+    cell.text = label;
+    cell.detail = detail;
+    cell.canHighlight = false;
+    return cell;
+}
+
+CellControl button(int id, const QString &title, const QString &accessibleName)
+{
+    CellControl control;
+    control.id = id;
+    control.kind = CellControl::Kind::Button;
+    control.title = title;
+    control.accessibleName = accessibleName;
+    return control;
+}
+
+} // namespace
+
+CVDeviceTableViewController::CVDeviceTableViewController(AppContext &context)
+    : TableViewController(context.presenter)
+    , _context(context)
+    , _isBluetoothSupported(context.manager.isBluetoothSupported())
+{
+    _context.device.addLinkObserver(*this);
+}
+
+CVDeviceTableViewController::~CVDeviceTableViewController()
+{
+    _context.device.removeLinkObserver(*this);
+}
+
+std::shared_ptr<CVDeviceTableViewController> CVDeviceTableViewController::self()
+{
+    return std::static_pointer_cast<CVDeviceTableViewController>(shared_from_this());
+}
+
+// While the connect dialog is up the table keeps the layout of a device that is not connected.
+std::vector<CVDeviceTableViewController::Section> CVDeviceTableViewController::layout() const
+{
+    const bool isConnected = _details.isConnected && _connectWindowsClosed;
+    if (!isConnected && !_isBluetoothSupported)
+        return {{Row::NotSupported}, {Row::Version}};
+    return {{Row::State, Row::Files, Row::Language, Row::UEB, Row::BrailleTable, Row::Mode, Row::Firmware,
+             Row::Model, Row::SerialNumber},
+            {Row::Version}};
+}
+
+int CVDeviceTableViewController::numberOfSections() const
+{
+    return static_cast<int>(layout().size());
+}
+
+int CVDeviceTableViewController::numberOfRows(int section) const
+{
+    return static_cast<int>(layout().at(static_cast<size_t>(section)).size());
+}
+
+CVDeviceTableViewController::Row CVDeviceTableViewController::rowAt(IndexPath path) const
+{
+    return layout().at(static_cast<size_t>(path.section)).at(static_cast<size_t>(path.row));
+}
+
+quintptr CVDeviceTableViewController::rowIdentity(IndexPath path) const
+{
+    return static_cast<quintptr>(rowAt(path));
+}
+
+TableCell CVDeviceTableViewController::cellForRow(IndexPath path) const
+{
+    switch (rowAt(path)) {
+    case Row::State:
+        return stateCell();
+    case Row::Files:
+        return filesCell();
+    case Row::Language:
+        return tableCellWithLabel(localized("Language:"), _details.language);
+    case Row::UEB:
+        return uebcCell();
+    case Row::BrailleTable:
+        return tableCellWithLabel(localized("Braille table:"), _details.brailleTable);
+    case Row::Mode:
+        return tableCellWithLabel(localized("Mode:"), _details.mode);
+    case Row::Firmware:
+        return tableCellWithLabel(localized("Firmware:"), _details.firmware);
+    case Row::Model:
+        return tableCellWithLabel(localized("Model:"), _details.model);
+    case Row::SerialNumber:
+        return tableCellWithLabel(localized("Serial No.:"), _details.serialNumber);
+    case Row::Version:
+        return tableCellWithLabel(localized("CVTamber version::"), QStringLiteral(CVTAMBER_VERSION));
+    case Row::NotSupported:
+        break;
+    }
+    TableCell cell;
+    cell.text = localized("Bluetooth LE is not supported on this device");
+    cell.canHighlight = false;
+    return cell;
+}
+
+TableCell CVDeviceTableViewController::stateCell() const
+{
+    TableCell cell = tableCellWithLabel(
+        localized("State:"), _details.isConnected ? localized("Connected") : localized("Disconnected"));
+    cell.controls.append(
+        _details.isConnected
+            ? button(ConnectButton, localized("Disconnect..."), localized("Disconnect from Corvane"))
+            : button(ConnectButton, localized("Connect..."), localized("Connect to Corvane")));
+    return cell;
+}
+
+TableCell CVDeviceTableViewController::filesCell() const
+{
+    TableCell cell = tableCellWithLabel(localized("Files:"), _details.files);
+    if (!_details.isConnected)
+        return cell;
+    if (_isShowFilesVisible) {
+        CellControl show = button(ShowFilesButton, localized("Show..."), localized("Show files"));
+        show.isEnabled = !_isRefreshing;
+        cell.controls.append(show);
+    }
+    if (_isRefreshing) {
+        CellControl indicator;
+        indicator.id = FilesActivityIndicator;
+        indicator.kind = CellControl::Kind::ActivityIndicator;
+        indicator.accessibleName = localized("Reading the list of files");
+        cell.controls.append(indicator);
+    } else {
+        cell.controls.append(button(RefreshFilesButton, localized("Refresh"), localized("Refresh files")));
+    }
+    return cell;
+}
+
+TableCell CVDeviceTableViewController::uebcCell() const
+{
+    TableCell cell = tableCellWithLabel(localized("UEB:"), {});
+    if (!_details.isConnected)
+        return cell;
+    CellControl control;
+    control.id = SwitchUEBC;
+    control.kind = CellControl::Kind::Switch;
+    control.accessibleName = localized("Unified English Braille");
+    control.isOn = _uebcOn || _details.isUEBForced;
+    control.isEnabled = !_details.isUEBForced;
+    cell.controls.append(control);
+    return cell;
+}
+
+void CVDeviceTableViewController::viewWillAppear()
+{
+    _isBluetoothSupported = _context.manager.isBluetoothSupported();
+    updateStateLabels();
+}
+
+void CVDeviceTableViewController::updateStateLabels()
+{
+    const CVBTDevice &device = _context.device;
+    _details = device.isConnectedAsCVComm() ? connectedDetails() : Details();
+    if (!_details.isConnected)
+        _isShowFilesVisible = false;
+    else if (device.getFilesCount() >= 1)
+        _isShowFilesVisible = true;
+    // A listing that another command or the end of the link has pushed aside never completes.
+    _isRefreshing =
+        _isRefreshing && _details.isConnected && device.pendingCommand() == CommandEngine::DirectoryCommand;
+    reloadData();
+}
+
+CVDeviceTableViewController::Details CVDeviceTableViewController::connectedDetails() const
+{
+    const CVBTDevice &device = _context.device;
+    Details details;
+    details.isConnected = true;
+    details.isUEBForced = device.cvLanguage() == australian;
+    details.firmware = device.cvFirmwareVersion();
+    details.model = modelName(device.cvModel());
+    details.language = localizedName(languageName(device.cvLanguage()));
+    const bool isAdvanced = device.cvDeviceStateData()[DeviceStateRecord::AdvancedMode] != 0;
+    details.mode = isAdvanced ? localized("Advanced") : localized("Learn");
+    const int filesCount = device.getFilesCount();
+    details.files = filesCount < 0 ? QString() : QString::number(filesCount);
+    details.serialNumber = device.cvSerialNumber();
+    details.brailleTable = localizedName(brailleCodeName(device.cvBrailleCode()));
+    return details;
+}
+
+void CVDeviceTableViewController::corvaneDeviceStateChanged(int)
+{
+    updateStateLabels();
+}
+
+void CVDeviceTableViewController::linkConnected()
+{
+    _isLinkIdentified = true;
+}
+
+void CVDeviceTableViewController::linkLost(const QString &)
+{
+    if (std::exchange(_isLinkIdentified, false) && _connectWindowsClosed)
+        presenter().showNotice(localized("The connection to the Corvane was lost."));
+    // A link that ended without an error leaves the device object connected to nothing.
+    if (_context.device.isConnectedAsCVComm())
+        _context.device.disconnectAsCVComm();
+    updateStateLabels();
+}
+
+void CVDeviceTableViewController::linkClosed()
+{
+    _isLinkIdentified = false;
+    updateStateLabels();
+}
+
+void CVDeviceTableViewController::controlActivated(IndexPath path, int control, bool on)
+{
+    const auto controls = cellForRow(path).controls;
+    const bool isOffered =
+        std::any_of(controls.cbegin(), controls.cend(), [control](const CellControl &offered) {
+            return offered.id == control && offered.isEnabled;
+        });
+    if (!isOffered)
+        return;
+    switch (control) {
+    case ConnectButton:
+        connectButtonClicked();
+        break;
+    case SwitchUEBC:
+        switchUEBCClicked(on);
+        reloadRow(path);
+        break;
+    case RefreshFilesButton:
+        refreshFilesButtonClicked();
+        break;
+    case ShowFilesButton:
+        showFilesClicked();
+        break;
+    default:
+        break;
+    }
+}
+
+void CVDeviceTableViewController::connectButtonClicked()
+{
+    _context.log.info(QStringLiteral("-(void)connectButtonClicked"));
+    if (_context.device.isConnectedAsCVComm()) {
+        _isLinkIdentified = false;
+        _context.device.setCvStateDelegate(self());
+        _context.device.disconnectAsCVComm();
+        presenter().announce(localized("Disconnected"));
+        return;
+    }
+    if (presentedViewController())
+        return;
+    _connectViewController = std::make_shared<CVConnectViewController>(_context);
+    _connectViewController->setDelegate(self());
+    _connectViewController->setModalPresentationStyle(PresentationStyle::FormSheet);
+    _connectViewController->setModalTransitionStyle(TransitionStyle::FlipHorizontal);
+    presentViewController(_connectViewController, true);
+    _connectWindowsClosed = false;
+}
+
+void CVDeviceTableViewController::connectViewControllerDidClickedWithButton(CVConnectViewController &dialog,
+                                                                            int)
+{
+    if (&dialog != _connectViewController.get())
+        return;
+    dismissViewController(true, [weak = std::weak_ptr(self())] {
+        if (const auto screen = weak.lock())
+            screen->connectDialogClosed();
+    });
+    _context.device.setCvStateDelegate(self());
+}
+
+void CVDeviceTableViewController::connectDialogClosed()
+{
+    _connectWindowsClosed = true;
+    _connectViewController.reset();
+    updateStateLabels();
+}
+
+void CVDeviceTableViewController::switchUEBCClicked(bool on)
+{
+    if (on && !_uebcOn) {
+        _context.log.debug(QStringLiteral("UEBC ON"));
+        _uebcOn = true;
+        _context.device.sendCommand(QStringLiteral("DFLN OZ"));
+    } else if (!on && _uebcOn) {
+        _uebcOn = false;
+        _context.device.sendCommand(QStringLiteral("DFLN USA"));
+        _context.log.debug(QStringLiteral("UEBC OFF"));
+    }
+}
+
+void CVDeviceTableViewController::refreshFilesButtonClicked()
+{
+    _isRefreshing = true;
+    reloadData();
+    _context.device.refreshFilesWithCompletionHandler([weak = std::weak_ptr(self())] {
+        if (const auto screen = weak.lock())
+            screen->filesRefreshed();
+    });
+}
+
+void CVDeviceTableViewController::filesRefreshed()
+{
+    if (!_details.isConnected)
+        return;
+    const int count = _context.device.getFilesCount();
+    _isRefreshing = false;
+    _isShowFilesVisible = count != 0;
+    _details.files = QString::number(count);
+    reloadData();
+    presenter().announce(localizedFormat("Files on the Corvane: %@", _details.files));
+}
+
+void CVDeviceTableViewController::showFilesClicked()
+{
+    _context.log.info(QStringLiteral("-(void)showFilesClicked"));
+    if (presentedViewController())
+        return;
+    const auto files = std::make_shared<MCVFilesViewController>(_context);
+    // Loading gives it a title of its own.
+    files->loadViewIfNeeded();
+    files->setTitle(localized("Corvane files"));
+    BarButtonItem done;
+    done.kind = BarButtonItem::Kind::Done;
+    done.title = localized("Done");
+    done.action = [weak = std::weak_ptr(self())] {
+        if (const auto screen = weak.lock())
+            screen->cancelFileDialog();
+    };
+    files->setLeftItems({done});
+    const auto navigation = NavigationController::withRoot(presenter(), files);
+    navigation->setModalPresentationStyle(PresentationStyle::FormSheet);
+    presentViewController(navigation, true);
+}
+
+// Where the list did not cover this screen no appearance fills the labels again.
+void CVDeviceTableViewController::cancelFileDialog()
+{
+    dismissViewController(true, [weak = std::weak_ptr(self())] {
+        if (const auto screen = weak.lock())
+            screen->updateStateLabels();
+    });
+}
+
+} // namespace cvtamber
