@@ -17,6 +17,7 @@ class ContainerEditing;
 class ContainerFileActions;
 class ContainerMoving;
 class ContainerScreen;
+enum class FileCommand;
 
 // Shows one container of the store: a user (folders, then documents) or one folder (documents).
 //
@@ -92,6 +93,10 @@ private:
 
     bool isPicking() const { return _mode == Mode::PickFolder; }
     const ContainerContents &contents() const;
+    // The one row that picks the user itself.
+    bool isActionRow(int section) const;
+    QString sizeText(const TamberDocument &document) const;
+    Shown &shownSection(int section);
     void becomeDelegate();
     void reloadAll();
     void rowInserted(IndexPath path);
@@ -100,8 +105,9 @@ private:
     void addBarButtons();
     void addButtonClicked();
     void cancelClicked();
-    void pushFolder(const std::shared_ptr<TamberDataFolder> &folder);
+    void folderSelected(const std::shared_ptr<TamberDataFolder> &folder);
     void fileSelected(const ContainerItem &item);
+    void runFileCommand(FileCommand command, const ContainerItem &item);
     void askForEditAction(const ContainerItem &item);
 
     AppContext &_context;

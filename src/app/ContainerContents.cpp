@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ContainerContents.h"
+
+#include <algorithm>
+
+namespace cvtamber {
+
+namespace {
+
+template<typename Item> bool isStrictlyAscending(const std::vector<std::shared_ptr<Item>> &items)
+{
+    return std::adjacent_find(items.begin(), items.end(), [](const auto &one, const auto &next) {
+               return one->name().compare(next->name(), Qt::CaseInsensitive) >= 0;
+           }) == items.end();
+}
+
+} // namespace
+
+const void *ContainerItem::address() const
+{
+    return folder ? static_cast<const void *>(folder.get()) : document.get();
+}
+
+QString ContainerItem::title() const
+{
+    if (folder)
+        return folder->name();
+    return document ? document->fileURL().nameWithoutExtension() : QString();
+}
+
+void ContainerContents::show(const std::shared_ptr<TamberFilesContainer> &container)
+{
+    _filesContainer = container;
+    _user = std::dynamic_pointer_cast<TamberUser>(container);
+    _folder = std::dynamic_pointer_cast<TamberDataFolder>(container);
+}
+
+int ContainerContents::filesCount() const
+{
+    return _filesContainer ? static_cast<int>(_filesContainer->files().size()) : 0;
+}
+
+int ContainerContents::foldersCount() const
+{
+    return _user ? static_cast<int>(_user->foldersCount()) : 0;
+}
+
+int ContainerContents::count(int section) const
+{
+    if (isFolderSection(section))
+        return foldersCount();
+    return section == filesSection() ? filesCount() : 0;
+}
+
+QString ContainerContents::title() const
+{
+    return _folder ? _folder->name() : userDisplayName(_user.get());
+}
+
+ContainerItem ContainerContents::itemAt(IndexPath path) const
+{
+    if (path.row < 0 || path.row >= count(path.section))
+        return {};
+    if (isFolderSection(path.section))
+        return {nullptr, _user->folderAtIndex(path.row)};
+    return {_filesContainer->files()[static_cast<size_t>(path.row)], nullptr};
+}
+
+StoreIndex ContainerContents::indexOf(const ContainerItem &item) const
+{
+    if (item.folder)
+        return _user ? _user->indexOfFolder(item.folder) : NotFound;
+    return item.document && _filesContainer ? _filesContainer->indexOfFile(item.document) : NotFound;
+}
+
+IndexPath ContainerContents::pathOf(const ContainerItem &item) const
+{
+    const StoreIndex index = indexOf(item);
+    if (index == NotFound)
+        return {-1, -1};
+    return {item.folder ? 0 : filesSection(), static_cast<int>(index)};
+}
+
+bool ContainerContents::isInOrder(int section) const
+{
+    if (!_filesContainer)
+        return true;
+    return isFolderSection(section) ? isStrictlyAscending(_user->folders())
+                                    : isStrictlyAscending(_filesContainer->files());
+}
+
+} // namespace cvtamber

@@ -1,0 +1,291 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ContainerDeviceActions.h"
+
+#include "app/ContainerMenus.h"
+#include "app/ContainerScreen.h"
+#include "app/TamberContainerViewController.h"
+#include "base/SystemLog.h"
+#include "device/CVBTDevice.h"
+#include "store/StoreContext.h"
+#include "store/StoreDisk.h"
+#include "store/StoreNames.h"
+#include "ui/NavigationController.h"
+
+#include <utility>
+
+namespace cvtamber {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int CancelButton = 0;
+
+} // namespace
+
+template<typename Protocol> std::shared_ptr<Protocol> ContainerDeviceActions::self()
+{
+    return {_screen.controller().shared_from_this(), this};
+}
+
+bool ContainerDeviceActions::isConnected() const
+{
+    return _screen.context().device.isConnectedAsCVComm();
+}
+
+void ContainerDeviceActions::present(const std::shared_ptr<ViewController> &controller)
+{
+    _presented = controller;
+    _screen.controller().presentViewController(controller, true);
+}
+
+bool ContainerDeviceActions::dismissPresented(const ViewController *presented,
+                                              ViewController::Completion completion)
+{
+    TamberContainerViewController &controller = _screen.controller();
+    const auto expected = _presented.lock();
+    if (!expected || (presented && expected.get() != presented) ||
+        controller.presentedViewController() != expected)
+        return false;
+    _presented.reset();
+    controller.dismissViewController(true, _screen.whileAlive(std::move(completion)));
+    return true;
+}
+
+// Connecting
+
+void ContainerDeviceActions::initiateCVConnection(AfterConnection action)
+{
+    _afterConnectionAction = action;
+    const auto dialog = std::make_shared<CVConnectViewController>(_screen.context());
+    dialog->setModalTransitionStyle(TransitionStyle::FlipHorizontal);
+    dialog->setModalPresentationStyle(PresentationStyle::FormSheet);
+    dialog->setDelegate(self<CVConnectViewDelegate>());
+    present(dialog);
+}
+
+void ContainerDeviceActions::cvConnectViewDeviceConnected()
+{
+    dismissPresented(nullptr, [this] { runAfterConnection(); });
+}
+
+void ContainerDeviceActions::runAfterConnection()
+{
+    switch (_afterConnectionAction) {
+    case Nothing:
+        break;
+    case Send:
+        startFileTransfer();
+        break;
+    case Emboss:
+        embossSelectedFile();
+        break;
+    case Fetch:
+        handleAddCVFileCommand();
+        _afterConnectionAction = Nothing;
+        break;
+    }
+}
+
+void ContainerDeviceActions::connectViewControllerDidClickedWithButton(CVConnectViewController &dialog, int)
+{
+    dismissPresented(&dialog, [] {});
+}
+
+void ContainerDeviceActions::connectViewCloseClicked(CVConnectViewController &dialog)
+{
+    dismissPresented(&dialog, [] {});
+    _afterConnectionAction = Nothing;
+}
+
+// Sending
+
+void ContainerDeviceActions::send(const std::shared_ptr<TamberDocument> &document)
+{
+    _screen.context().log.info(u"Send to CV"_s);
+    _selectedDocument = document;
+    if (isConnected())
+        startFileTransfer();
+    else
+        initiateCVConnection(Send);
+}
+
+void ContainerDeviceActions::startFileTransfer()
+{
+    const auto document = _selectedDocument;
+    if (!_screen.isStillThere({document, nullptr}))
+        return;
+    const QString name = document->fileURL().nameWithoutExtension();
+    if (_screen.context().device.fileExists(name))
+        askForNewFileNameToSend(document, name);
+    else
+        startSelectedFileTransfer(document);
+}
+
+void ContainerDeviceActions::askForNewFileNameToSend(const std::shared_ptr<TamberDocument> &document,
+                                                     const QString &name)
+{
+    AlertView alert;
+    alert.tag = NameForSendingTag;
+    alert.title = localized("4.4");
+    alert.message = localized("4.5");
+    alert.buttons = {localized("Cancel"), localized("OK")};
+    alert.cancelButtonIndex = CancelButton;
+    alert.textField = AlertTextField{name, false, false};
+    alert.didDismiss = [this, document](const AlertView &, int buttonIndex, const QString &text) {
+        if (buttonIndex != CancelButton)
+            sendUnlessTaken(document, text);
+    };
+    _screen.ask(alert);
+}
+
+void ContainerDeviceActions::sendUnlessTaken(const std::shared_ptr<TamberDocument> &document,
+                                             const QString &name)
+{
+    // An empty one would be a file that nobody can ask the device for.
+    if (name.isEmpty() || _screen.context().device.fileExists(name))
+        askForNewFileNameToSend(document, name);
+    else
+        startSelectedFileTransferWithNewName(document, name);
+}
+
+void ContainerDeviceActions::startSelectedFileTransfer(const std::shared_ptr<TamberDocument> &document)
+{
+    openForTransfer(document, [this, name = document->fileURL().nameWithoutExtension()](const QString &text) {
+        auto transfer =
+            CVTransferViewController::withInputTextAndOutputFilename(_screen.context(), text, name);
+        transfer->setModalTransitionStyle(TransitionStyle::CrossDissolve);
+        transfer->setModalPresentationStyle(PresentationStyle::FormSheet);
+        presentTransfer(transfer);
+    });
+}
+
+void ContainerDeviceActions::startSelectedFileTransferWithNewName(
+    const std::shared_ptr<TamberDocument> &document, const QString &name)
+{
+    openForTransfer(document, [this, name](const QString &text) {
+        auto transfer =
+            CVTransferViewController::withInputTextAndOutputFilename(_screen.context(), text, name);
+        transfer->setModalTransitionStyle(TransitionStyle::CrossDissolve);
+        presentTransfer(transfer);
+    });
+}
+
+void ContainerDeviceActions::openForTransfer(const std::shared_ptr<TamberDocument> &document,
+                                             const std::function<void(const QString &text)> &opened)
+{
+    if (!_screen.isStillThere({document, nullptr}))
+        return;
+    _screen.openText(document, [this, opened](const QString &text) {
+        if (isConnected())
+            opened(text);
+        else
+            _screen.tell("The device is not connected any more.");
+    });
+}
+
+void ContainerDeviceActions::emboss(const std::shared_ptr<TamberDocument> &document)
+{
+    _selectedDocument = document;
+    if (isConnected())
+        embossSelectedFile();
+    else
+        initiateCVConnection(Emboss);
+}
+
+void ContainerDeviceActions::embossSelectedFile()
+{
+    const auto document = _selectedDocument;
+    openForTransfer(document, [this, name = document->name()](const QString &text) {
+        auto transfer = CVTransferViewController::withInputTextAndCaption(_screen.context(), text,
+                                                                          localizedFormat("4.6", name));
+        transfer->setModalTransitionStyle(TransitionStyle::CrossDissolve);
+        presentTransfer(transfer);
+    });
+}
+
+// Fetching
+
+void ContainerDeviceActions::handleAddCVFileCommand()
+{
+    if (isConnected())
+        askFoCVFileToDownload();
+    else
+        initiateCVConnection(Fetch);
+}
+
+void ContainerDeviceActions::askFoCVFileToDownload()
+{
+    const auto files = std::make_shared<MCVFilesViewController>(_screen.context());
+    files->setMode(MCVFilesViewController::Mode::PickFile);
+    files->setDelegate(self<CVFilesViewDelegate>());
+    const auto navigation = NavigationController::withRoot(_screen.context().presenter, files);
+    navigation->setModalPresentationStyle(PresentationStyle::FormSheet);
+    present(navigation);
+}
+
+void ContainerDeviceActions::cvFilesViewDidSelectFile(MCVFilesViewController &, const QString &file)
+{
+    _screen.context().log.info(SystemLog::masked(file));
+    dismissPresented(nullptr, [this, file] {
+        if (!file.isNull())
+            startDownload(file);
+    });
+}
+
+void ContainerDeviceActions::cvFilesViewCancelled()
+{
+    dismissPresented(nullptr, [] {});
+}
+
+void ContainerDeviceActions::startDownload(const QString &file)
+{
+    auto transfer = CVTransferViewController::withCorvaneFileToDownload(_screen.context(), file);
+    transfer->setModalPresentationStyle(PresentationStyle::FormSheet);
+    presentTransfer(transfer);
+}
+
+void ContainerDeviceActions::keepDownload(const CVTransferViewController &transfer)
+{
+    _screen.context().log.info(SystemLog::masked(transfer.downloadedString()));
+    const auto &container = _screen.contents().filesContainer();
+    if (!container)
+        return;
+    // The disk too: a cloud container lists a document only when it has been reported.
+    const auto isTaken = [&](const QString &wanted) {
+        return container->fileExists(wanted) ||
+               _screen.context().store.disk.exists(container->url().appendingFile(documentFileName(wanted)));
+    };
+    const QString title = nextFreeTitle(transfer.downloadedFileName(), isTaken);
+    container->addFileWithName(title, transfer.downloadedString());
+    if (title != transfer.downloadedFileName())
+        _screen.context().presenter.showNotice(localizedFormat("Saved as %@.", title));
+}
+
+// Transfers
+
+void ContainerDeviceActions::presentTransfer(const std::shared_ptr<CVTransferViewController> &transfer)
+{
+    transfer->setDelegate(self<CVTransferControllerDelegate>());
+    _transferViewController = transfer;
+    present(transfer);
+}
+
+void ContainerDeviceActions::cvTransferControllerTransferFinished(CVTransferViewController &transfer)
+{
+    // Held here, because the dismissal lets go of it.
+    const auto finished = std::exchange(_transferViewController, {});
+    if (finished.get() != &transfer)
+        return;
+    dismissPresented(&transfer, [] {});
+    if (transfer.remoteOutputFilename().isNull() && transfer.inputText().isNull())
+        keepDownload(transfer);
+}
+
+void ContainerDeviceActions::cvTransferCloseClicked()
+{
+    if (const auto closed = std::exchange(_transferViewController, {}))
+        dismissPresented(closed.get(), [] {});
+}
+
+} // namespace cvtamber
