@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "store/FileURL.h"
+
+#include <QByteArrayView>
+#include <QString>
+
+namespace cvtamber {
+
+class StoreDisk;
+
+// The largest file that is taken in: 16 MiB, some eight thousand pages of braille.
+inline constexpr qint64 LargestImport = qint64{16} * 1024 * 1024;
+
+// What became of a handed-over file.
+struct ImportedText
+{
+    enum class Outcome {
+        Ok,
+        Unreadable,
+        TooLarge,
+        // Neither UTF-8 nor the language's code page, or with zero characters: no text.
+        NotText,
+    };
+
+    Outcome outcome = Outcome::Ok;
+    // Empty for an empty file.
+    QString text;
+    // For Unreadable: a sentence part.
+    QString why;
+
+    bool ok() const { return outcome == Outcome::Ok; }
+};
+
+// UTF-8, with or without its mark; else the code page of the language's first two letters: "pl" and "cs" 1250, "el" 1253,
+// "ar" 1256, every other 1252. Null when it is neither. Pure.
+QString textOfBytes(QByteArrayView bytes, const QString &preferredLanguage);
+
+// Main thread; reads at most LargestImport bytes.
+ImportedText readTextFile(const StoreDisk &disk, const FileURL &url, const QString &preferredLanguage);
+
+} // namespace cvtamber
