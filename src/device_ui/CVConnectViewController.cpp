@@ -150,7 +150,7 @@ void CVConnectViewController::didSelectBTDevice(const CVBTPeripheralPtr &device)
     _peripheral = device->peripheral();
     dismissViewController(true, [weak = std::weak_ptr(self())] {
         const auto dialog = weak.lock();
-        if (dialog && dialog->isInUse())
+        if (dialog && !dialog->hasGone())
             dialog->beginConnecting();
     });
 }
@@ -218,7 +218,7 @@ void CVConnectViewController::failed()
 
 void CVConnectViewController::retryButtonClicked()
 {
-    if (!isRetryVisible() || _isAnswered)
+    if (!isRetryVisible() || !takesActions())
         return;
     letGoOfLink();
     becomeStateDelegate();
@@ -228,13 +228,13 @@ void CVConnectViewController::retryButtonClicked()
 
 void CVConnectViewController::cancelButtonClicked()
 {
-    if (isCancelVisible())
+    if (isCancelVisible() && takesActions())
         actionButtonClicked(CVConnectViewDelegate::CancelButton);
 }
 
 void CVConnectViewController::doneButtonClicked()
 {
-    if (isDoneVisible())
+    if (isDoneVisible() && takesActions())
         actionButtonClicked(CVConnectViewDelegate::DoneButton);
 }
 

@@ -10,7 +10,6 @@
 #include "ui/NavigationController.h"
 #include "ui/Texts.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace cvtamber {
@@ -242,13 +241,6 @@ void CVDeviceTableViewController::linkClosed()
 
 void CVDeviceTableViewController::controlActivated(IndexPath path, int control, bool on)
 {
-    const auto controls = cellForRow(path).controls;
-    const bool isOffered =
-        std::any_of(controls.cbegin(), controls.cend(), [control](const CellControl &offered) {
-            return offered.id == control && offered.isEnabled;
-        });
-    if (!isOffered)
-        return;
     switch (control) {
     case ConnectButton:
         connectButtonClicked();
@@ -285,7 +277,7 @@ void CVDeviceTableViewController::connectButtonClicked()
     _connectViewController->setModalPresentationStyle(PresentationStyle::FormSheet);
     _connectViewController->setModalTransitionStyle(TransitionStyle::FlipHorizontal);
     presentViewController(_connectViewController, true);
-    _connectWindowsClosed = false;
+    _connectWindowsClosed = presentedViewController() != _connectViewController;
 }
 
 void CVDeviceTableViewController::connectViewControllerDidClickedWithButton(CVConnectViewController &dialog,
