@@ -43,7 +43,6 @@ signals:
 private:
     using Done = TransitionQueue::Done;
 
-    bool isSeen() const;
     // Runs the change now or in its turn.
     void change(std::function<void(const Done &done)> work);
     void startPush(const Controller &controller, bool animated, const Done &done);

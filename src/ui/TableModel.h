@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "ui/RowDifference.h"
 #include "ui/TableViewController.h"
 
 #include <QAbstractListModel>
@@ -19,23 +20,23 @@ class TableModel final : public QAbstractListModel
     Q_OBJECT
 
 public:
+    // The views' names stand behind. Style and accessory are TableCell's, as numbers.
     enum Role {
-        StyleRole = Qt::UserRole + 1,
-        TextRole,
-        DetailRole,
-        ImageRole,
-        AccessoryRole,
-        AccessoryNameRole,
-        ControlsRole,
-        EnabledRole,
-        HighlightRole,
-        AccessibleNameRole,
-        SectionRole,
-        RowRole,
-        // Rows in the section.
-        CountRole,
-        HeaderRole,
-        DeletableRole,
+        StyleRole = Qt::UserRole + 1, // style
+        TextRole,                     // text, also the display role
+        DetailRole,                   // detail
+        ImageRole,                    // image
+        AccessoryRole,                // accessory
+        AccessoryNameRole,            // accessoryName
+        ControlsRole,                 // controls: a list of CellControl
+        EnabledRole,                  // cellEnabled, since every item has an `enabled` of its own
+        HighlightRole,                // canHighlight
+        AccessibleNameRole,           // accessibleName
+        SectionRole,                  // section
+        RowRole,                      // row, in its section
+        CountRole,                    // count of the rows in the section
+        HeaderRole,                   // header of the section
+        DeletableRole,                // deletable
     };
 
     explicit TableModel(const TableViewController &table);
@@ -55,10 +56,10 @@ public:
 
     // Of a row of this model; {-1, -1} outside.
     IndexPath pathOf(int row) const;
+    // The row of this model; -1 outside.
+    int rowOf(IndexPath path) const;
 
 private:
-    // A section's rows by identity, as shown.
-    using Section = std::vector<quintptr>;
     // Where a shown section's rows are in the table's answers; -1: no longer there.
     struct Place
     {
@@ -67,29 +68,39 @@ private:
         std::vector<int> rows;
     };
 
-    Section answeredRows(int section) const;
-    std::vector<Section> answers() const;
+    RowIdentities answeredRows(int section) const;
+    std::vector<RowIdentities> answers() const;
+    int shownRows(int section) const
+    {
+        return static_cast<int>(_sections[static_cast<size_t>(section)].size());
+    }
     int firstRow(int section) const;
-    int totalRows() const;
     // Where the row of the model stands in the answers; {-1, -1} when it is no longer there.
     IndexPath answeredPath(int row) const;
     const TableCell *cellAt(int row) const;
-    QVariant layoutData(int row, int role) const;
-    bool sameCounts(int section, int rows) const;
-    bool sameSections(int from, int shownShift) const;
+    QVariant cellData(const TableCell &cell, int role) const;
+    QVariant placeData(int row, int role) const;
+    // Whether the answers have so many rows and sections more than what is shown, and are else of the same size.
+    bool fitsRows(IndexPath path, int more) const;
+    bool fitsSections(int section, int more) const;
     void notFitting(const char *change);
 
-    void changeSection(int section);
+    void tell(int section, const RowIdentities &now, std::vector<int> places, bool isReordered);
+    void startTelling();
+    void changeSection(int section, const RowIdentities &now);
+    void removeSection(int section);
+    void addSection(int section, const RowIdentities &rows);
     void removeRows(int section, int first, int count);
-    void insertRows(int section, int first, const Section &rows, int firstPlace);
-    void order(int section, const std::vector<int> &wanted);
+    void addRows(int section, int first, const RowIdentities &now, int count);
+    void order(int section);
     void moveRow(int section, int from, int to);
-    void permute(int section, const std::vector<int> &wanted);
+    void permute(int section);
     void changed(int first, int count, const QList<int> &roles = {});
 
     const TableViewController &_table;
     bool _isFilled = false;
-    std::vector<Section> _sections;
+    // What is shown.
+    std::vector<RowIdentities> _sections;
     // As long as _sections while a change is told, else empty.
     std::vector<Place> _places;
     mutable int _cachedRow = -1;

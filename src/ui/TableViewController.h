@@ -20,6 +20,7 @@ struct IndexPath
     bool operator==(const IndexPath &) const = default;
 };
 
+// Numbered for the views: 0 to 3.
 enum class RowAnimation { None, Automatic, Fade, Top };
 
 // A screen that is a table: sections with rows.
@@ -37,6 +38,7 @@ class TableViewController : public ViewController
     Q_OBJECT
     Q_PROPERTY(QAbstractItemModel *model READ modelPointer CONSTANT)
     Q_PROPERTY(bool allowsSelection READ allowsSelection CONSTANT)
+    Q_PROPERTY(int rowAnimation READ rowAnimationNumber NOTIFY rowAnimationChanged)
     Q_PROPERTY(QString footerButtonTitle READ footerButtonTitle NOTIFY contentChanged)
     Q_PROPERTY(QString emptyText READ emptyText NOTIFY contentChanged)
 
@@ -48,6 +50,10 @@ public:
 
     TableModel &model() const { return *_model; }
     QAbstractItemModel *modelPointer() const;
+
+    // How the change that is told now, or was told last, is to be shown.
+    RowAnimation rowAnimation() const { return _rowAnimation; }
+    int rowAnimationNumber() const { return static_cast<int>(_rowAnimation); }
 
     virtual int numberOfSections() const { return 1; }
     virtual int numberOfRows(int section) const = 0;
@@ -75,6 +81,7 @@ public:
     void setEditing(bool editing) override;
 
 signals:
+    void rowAnimationChanged();
     // After every change that was told: the rows, the footer button or the empty text may be others.
     void contentChanged();
 
@@ -96,7 +103,10 @@ protected:
 
 private:
     bool hasRow(IndexPath path) const;
+    // Whether a change is to be told at all; keeps its animation for the view.
+    bool startChange(RowAnimation animation);
 
+    RowAnimation _rowAnimation = RowAnimation::None;
     std::unique_ptr<TableModel> _model;
 };
 

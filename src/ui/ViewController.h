@@ -69,7 +69,7 @@ public:
     Controller presentedViewController() const;
     // The screen that presented this one or its container.
     Controller presentingViewController() const;
-    std::shared_ptr<NavigationController> navigationController() const { return _navigation.lock(); }
+    std::shared_ptr<NavigationController> navigationController() const;
     Presenter &presenter() const { return _presenter; }
 
     // The answer comes once, and not at all when this screen has been dismissed, popped or destroyed meanwhile.
@@ -119,9 +119,12 @@ private:
     bool isVisible() const { return _appearance != Appearance::Hidden; }
     // The container that this screen stands in, or null.
     Controller parent() const { return _parent.lock(); }
-    Controller outermost() const;
+    const ViewController &outermost() const;
     bool isInside(const ViewController &container) const;
-    void updateEditItems();
+    // Whether there was one.
+    bool updateEditItems();
+    void itemClicked(const QList<BarButtonItem> &items, int index);
+    std::function<std::shared_ptr<const void>()> asker() const;
 
     Presenter &_presenter;
     QString _title;

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/TransitionQueue.h"
+
+#include <utility>
+
+namespace cvtamber {
+
+TransitionQueue::TransitionQueue(RunLoop &runLoop)
+    : _later(runLoop)
+{}
+
+void TransitionQueue::add(Transition transition)
+{
+    _waiting.push_back(std::move(transition));
+    startNext();
+}
+
+void TransitionQueue::later(std::function<void()> callback)
+{
+    _later.start(std::chrono::nanoseconds{0}, std::move(callback));
+}
+
+void TransitionQueue::startNext()
+{
+    if (_isRunning || _waiting.empty())
+        return;
+    const auto next = std::move(_waiting.front());
+    _waiting.pop_front();
+    _isRunning = true;
+    next([this, alive = std::weak_ptr<char>(_alive), isOver = std::make_shared<bool>(false)] {
+        if (alive.expired() || std::exchange(*isOver, true))
+            return;
+        _isRunning = false;
+        startNext();
+    });
+}
+
+} // namespace cvtamber
