@@ -6,6 +6,8 @@
 
 #include <QDirIterator>
 
+#include <algorithm>
+
 namespace cvtamber {
 
 using namespace Qt::StringLiterals;
@@ -29,6 +31,7 @@ QString CloudRun::run()
 {
     for (int i = 0; i < Steps; ++i) {
         step();
+        numberDirectories();
         _bench.someBackgroundWork();
         if (!_bench.random.oneIn(15) && i + 1 < Steps)
             continue;
@@ -95,7 +98,8 @@ void CloudRun::changeFolders()
         _bench.forgiveAll(place);
         _bench.setDying(place);
         user->deleteFolder(folder);
-    } else if (target != user && _bench.isFree(target->url())) {
+    } else if (target != user && _bench.isFree(target->url()) &&
+               !_bench.rig.disk.exists(target->url().appendingDirectory(folder->storageName()))) {
         tell(u"move folder"_s, place);
         _bench.reserve(place);
         _bench.reserve(_bench.placeOf(target->url()) + u'/' + folder->storageName());
@@ -126,6 +130,9 @@ void CloudRun::addFile(const Container &container)
 {
     const QString title = _bench.anyTitle();
     const QString place = _bench.placeOf(container->url().appendingFile(documentFileName(title)));
+    // The cloud does not tell a document that takes the place of another between two reports from that one.
+    if (_bench.isReserved(place))
+        return;
     const QString text = _bench.freshText();
     tell(u"add"_s, place);
     container->addFileWithName(title, text, [this, text, place](const FileResult &result) {
@@ -235,6 +242,8 @@ void CloudRun::syncChanges()
     }
     _bench.rig.put(place, text.toUtf8());
     replaceByPlaceholder(place);
+    // One that comes and is downloaded between two reports is not told at all.
+    report(false);
 }
 
 void CloudRun::download(const FileURL &url)
@@ -294,8 +303,35 @@ QStringList CloudRun::places() const
             all.append(
                 _bench.placeOf(real.isNull() ? url : url.deletingLastPathComponent().appendingFile(real)));
     }
-    all.sort();
+    std::sort(all.begin(), all.end(),
+              [this](const QString &one, const QString &other) { return numbered(one) < numbered(other); });
     return all;
+}
+
+void CloudRun::numberDirectories()
+{
+    QStringList found;
+    QDirIterator directories(_bench.rig.root().path(), QDir::Dirs | QDir::NoDotAndDotDot,
+                             QDirIterator::Subdirectories);
+    while (directories.hasNext())
+        found.append(QFileInfo(directories.next()).fileName());
+    // Of one step there is at most one that the store has named.
+    found.sort();
+    for (const QString &name : std::as_const(found)) {
+        if (!_directories.contains(name))
+            _directories.append(name);
+    }
+}
+
+QString CloudRun::numbered(const QString &place) const
+{
+    QStringList parts = place.split(u'/');
+    for (QString &part : parts) {
+        const qsizetype number = _directories.indexOf(part);
+        if (number >= 0)
+            part = u"directory %1"_s.arg(number);
+    }
+    return parts.join(u'/');
 }
 
 QString CloudRun::uuid()
@@ -311,7 +347,7 @@ QString CloudRun::anyUserPlace()
 
 void CloudRun::tell(const QString &what, const QString &place)
 {
-    _bench.story.append(what % u' ' % place);
+    _bench.story.append(what % u' ' % numbered(place));
 }
 
 StoreListing CloudRun::expected() const
@@ -333,22 +369,33 @@ StoreListing CloudRun::expected() const
     return listing;
 }
 
+// Whether a folder is listed while a newer version of its record is on its way depends on when its user came.
+void CloudRun::leaveOutFoldersOnTheirWay(StoreListing &listing) const
+{
+    std::erase_if(listing, [this](const auto &entry) {
+        const QString folder = entry.first.section(u'/', 0, 2).remove(u" (again)"_s);
+        return entry.first.count(u'/') > 1 && !folder.endsWith(u".tamber"_s) &&
+               !_bench.rig.has(folder + u"/folder.dat"_s);
+    });
+}
+
 QString CloudRun::faultInLists(const QString &when)
 {
     StoreListing found = listingOf(*_bench.storage, _bench.rig.disk);
     StoreListing wanted = expected();
+    leaveOutFoldersOnTheirWay(found);
+    leaveOutFoldersOnTheirWay(wanted);
     for (auto &[place, text] : wanted) {
-        // A record is not read again for each change, so only its name is compared, and only where it is here.
+        // A user's record is not read again, so that only where it is counts.
         const auto listed = found.find(place);
         if (listed == found.end() || place.endsWith(u".tamber"_s))
             continue;
         const bool isUser = place.count(u'/') == 1;
-        if (isUser || text == u"(unreadable)")
-            text = listed->second;
-        else
-            text = text.section(u'\n', 0, 0);
+        text = isUser ? listed->second : text.section(u'\n', 0, 0);
     }
-    const QString fault = difference(found, wanted);
+    QString fault = difference(found, wanted);
+    for (qsizetype i = 0; i < _directories.size(); ++i)
+        fault.replace(_directories[i], u"directory %1"_s.arg(i));
     return fault.isEmpty() ? QString() : QString(when % u":\n" % fault);
 }
 

@@ -41,16 +41,22 @@ private:
     void report(bool isWhole);
     QList<MetadataItem> itemsOnDisk();
 
-    // Below the root, real names; of all documents and records that are there.
+    // Below the root, real names; of all documents and records that are there, in an order that is the same
+    // for the same seed.
     QStringList places() const;
+    // Gives each new directory a number: its name is another each time.
+    void numberDirectories();
+    QString numbered(const QString &place) const;
     QString uuid();
     QString anyUserPlace();
     void tell(const QString &what, const QString &place);
     StoreListing expected() const;
     QString faultAtRest();
+    void leaveOutFoldersOnTheirWay(StoreListing &listing) const;
     QString faultInLists(const QString &when);
 
     StoreBench _bench;
+    QStringList _directories;
     // Items that have been reported as downloaded since they were first reported.
     std::set<QString> _seenDownloaded;
 };
