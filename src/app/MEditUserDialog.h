@@ -103,7 +103,6 @@ protected:
 private:
     void nameTyped(QString &name, const QString &text);
     void textWasChanged();
-    bool isAskedFor() const;
     // The delegate, the first time: a dialog ends once.
     std::shared_ptr<MeditUserDialogDelegateProtocol> takeDelegate();
     void writeNames();

@@ -105,7 +105,7 @@ private:
     void closeClicked();
     void tellCancelled();
     void saveButtonClicked();
-    void placePicked(const std::shared_ptr<TamberFilesContainer> &place);
+    void placePicked(const ViewController &picker, const std::shared_ptr<TamberFilesContainer> &place);
     void saveTo(TamberFilesContainer &place);
     void saveEnded(const QString &title, const FileResult &result);
     void setSaving(bool saving);
@@ -114,6 +114,8 @@ private:
     QString mailName() const;
     void mail(bool asAttachment);
     QByteArray attachmentBytes() const;
+    // A notice, from the texts.
+    void tell(const char *key) const;
 
     AppContext &_context;
     std::shared_ptr<MTextEditViewDelegate> _delegate;
@@ -127,7 +129,7 @@ private:
     bool _isSaved = false;
     bool _isSaving = false;
     bool _closeAfterSave = false;
-    std::shared_ptr<CVTransferViewController> _transferViewController;
+    std::weak_ptr<CVTransferViewController> _transferViewController;
 };
 
 } // namespace cvtamber

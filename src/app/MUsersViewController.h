@@ -121,6 +121,8 @@ private:
     void takeRegistry(const std::shared_ptr<TamberUsers> &tamberUsers);
     void becomeRegistryDelegate();
     void giveRegistryDelegateBack();
+    // Who is to hear what this screen hears; null when it does not pick.
+    std::shared_ptr<TamberUsersDelegate> nextRegistryDelegate() const;
     void updateTitle();
     void userAddedNotification(const Notification &notification);
     // False when the list was in order already.
@@ -133,12 +135,15 @@ private:
     void cancelClicked();
     void addUserClicked();
     void pushContainer(const User &user);
-    void askForEditAction(IndexPath path);
+    void tellPicked(const User &user);
+    void askForEditAction(const User &user);
     void askForDeleteConfirmation();
     void editSelectedUser();
     void presentDialog(const std::shared_ptr<MEditUserDialog> &dialog);
     // The dialog that this screen presents; null when there is none.
     std::shared_ptr<MEditUserDialog> presentedDialog() const;
+    // What comes next runs when the dialog has gone; null for nothing.
+    void dismissDialog(void (MUsersViewController::*then)());
     void moveSelectedUser();
     void deleteCurrentUser();
 

@@ -69,10 +69,9 @@ public:
     void tamberContainerViewControllerFolderPicked(TamberContainerViewController &controller,
                                                    const std::shared_ptr<TamberDataFolder> &folder) override;
 
-    void endDisappearing() override;
-
 protected:
     void viewDidLoad() override;
+    void viewDidDisappear() override;
 
 private:
     using PickDelegate = TamberPickUserOrFolderViewControllerDelegate;

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/UserTexts.h"
+
+#include "store/TamberUser.h"
+#include "store/TamberUsers.h"
+
+#include <algorithm>
+
+namespace cvtamber {
+
+QString userFullDescription(const TamberUser &user)
+{
+    QString text = user.firstName();
+    const auto append = [&text](const QString &part) {
+        if (!text.isEmpty())
+            text += u' ';
+        text += part;
+    };
+    if (!user.lastName().isEmpty())
+        append(user.lastName());
+    if (!user.displayName().isEmpty())
+        append(u" (" + user.displayName() + u')');
+    return text;
+}
+
+bool isListedUser(const std::shared_ptr<TamberUser> &user)
+{
+    const auto registry = user ? user->users() : nullptr;
+    return registry &&
+           std::find(registry->users().begin(), registry->users().end(), user) != registry->users().end();
+}
+
+} // namespace cvtamber

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+#include <memory>
+
+namespace cvtamber {
+
+class TamberUser;
+
+// All names of a user, as a confirmation says them: "Ann Lee  (Mrs L)", with two spaces where a name comes before the
+// parenthesis.
+QString userFullDescription(const TamberUser &user);
+
+// Whether the user's registry still lists the user; false for null.
+bool isListedUser(const std::shared_ptr<TamberUser> &user);
+
+} // namespace cvtamber
