@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/desktop/FreedesktopApplicationAdaptor.h"
+
+#include "platform/desktop/DesktopApplication.h"
+#include "platform/desktop/FileUris.h"
+
+namespace cvtamber {
+
+namespace {
+
+QString activationToken(const QVariantMap &platformData)
+{
+    const QString token = platformData.value(QStringLiteral("activation-token")).toString();
+    return token.isEmpty() ? platformData.value(QStringLiteral("desktop-startup-id")).toString() : token;
+}
+
+} // namespace
+
+FreedesktopApplicationAdaptor::FreedesktopApplicationAdaptor(DesktopApplication &application)
+    : QDBusAbstractAdaptor(&application)
+    , _application(application)
+{}
+
+void FreedesktopApplicationAdaptor::Activate(const QVariantMap &platformData)
+{
+    _application.perform([token = activationToken(platformData)](const auto &handlers) {
+        if (handlers.activate)
+            handlers.activate(token);
+    });
+}
+
+void FreedesktopApplicationAdaptor::Open(const QStringList &uris, const QVariantMap &platformData)
+{
+    QStringList paths;
+    QStringList others;
+    for (const QString &uri : uris) {
+        const QString path = pathOfFileUri(uri);
+        (path.isNull() ? others : paths).append(path.isNull() ? uri : path);
+    }
+    _application.perform([token = activationToken(platformData), paths, others](const auto &handlers) {
+        if (handlers.activate)
+            handlers.activate(token);
+        if (handlers.open)
+            handlers.open(paths, others);
+    });
+}
+
+void FreedesktopApplicationAdaptor::ActivateAction(const QString &name, const QVariantList &,
+                                                   const QVariantMap &)
+{
+    _application.perform([name](const auto &handlers) {
+        if (handlers.action)
+            handlers.action(name);
+    });
+}
+
+} // namespace cvtamber
