@@ -3,8 +3,11 @@
 
 #include "base/TaskRunner.h"
 
-#include <QObject>
 #include <QThreadPool>
+
+#include <deque>
+#include <memory>
+#include <mutex>
 
 namespace cvtamber {
 
@@ -22,8 +25,22 @@ public:
     void run(Task work, Task completion) override;
 
 private:
-    // Where the completions are posted to; they go with it.
-    QObject _mainThread;
+    struct Job
+    {
+        Task work;
+        Task completion;
+    };
+    // Lives on the main thread: each event that it gets is one job whose work is done. They go with it.
+    class Finisher;
+
+    void workOnNext();
+    void completeNext();
+
+    std::unique_ptr<Finisher> _finisher;
+    // The jobs change threads under this lock alone, so that a sanitizer can follow them.
+    std::mutex _mutex;
+    std::deque<Job> _waiting;
+    std::deque<Task> _completions;
     QThreadPool _pool;
 };
 
