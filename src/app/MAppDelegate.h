@@ -101,9 +101,9 @@ private:
     FileURL localStorageURL() const;
     FileURL ubiquotusStorageURL() const;
 
-    bool isFreeToPresent() const;
     void presentImports();
-    bool presentImport(const FileURL &url);
+    bool presentImport(TabBarController &tabs, const FileURL &url);
+    void importShown(const FileURL &url);
     void dismissPresented(std::function<void()> completion);
     // The document that waits, as UTF-8; null when it is none.
     QString waitingText();
@@ -121,7 +121,7 @@ private:
     std::shared_ptr<MUsersViewController> _archivedUsersController;
     FileURL _docToOpenURL;
     bool _isLocating = false;
-    // Wait until nothing else is presented.
+    // The first one is being presented or waits until nothing else is.
     std::deque<FileURL> _imports;
     DelayedCall _presentLater;
 };

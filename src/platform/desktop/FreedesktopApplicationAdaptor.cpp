@@ -38,10 +38,11 @@ void FreedesktopApplicationAdaptor::Open(const QStringList &uris, const QVariant
         (path.isNull() ? others : paths).append(path.isNull() ? uri : path);
     }
     _application.perform([token = activationToken(platformData), paths, others](const auto &handlers) {
-        if (handlers.activate)
-            handlers.activate(token);
+        // First: a program that was started for these files is to know it.
         if (handlers.open)
             handlers.open(paths, others);
+        if (handlers.activate)
+            handlers.activate(token);
     });
 }
 

@@ -1,0 +1,212 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "main/CVTamberApplication.h"
+
+#include "app/StoreSwitch.h"
+#include "device/CVBluetoothManager.h"
+#include "main/CVTamberCommandLine.h"
+#include "main/SignalWatcher.h"
+#include "store/TamberStorage.h"
+#include "ui/Texts.h"
+
+#include <QGuiApplication>
+#include <QLocale>
+#include <QProcess>
+#include <QQuickWindow>
+
+namespace cvtamber {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString WindowWidth = QStringLiteral("windowWidth");
+const QString WindowHeight = QStringLiteral("windowHeight");
+
+// How long the end of the program waits for a device that does not let go.
+constexpr std::chrono::seconds ReleaseLimit{3};
+// How long a program that the bus has started waits to be told what for.
+constexpr std::chrono::seconds RequestLimit{30};
+
+FileURL recoveredFolder(Locations &locations)
+{
+    return FileURL::directory(locations.documentsFolder()).appendingDirectory(u"Recovered"_s);
+}
+
+} // namespace
+
+CVTamberApplication::CVTamberApplication(QGuiApplication &application, EventRunLoop &runLoop, SystemLog &log,
+                                         StandardLocations &locations,
+                                         const BluetoothCentralFactory &makeCentral,
+                                         DesktopApplication &desktop)
+    : _application(application)
+    , _runLoop(runLoop)
+    , _log(log)
+    , _locations(locations)
+    , _makeCentral(makeCentral)
+    , _desktop(desktop)
+    , _lock(locations.stateFolder() + u"/running.lock"_s)
+    , _disk(FileOperations::system())
+    , _trash(_disk, recoveredFolder(locations))
+    , _cloud({runLoop, _pool, FileOperations::system(), log, _defaults})
+    , _coordinator(_pool, _disk, _trash)
+    , _store{runLoop, _disk, _coordinator, _cloud, _trash, _notifications, _problems, log}
+    , _manager(CVBluetoothManager::create(runLoop, log, makeCentral()))
+    , _mail(runLoop, locations, QDBusConnection::sessionBus())
+    , _preview(runLoop, QDBusConnection::sessionBus())
+    , _presenter(std::make_unique<QmlPresenter>(runLoop))
+    , _stopLater(runLoop)
+{
+    CVBluetoothManager::setDefaultManager(_manager);
+    _delegate = std::make_shared<MAppDelegate>(services());
+}
+
+CVTamberApplication::~CVTamberApplication()
+{
+    _desktop.setHandlers({});
+    _delegate->tearDown();
+    // The screens, then what they look at.
+    _presenter.reset();
+    _delegate.reset();
+    gCVDevice.reset();
+    CVBluetoothManager::setDefaultManager(nullptr);
+}
+
+AppServices CVTamberApplication::services()
+{
+    return {{_runLoop, _log, _idleTimer, _manager, _makeCentral},
+            *_presenter,
+            _store,
+            _pool,
+            _defaults,
+            _locations,
+            _mail,
+            _preview,
+            [] { return QLocale::system().uiLanguages(); }};
+}
+
+bool CVTamberApplication::start(const CVTamberCommandLine &commandLine, DesktopApplication::Start role)
+{
+    if (!_presenter->window())
+        return false;
+    // The bus tells of the others; where there is none, or it is another session's, the lock does.
+    _lock.setStaleLockTime(0);
+    _isTheOne = _lock.tryLock(0);
+    _signals = std::make_unique<SignalWatcher>([this](int) { stop(); });
+    listenToWindow();
+    if (!commandLine.files.isEmpty())
+        openFiles(commandLine.files, {});
+    else if (!commandLine.waitsForBus)
+        launch({});
+    else
+        _stopLater.start(RequestLimit, [this] { stop(); });
+    listenToDesktop();
+    if (role == DesktopApplication::Start::NoBus && _isTheOne)
+        _log.info(u"There is no session bus: a second start will not find this one"_s);
+    if (!_isTheOne)
+        _presenter->showNotice(
+            localized("CVTamber runs twice. Close one of them, so that they do not change the "
+                      "same documents."));
+    return true;
+}
+
+void CVTamberApplication::listenToDesktop()
+{
+    _desktop.setHandlers(
+        {[this](const QString &token) { bringToFront(token); },
+         [this](const QStringList &paths, const QStringList &others) { openFiles(paths, others); },
+         [this](const QString &name) { performAction(name); }});
+}
+
+void CVTamberApplication::listenToWindow()
+{
+    QQuickWindow *const window = _presenter->window();
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    QObject::connect(&_application, &QGuiApplication::lastWindowClosed, window, [this] { stop(); });
+    // Where no window manager tells who is active, the first frame is the sign that a person looks at it.
+    QObject::connect(
+        window, &QQuickWindow::frameSwapped, window, [this] { becomeActive(); },
+        static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+    QObject::connect(&_application, &QGuiApplication::applicationStateChanged, window,
+                     [this](Qt::ApplicationState state) {
+                         if (state == Qt::ApplicationActive)
+                             becomeActive();
+                         else
+                             _delegate->applicationWillResignActive();
+                     });
+    restoreWindow();
+}
+
+// The Inbox of another instance is left alone.
+void CVTamberApplication::launch(const std::optional<LaunchOptions> &options)
+{
+    if (std::exchange(_isLaunched, true))
+        return;
+    _stopLater.cancel();
+    _delegate->applicationDidFinishLaunchingWithOptions(_isTheOne || options ? options : LaunchOptions());
+    _presenter->window()->show();
+}
+
+void CVTamberApplication::openFiles(const QStringList &paths, const QStringList &others)
+{
+    launch(LaunchOptions{paths});
+    for (const QString &other : others)
+        _presenter->showNotice(localizedFormat("%@ is not on this computer and was not opened.", other));
+    _delegate->handOver(paths);
+}
+
+void CVTamberApplication::performAction(const QString &name)
+{
+    if (name == u"settings")
+        QProcess::startDetached(QCoreApplication::applicationFilePath(), {u"--settings"_s});
+    if (!_isLaunched)
+        stop();
+}
+
+void CVTamberApplication::bringToFront(const QString &activationToken)
+{
+    launch({});
+    // The platform plug-in reads it when a window asks to be activated.
+    if (!activationToken.isEmpty())
+        qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
+    _presenter->window()->show();
+    _presenter->window()->raise();
+    _presenter->window()->requestActivate();
+}
+
+void CVTamberApplication::becomeActive()
+{
+    if (!_isLaunched || _isStopping)
+        return;
+    _defaults.synchronize();
+    if (!gTamberStorage || !gTamberStorage->isUbiquitous())
+        _cloud.takeChoice();
+    _delegate->applicationDidBecomeActive();
+}
+
+void CVTamberApplication::restoreWindow()
+{
+    const QSize size(_defaults.value(WindowWidth).toInt(), _defaults.value(WindowHeight).toInt());
+    if (size.width() >= _presenter->window()->minimumWidth() && size.width() > 0 && size.height() > 0)
+        _presenter->window()->resize(size);
+}
+
+void CVTamberApplication::saveWindow()
+{
+    const QQuickWindow &window = *_presenter->window();
+    if (!_isLaunched || window.windowStates() != Qt::WindowNoState)
+        return;
+    _defaults.setValue(WindowWidth, window.width());
+    _defaults.setValue(WindowHeight, window.height());
+}
+
+void CVTamberApplication::stop()
+{
+    if (std::exchange(_isStopping, true))
+        return;
+    saveWindow();
+    _delegate->applicationWillTerminate();
+    _stopLater.start(ReleaseLimit, [] { QCoreApplication::quit(); });
+    _manager->releasePeripherals([] { QCoreApplication::quit(); });
+}
+
+} // namespace cvtamber
