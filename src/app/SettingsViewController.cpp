@@ -27,7 +27,7 @@ QString absolutePath(const QString &typed)
     return QDir::isAbsolutePath(path) ? QDir::cleanPath(path) : QString();
 }
 
-bool isInside(const QString &path, const QString &folder)
+bool liesIn(const QString &path, const QString &folder)
 {
     return path == folder || path.startsWith(QString(folder % u'/'));
 }
@@ -177,7 +177,7 @@ void SettingsViewController::chooseFolder(const QString &typed)
     }
     const QString own = QFileInfo(_locations.documentsFolder()).canonicalFilePath();
     const QString chosen = QFileInfo(path).canonicalFilePath();
-    if (isInside(chosen, own) || isInside(own, chosen)) {
+    if (liesIn(chosen, own) || liesIn(own, chosen)) {
         presenter().showNotice(
             localized("This folder holds the documents of this computer. Choose another one."));
         return;
