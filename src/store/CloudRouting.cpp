@@ -17,7 +17,10 @@ CloudStep stepForRecord(CloudReport report, const ReportedItem &item)
     case CloudReport::Downloaded:
         return CloudStep::OpenFolder;
     case CloudReport::DownloadedAgain:
-        return item.isFolderListed ? CloudStep::ReloadFolder : CloudStep::Nothing;
+        if (item.isFolderBeingOpened)
+            return CloudStep::Nothing;
+        // Its record became newer before its user was known: without this it would stay unlisted.
+        return item.isFolderListed ? CloudStep::ReloadFolder : CloudStep::OpenFolder;
     }
     return CloudStep::Nothing;
 }

@@ -59,7 +59,7 @@ void tst_Routing::step_data()
     row("a folder has gone", Report::Deleted, u"Rl"_s, Step::UnlistFolder);
     row("gone while being opened", Report::Deleted, u"Ro"_s, Step::UnlistFolder);
     row("a folder has another name", Report::DownloadedAgain, u"Rdl"_s, Step::ReloadFolder);
-    row("an unknown folder has", Report::DownloadedAgain, u"Rd"_s, Step::Nothing);
+    row("an unknown folder has", Report::DownloadedAgain, u"Rd"_s, Step::OpenFolder);
 }
 
 void tst_Routing::step()
