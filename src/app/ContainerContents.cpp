@@ -1,20 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ContainerContents.h"
 
-#include <algorithm>
-
 namespace cvtamber {
-
-namespace {
-
-template<typename Item> bool isStrictlyAscending(const std::vector<std::shared_ptr<Item>> &items)
-{
-    return std::adjacent_find(items.begin(), items.end(), [](const auto &one, const auto &next) {
-               return one->name().compare(next->name(), Qt::CaseInsensitive) >= 0;
-           }) == items.end();
-}
-
-} // namespace
 
 const void *ContainerItem::address() const
 {
@@ -79,14 +66,6 @@ IndexPath ContainerContents::pathOf(const ContainerItem &item) const
     if (index == NotFound)
         return {-1, -1};
     return {item.folder ? 0 : filesSection(), static_cast<int>(index)};
-}
-
-bool ContainerContents::isInOrder(int section) const
-{
-    if (!_filesContainer)
-        return true;
-    return isFolderSection(section) ? isStrictlyAscending(_user->folders())
-                                    : isStrictlyAscending(_filesContainer->files());
 }
 
 } // namespace cvtamber

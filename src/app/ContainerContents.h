@@ -54,8 +54,6 @@ public:
     bool holds(const ContainerItem &item) const { return indexOf(item) != NotFound; }
     // {-1, -1} when it is not in it any more.
     IndexPath pathOf(const ContainerItem &item) const;
-    // True when each name of the section's list comes before the next: an insertion then moves no other row.
-    bool isInOrder(int section) const;
 
 private:
     std::shared_ptr<TamberFilesContainer> _filesContainer;

@@ -21,12 +21,11 @@ void ContainerScreen::ask(ActionSheet sheet)
     if (_isAsking)
         return;
     _isAsking = true;
-    sheet.didDismiss = whileAlive([this, answered = whileInUse(std::move(sheet.didDismiss))](
-                                      const ActionSheet &asked, int buttonIndex) {
+    sheet.didDismiss = [this, answered = std::move(sheet.didDismiss)](const ActionSheet &asked, int button) {
         _isAsking = false;
-        answered(asked, buttonIndex);
-    });
-    _context.presenter.showActionSheet(sheet);
+        answered(asked, button);
+    };
+    _controller.showActionSheet(sheet);
 }
 
 void ContainerScreen::ask(AlertView alert)
@@ -34,12 +33,12 @@ void ContainerScreen::ask(AlertView alert)
     if (_isAsking)
         return;
     _isAsking = true;
-    alert.didDismiss = whileAlive([this, answered = whileInUse(std::move(alert.didDismiss))](
-                                      const AlertView &asked, int buttonIndex, const QString &text) {
+    alert.didDismiss = [this, answered = std::move(alert.didDismiss)](const AlertView &asked, int button,
+                                                                      const QString &text) {
         _isAsking = false;
-        answered(asked, buttonIndex, text);
-    });
-    _context.presenter.showAlert(alert);
+        answered(asked, button, text);
+    };
+    _controller.showAlert(alert);
 }
 
 Anchor ContainerScreen::anchorOf(const ContainerItem &item) const
@@ -79,12 +78,12 @@ void ContainerScreen::openText(const std::shared_ptr<TamberDocument> &document,
 void ContainerScreen::takeContainerBack() const
 {
     _controller.becomeDelegate();
-    _controller.reloadAll();
+    _controller.reloadData();
 }
 
 void ContainerScreen::reload() const
 {
-    _controller.reloadAll();
+    _controller.reloadData();
 }
 
 } // namespace cvtamber

@@ -14,8 +14,7 @@ class TamberContainerViewController;
 
 // What the parts of a container browser share: what it shows, and how they ask and tell a person.
 //
-// One question at a time: a second one that is asked for while the first waits for its answer is dropped. What is asked
-// comes back only while the screen is in use.
+// One question at a time: a second one that is asked for while the first waits for its answer is dropped.
 // Thread: main thread. Owner: the browser, which outlives it.
 class ContainerScreen
 {

@@ -12,6 +12,7 @@
 #include "store/StoreContext.h"
 #include "store/StoreDisk.h"
 #include "ui/NavigationController.h"
+#include "ui/TableModel.h"
 #include "ui/Texts.h"
 
 #include <QDateTime>
@@ -94,7 +95,7 @@ void TamberContainerViewController::becomeDelegate()
 
 void TamberContainerViewController::viewWillAppear()
 {
-    reloadAll();
+    reloadData();
     becomeDelegate();
 }
 
@@ -218,43 +219,32 @@ void TamberContainerViewController::folderDeletedAtIndex(StoreIndex index)
 void TamberContainerViewController::folderUpdatedAtIndex(StoreIndex index)
 {
     reloadRow({0, static_cast<int>(index)});
-    shownSection(0).isInOrder = contents().isInOrder(0);
 }
 
-TamberContainerViewController::Shown &TamberContainerViewController::shownSection(int section)
+int TamberContainerViewController::rowsInAll() const
 {
-    return _shown[static_cast<size_t>(section)];
-}
-
-void TamberContainerViewController::reloadAll()
-{
-    reloadData();
+    int rows = 0;
     for (int section = 0; section < sectionsCount(); ++section)
-        shownSection(section) = {numberOfRows(section), contents().isInOrder(section)};
+        rows += numberOfRows(section);
+    return rows;
 }
 
 void TamberContainerViewController::rowInserted(IndexPath path)
 {
-    Shown &shown = shownSection(path.section);
-    const int count = numberOfRows(path.section);
-    // Else other rows have moved, or come without a word while a user was read.
-    if (shown.isInOrder && count == shown.count + 1)
+    // Folders come without a word while a user is being read.
+    if (rowsInAll() == model().rowCount() + 1)
         insertRow(path);
     else
         reloadData();
-    shown = {count, true};
     updateEditButtonState();
 }
 
 void TamberContainerViewController::rowDeleted(IndexPath path)
 {
-    Shown &shown = shownSection(path.section);
-    const int count = numberOfRows(path.section);
-    if (count == shown.count - 1)
+    if (rowsInAll() == model().rowCount() - 1)
         deleteRow(path);
     else
         reloadData();
-    shown.count = count;
     updateEditButtonState();
 }
 
@@ -280,12 +270,10 @@ void TamberContainerViewController::folderSelected(const std::shared_ptr<TamberD
             delegate->tamberContainerViewControllerFolderPicked(*this, folder);
         return;
     }
-    const auto navigation = navigationController();
-    if (!navigation || navigation->topViewController().get() != this)
-        return;
     const auto browser = std::make_shared<TamberContainerViewController>(_context);
     browser->setContainer(folder);
-    navigation->pushViewController(browser, true);
+    if (const auto navigation = navigationController())
+        navigation->pushViewController(browser, true);
 }
 
 void TamberContainerViewController::controlActivated(IndexPath path, int, bool)

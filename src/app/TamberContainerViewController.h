@@ -6,7 +6,6 @@
 #include "store/ContainerDelegates.h"
 #include "ui/TableViewController.h"
 
-#include <array>
 #include <memory>
 
 namespace cvtamber {
@@ -83,22 +82,14 @@ protected:
 
 private:
     friend class ContainerScreen;
-    // What a section showed after the last change.
-    struct Shown
-    {
-        int count = 0;
-        // Each name comes before the next, so that sorting changes nothing.
-        bool isInOrder = true;
-    };
-
     bool isPicking() const { return _mode == Mode::PickFolder; }
     const ContainerContents &contents() const;
     // The one row that picks the user itself.
     bool isActionRow(int section) const;
     QString sizeText(const TamberDocument &document) const;
-    Shown &shownSection(int section);
     void becomeDelegate();
-    void reloadAll();
+    // Of all sections, as they are now.
+    int rowsInAll() const;
     void rowInserted(IndexPath path);
     void rowDeleted(IndexPath path);
     void updateEditButtonState();
@@ -115,7 +106,6 @@ private:
     Mode _mode = Mode::Browse;
     std::shared_ptr<TamberContainerViewControllerDelegate> _delegate;
     QString _actionButtonTitle;
-    std::array<Shown, 2> _shown;
 
     std::unique_ptr<ContainerScreen> _screen;
     std::unique_ptr<ContainerFileActions> _fileActions;
