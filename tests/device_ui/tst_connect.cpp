@@ -203,16 +203,22 @@ void tst_Connect::radioComesBack()
 
 void tst_Connect::cancelledPick_data()
 {
-    columns<int>("afterMilliseconds");
-    for (const int time : {0, 300, 500, 700, 900, 1100, 1300, 3000})
-        row(qPrintable(QString::number(time)), time);
+    columns<int, bool>("afterMilliseconds", "isStuck");
+    for (const int time : {0, 300, 500, 700, 900, 1100, 1300, 3000}) {
+        row(qPrintable(QString::number(time)), time, false);
+        row(qPrintable(QString::number(time) + u", tells no services"_s), time, true);
+    }
 }
 
 // At whatever moment of the scan: the dialog goes with the picker, and no device is left linked by a scan.
 void tst_Connect::cancelledPick()
 {
     QFETCH(int, afterMilliseconds);
-    ConnectBench bench;
+    QFETCH(bool, isStuck);
+    DeviceProfile profile;
+    if (isStuck)
+        profile.faults.append(fault(Fault::Kind::ServicesNever));
+    ConnectBench bench(true, {profile});
     bench.open();
     bench.advance(std::chrono::milliseconds(afterMilliseconds));
     const auto picker = bench.picker();
@@ -351,6 +357,9 @@ void tst_Connect::failure()
     QCOMPARE(bench.dialog->result(), Result::NoResult);
     QVERIFY(bench.dialog->isBusy());
     QVERIFY(!bench.dialog->isRetryVisible() && !bench.dialog->isCancelVisible());
+    // What is left of the attempt that was given up.
+    bench.dialog->corvaneDeviceStateChanged(0);
+    QCOMPARE(bench.dialog->result(), Result::NoResult);
     QVERIFY(bench.choose());
     QVERIFY(bench.waitForResult());
     QCOMPARE(bench.dialog->result(), Result::Connected);
