@@ -200,7 +200,7 @@ void MAppDelegate::pickUserPicked(const std::shared_ptr<TamberFilesContainer> &c
 {
     dismissPresented([container, delegate = weak_from_this()] {
         const auto self = delegate.lock();
-        if (self && container)
+        if (self && container && !self->_docToOpenURL.isNil())
             self->addWaitingDocument(*container, self->waitingText());
     });
 }

@@ -1,0 +1,461 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "MemoryDefaults.h"
+#include "app/MAppDelegate.h"
+#include "app/MGlobals.h"
+#include "app/StoreSwitch.h"
+#include "app/TextImport.h"
+#include "device/CVBluetoothManager.h"
+#include "store/TamberStorage.h"
+#include "store/TamberUser.h"
+#include "support/FakeCentral.h"
+#include "support/Recorders.h"
+#include "support/RecordingPresenter.h"
+#include "support/Rows.h"
+#include "support/StoreRig.h"
+#include "support/TemporaryLocations.h"
+#include "ui/DocumentPreview.h"
+#include "ui/MailComposer.h"
+#include "ui/NavigationController.h"
+#include "ui/TabBarController.h"
+
+using namespace cvtamber;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString Ann = u"11111111-1111-1111-1111-111111111111"_s;
+
+class NoMail final : public MailComposer
+{
+public:
+    bool canSendMail() override { return false; }
+    void compose(const MailMessage &, std::function<void(bool)>) override {}
+};
+
+class NoPreview final : public DocumentPreview
+{
+public:
+    void show(const QString &, std::function<void(bool)>) override {}
+};
+
+// The application without a window, over real folders: the local documents, and a cloud container beside them.
+class AppBench
+{
+public:
+    AppBench() { defaults.values = {{u"iCloudOn"_s, false}, {u"prev_iCloudOn"_s, false}}; }
+    ~AppBench()
+    {
+        delegate->tearDown();
+        rig.settle();
+        presenter.reset();
+        delegate.reset();
+        gCVDevice.reset();
+    }
+
+    void launch(const std::optional<LaunchOptions> &options = {})
+    {
+        delegate->applicationDidFinishLaunchingWithOptions(options);
+    }
+    void launchWhole(const std::optional<LaunchOptions> &options = {})
+    {
+        launch(options);
+        rig.settle();
+        delegate->applicationDidBecomeActive();
+        rig.settle();
+    }
+    void startsInCloud(bool wasInCloud)
+    {
+        defaults.values = {{u"iCloudOn"_s, true}, {u"prev_iCloudOn"_s, wasInCloud}};
+    }
+    // In the settings window.
+    void turnCloud(bool on)
+    {
+        defaults.elsewhere.insert(u"iCloudOn"_s, on);
+        delegate->applicationDidBecomeActive();
+        rig.settle();
+    }
+    void putLocalUser() const { put(u"ActiveUsers/"_s % Ann % u"/user.txt"_s, "Ann\nLee\n\n"); }
+    void put(const QString &relative, const QByteArray &bytes) const
+    {
+        QFile file(localPath(relative));
+        QDir().mkpath(QFileInfo(file).path());
+        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+            qFatal("The test's own file could not be written");
+    }
+    QString localPath(const QString &relative) const { return local.path() % u'/' % relative; }
+    bool hasLocal(const QString &relative) const { return QFileInfo::exists(localPath(relative)); }
+    bool hasInCloud(const QString &relative) const
+    {
+        return QFileInfo::exists(rig.cloudRoot().path() % u'/' % relative);
+    }
+    FileURL inInbox(const QString &name) const
+    {
+        return Inbox::folder(const_cast<TemporaryLocations &>(locations)).appendingFile(name);
+    }
+    std::shared_ptr<MTextEditViewController> editor() const
+    {
+        return presenter->frontAs<MTextEditViewController>();
+    }
+    std::shared_ptr<MUsersViewController> users(int tab) const
+    {
+        const auto &tabs = MGlobals::tabBarController()->tabs();
+        const auto navigation =
+            std::dynamic_pointer_cast<NavigationController>(tabs[static_cast<size_t>(tab)].controller);
+        return std::dynamic_pointer_cast<MUsersViewController>(navigation->viewControllers().front());
+    }
+    size_t shownUsers() const { return users(0)->sortedUsers().size(); }
+
+    // In the order in which they need each other.
+    StoreRig rig;
+    TemporaryLocations locations;
+    FileURL local = TamberStorage::localStorageURL(locations);
+    QStringList journal;
+    FakeIdleTimer idleTimer;
+    std::shared_ptr<CVBluetoothManager> manager =
+        CVBluetoothManager::create(rig.loop, rig.log, std::make_unique<FakeCentral>(journal));
+    MemoryDefaults defaults;
+    NoMail mail;
+    NoPreview preview;
+    QStringList languages{u"en-GB"_s};
+    std::unique_ptr<RecordingPresenter> presenter = std::make_unique<RecordingPresenter>(rig.loop);
+    std::shared_ptr<MAppDelegate> delegate =
+        std::make_shared<MAppDelegate>(AppServices{{rig.loop, rig.log, idleTimer, manager, {}},
+                                                   *presenter,
+                                                   rig.context,
+                                                   rig.tasks,
+                                                   defaults,
+                                                   locations,
+                                                   mail,
+                                                   preview,
+                                                   [this] { return languages; }});
+};
+
+} // namespace
+
+class tst_appdelegate : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void aFirstLaunchIsLocalAndEmptiesTheInbox()
+    {
+        AppBench bench;
+        bench.defaults.values.clear();
+        bench.put(u"Inbox/Old.txt"_s, "old");
+        bench.launchWhole();
+        QCOMPARE(bench.defaults.values.value(u"iCloudOn"_s), QVariant(false));
+        QCOMPARE(bench.defaults.values.value(u"prev_iCloudOn"_s), QVariant(false));
+        QVERIFY(gCVDevice && gTamberStorage);
+        QCOMPARE(MGlobals::tamberStorage(), gTamberStorage);
+        QCOMPARE(gTamberStorage->storeURL(), bench.local);
+        QVERIFY(!bench.hasLocal(u"Inbox/Old.txt"_s));
+        QVERIFY(!bench.rig.log.lines.filter(u"iCloudOn == (null)"_s).isEmpty());
+    }
+
+    void threeTabsInTheirOrder()
+    {
+        AppBench bench;
+        bench.launchWhole();
+        const auto tabs = MGlobals::tabBarController();
+        QCOMPARE(bench.presenter->root(), tabs);
+        QCOMPARE(tabs->count(), 3);
+        QCOMPARE(bench.users(0)->tamberUsers(), gTamberStorage->activeUsers());
+        QCOMPARE(bench.users(1)->tamberUsers(), gTamberStorage->archivedUsers());
+        QCOMPARE(tabs->tabTitle(2), u"Corvane Brailler"_s);
+        QCOMPARE(tabs->tabImage(0), u"user.png"_s);
+        tabs->selectTab(2);
+        QCOMPARE(bench.presenter->front()->title(), u"Corvane"_s);
+        QCOMPARE(bench.defaults.value(u"selectedTab"_s).toInt(), 2);
+    }
+
+    void theLastTabIsShownAgain_data()
+    {
+        columns<QVariant, int>("kept", "shown");
+        row("never kept", QVariant(), 0);
+        row("kept", QVariant(1), 1);
+        row("as the file has it", QVariant(u"2"_s), 2);
+        row("a tab that is gone", QVariant(7), 0);
+    }
+    void theLastTabIsShownAgain()
+    {
+        QFETCH(QVariant, kept);
+        AppBench bench;
+        bench.defaults.setValue(u"selectedTab"_s, kept);
+        bench.launchWhole();
+        QTEST(MGlobals::tabBarController()->selectedIndex(), "shown");
+    }
+
+    void aTextInAnyEncodingOpensInAnEditor_data()
+    {
+        columns<QString, QByteArray, QString>("language", "bytes", "text");
+        row("UTF-8", u"pl-PL"_s, "Łódź"_ba, u"Łódź"_s);
+        row("Polish", u"pl-PL"_s, QByteArray("\xA3\xF3\x64\x9F"), u"Łódź"_s);
+        row("Polish read as Western", u"en-GB"_s, QByteArray("\xA3\xF3\x64\x9F"), u"£ódŸ"_s);
+        row("empty", u"en-GB"_s, QByteArray(), u""_s);
+    }
+    void aTextInAnyEncodingOpensInAnEditor()
+    {
+        QFETCH(QString, language);
+        QFETCH(QByteArray, bytes);
+        AppBench bench;
+        bench.languages = {language};
+        bench.launchWhole();
+        bench.put(u"Inbox/My letter.v2.txt"_s, bytes);
+        bench.delegate->applicationOpenURL(bench.inInbox(u"My letter.v2.txt"_s), {});
+        // Until the text is in the editor, the copy is the only one.
+        QVERIFY(bench.hasLocal(u"Inbox/My letter.v2.txt"_s));
+        bench.rig.settle();
+        QVERIFY(bench.editor());
+        QTEST(bench.editor()->text(), "text");
+        QCOMPARE(bench.editor()->title(), u"My letter.v2"_s);
+        QVERIFY(bench.editor()->showSaveButton());
+        QVERIFY(!bench.hasLocal(u"Inbox/My letter.v2.txt"_s));
+    }
+
+    void whatCannotBeImportedIsToldAndKept_data()
+    {
+        columns<QByteArray>("bytes");
+        row("undecodable", QByteArray("\x81\x8D"));
+        row("binary", QByteArray("\0\1\2", 3));
+        row("too large", QByteArray(LargestImport + 1, 'x'));
+    }
+    void whatCannotBeImportedIsToldAndKept()
+    {
+        QFETCH(QByteArray, bytes);
+        AppBench bench;
+        bench.launchWhole();
+        bench.put(u"Inbox/Odd.txt"_s, bytes);
+        bench.delegate->importFile(bench.inInbox(u"Odd.txt"_s));
+        bench.rig.settle();
+        QVERIFY(!bench.editor());
+        QCOMPARE(bench.presenter->notices().size(), 1);
+        QCOMPARE(bench.presenter->alertCount(), 0U);
+        QVERIFY(bench.hasLocal(u"Inbox/Odd.txt"_s));
+    }
+
+    void aFileThatHasVanishedIsTold()
+    {
+        AppBench bench;
+        bench.launchWhole();
+        bench.delegate->importFile(bench.inInbox(u"Gone.txt"_s));
+        bench.rig.settle();
+        QCOMPARE(bench.presenter->notices().size(), 1);
+    }
+
+    void severalFilesOpenOneAfterTheOther()
+    {
+        AppBench bench;
+        bench.launchWhole();
+        for (const QString &name : {u"1.txt"_s, u"2.txt"_s})
+            bench.rig.put(name, name.toUtf8());
+        bench.delegate->handOver({bench.rig.path(u"1.txt"_s), bench.rig.path(u"2.txt"_s)});
+        bench.rig.settle();
+        QCOMPARE(bench.editor()->text(), u"1.txt"_s);
+        QVERIFY(bench.hasLocal(u"Inbox/2.txt"_s));
+        bench.delegate->editViewCancelled();
+        bench.rig.settle();
+        QVERIFY(bench.editor());
+        QCOMPARE(bench.editor()->text(), u"2.txt"_s);
+        QVERIFY(bench.rig.has(u"1.txt"_s) && bench.rig.has(u"2.txt"_s));
+    }
+
+    void anImportWaitsForTheDialogThatIsUp()
+    {
+        AppBench bench;
+        bench.launchWhole();
+        const auto dialog = std::make_shared<ViewController>(*bench.presenter);
+        bench.users(0)->presentViewController(dialog, true);
+        bench.rig.settle();
+        bench.put(u"Inbox/Letter.txt"_s, "text");
+        bench.delegate->importFile(bench.inInbox(u"Letter.txt"_s));
+        bench.rig.settle();
+        QVERIFY(!bench.editor() && bench.hasLocal(u"Inbox/Letter.txt"_s));
+        bench.users(0)->dismissViewController(true);
+        bench.rig.loop.advance(std::chrono::seconds(2));
+        bench.rig.settle();
+        QVERIFY(bench.editor());
+    }
+
+    void aCloudLaunchShowsItsScreensOnceTheStoreIsFound()
+    {
+        AppBench bench;
+        bench.startsInCloud(true);
+        bench.put(u"Inbox/1.txt"_s, "one");
+        bench.put(u"Inbox/2.txt"_s, "two");
+        bench.launch(LaunchOptions{{u"/home/ann/2.txt"_s}});
+        QVERIFY(!MGlobals::tabBarController() && !gTamberStorage);
+        bench.delegate->applicationDidBecomeActive();
+        // One at most waits; the file before it stays where it is.
+        bench.delegate->applicationOpenURL(bench.inInbox(u"1.txt"_s), {});
+        bench.delegate->applicationOpenURL(bench.inInbox(u"2.txt"_s), {});
+        bench.rig.settle();
+        QCOMPARE(gTamberStorage->storeURL(), bench.rig.cloudRoot());
+        QCOMPARE(bench.editor()->text(), u"two"_s);
+        QVERIFY(bench.hasLocal(u"Inbox/1.txt"_s) && !bench.hasLocal(u"Inbox/2.txt"_s));
+    }
+
+    void twoFilesHandedOverBeforeStartUpAreBothOpened()
+    {
+        AppBench bench;
+        bench.startsInCloud(true);
+        bench.rig.put(u"1.txt"_s, "one");
+        bench.rig.put(u"2.txt"_s, "two");
+        const QStringList files{bench.rig.path(u"1.txt"_s), bench.rig.path(u"2.txt"_s)};
+        bench.launch(LaunchOptions{files});
+        bench.delegate->handOver(files);
+        bench.rig.settle();
+        QCOMPARE(bench.editor()->text(), u"one"_s);
+        bench.delegate->editViewCancelled();
+        bench.rig.settle();
+        QCOMPARE(bench.editor()->text(), u"two"_s);
+    }
+
+    void theCloudIsTurnedOnAndOff()
+    {
+        AppBench bench;
+        bench.putLocalUser();
+        bench.launchWhole();
+        QCOMPARE(bench.shownUsers(), 1U);
+        bench.turnCloud(true);
+        QVERIFY(bench.defaults.boolValue(u"prev_iCloudOn"_s));
+        QCOMPARE(gTamberStorage->storeURL(), bench.rig.cloudRoot());
+        QCOMPARE(bench.users(0)->tamberUsers(), gTamberStorage->activeUsers());
+        QCOMPARE(bench.users(1)->tamberUsers(), gTamberStorage->archivedUsers());
+        QVERIFY(bench.hasInCloud(u"ActiveUsers/"_s % Ann % u"/user.txt"_s));
+        QVERIFY(!bench.hasLocal(u"ActiveUsers/"_s % Ann));
+        bench.turnCloud(false);
+        QVERIFY(!bench.defaults.boolValue(u"prev_iCloudOn"_s));
+        QCOMPARE(gTamberStorage->storeURL(), bench.local);
+        QCOMPARE(bench.users(0)->tamberUsers(), gTamberStorage->activeUsers());
+        QVERIFY(bench.hasInCloud(u"ActiveUsers/"_s % Ann % u"/user.txt"_s));
+        QCOMPARE(bench.presenter->alertCount() + static_cast<size_t>(bench.presenter->notices().size()), 0U);
+    }
+
+    void anActivationWithoutAChangeChangesNothing()
+    {
+        AppBench bench;
+        bench.putLocalUser();
+        bench.launchWhole();
+        const auto registry = bench.users(0)->tamberUsers();
+        bench.turnCloud(false);
+        QCOMPARE(bench.users(0)->tamberUsers(), registry);
+        QVERIFY(bench.hasLocal(u"ActiveUsers/"_s % Ann));
+    }
+
+    // The switch was turned while the program did not run.
+    void theFirstActivationOfACloudLaunchComesBeforeTheStore()
+    {
+        AppBench bench;
+        bench.putLocalUser();
+        bench.startsInCloud(false);
+        bench.launch();
+        bench.delegate->applicationDidBecomeActive();
+        QVERIFY(!gTamberStorage);
+        QVERIFY(bench.defaults.boolValue(u"prev_iCloudOn"_s));
+        bench.rig.settle();
+        QVERIFY(bench.hasInCloud(u"ActiveUsers/"_s % Ann % u"/user.txt"_s));
+        QCOMPARE(gTamberStorage->storeURL(), bench.rig.cloudRoot());
+        QCOMPARE(MGlobals::tabBarController()->count(), 3);
+    }
+
+    void theCloudTurnedOffWhileItIsLookedFor()
+    {
+        AppBench bench;
+        bench.startsInCloud(true);
+        bench.launch();
+        bench.defaults.elsewhere.insert(u"iCloudOn"_s, false);
+        bench.delegate->applicationDidBecomeActive();
+        bench.rig.settle();
+        QCOMPARE(gTamberStorage->storeURL(), bench.local);
+    }
+
+    void withoutAContainerTheProgramRunsOnAndFindsItsWayBack_data()
+    {
+        columns<bool>("launchesInCloud");
+        row("at launch", true);
+        row("at an activation", false);
+    }
+    void withoutAContainerTheProgramRunsOnAndFindsItsWayBack()
+    {
+        QFETCH(bool, launchesInCloud);
+        AppBench bench;
+        bench.putLocalUser();
+        bench.rig.cloud.setMissing(true);
+        if (launchesInCloud)
+            bench.startsInCloud(false);
+        bench.launchWhole();
+        if (!launchesInCloud)
+            bench.turnCloud(true);
+        QVERIFY(!gTamberStorage && !bench.users(0)->tamberUsers());
+        QVERIFY(!bench.users(0)->emptyText().isEmpty());
+        QVERIFY(bench.hasLocal(u"ActiveUsers/"_s % Ann));
+        // Back to local, or on once there is a container: the person's documents are there each time.
+        bench.turnCloud(false);
+        QCOMPARE(bench.shownUsers(), 1U);
+        bench.turnCloud(true);
+        bench.rig.cloud.setMissing(false);
+        bench.turnCloud(true);
+        QCOMPARE(gTamberStorage->storeURL(), bench.rig.cloudRoot());
+        QVERIFY(bench.hasInCloud(u"ActiveUsers/"_s % Ann % u"/user.txt"_s));
+    }
+
+    void theSwitchingAlertRecordsTheOutcome_data()
+    {
+        columns<int, int, QString, bool, QString>("tag", "button", "key", "value", "message");
+        row("move to", 0, 0, u"prev_iCloudOn"_s, true, u"Files moved to iCloud"_s);
+        row("copy to", 0, 1, u"prev_iCloudOn"_s, true, u"Files copied to iCloud"_s);
+        row("stay local", 0, 2, u"iCloudOn"_s, false, u"iCloud is still disabled"_s);
+        row("move back", 1, 0, u"prev_iCloudOn"_s, false, u"Files moved to local storage"_s);
+        row("copy back", 1, 1, u"prev_iCloudOn"_s, false, u"Files copied to local storage"_s);
+        row("stay in cloud", 1, 2, u"iCloudOn"_s, true, u"iCloud is still enabled"_s);
+        row("another alert", 2, 0, QString(), false, QString());
+    }
+    void theSwitchingAlertRecordsTheOutcome()
+    {
+        QFETCH(int, tag);
+        QFETCH(int, button);
+        QFETCH(QString, key);
+        QFETCH(bool, value);
+        AppBench bench;
+        bench.defaults.values = {{u"iCloudOn"_s, !value}, {u"prev_iCloudOn"_s, !value}};
+        bench.presenter->showAlert(bench.delegate->switchingAlert(tag));
+        QVERIFY(bench.presenter->answerAlert(button));
+        QVariantMap expected{{u"iCloudOn"_s, !value}, {u"prev_iCloudOn"_s, !value}};
+        if (!key.isEmpty())
+            expected.insert(key, value);
+        QCOMPARE(bench.defaults.values, expected);
+        QVERIFY(bench.presenter->alert());
+        QTEST(bench.presenter->alert()->message, "message");
+        QCOMPARE(bench.presenter->alert()->buttons, QStringList{u"OK"_s});
+    }
+
+    void aPickWithoutAWaitingFileAddsNothing()
+    {
+        AppBench bench;
+        bench.putLocalUser();
+        bench.launchWhole();
+        const auto user = gTamberStorage->activeUsers()->users().front();
+        bench.delegate->usersViewControllerUserPicked(*bench.users(0), user);
+        bench.delegate->usersViewControllerUserPicked(*bench.users(0), nullptr);
+        bench.delegate->pickUserPicked(user);
+        bench.delegate->pickUserPicked(nullptr);
+        bench.delegate->pickUserCancelled();
+        bench.rig.settle();
+        QVERIFY(user->files().empty());
+    }
+
+    void personalNamesStayOutOfTheLog()
+    {
+        AppBench bench;
+        bench.launch(LaunchOptions{{u"/home/ann/About Bob.txt"_s}});
+        bench.put(u"Inbox/About Bob.txt"_s, "secret");
+        bench.delegate->applicationOpenURL(bench.inInbox(u"About Bob.txt"_s), {});
+        bench.rig.settle();
+        for (const QString &line : bench.rig.log.lines)
+            QVERIFY2(!line.contains(u"About Bob") && !line.contains(u"secret"), qPrintable(line));
+        QVERIFY(!bench.rig.log.lines.filter(u"[debug] -(void)importFile:"_s).isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_appdelegate)
+#include "tst_appdelegate.moc"
