@@ -1,0 +1,175 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "device/CVDeviceDelegates.h"
+#include "device/LinkObserver.h"
+#include "ui/ViewController.h"
+
+#include <QByteArray>
+
+namespace cvtamber {
+
+struct AppContext;
+class CVTransferViewController;
+
+class CVTransferControllerDelegate
+{
+public:
+    CVTransferControllerDelegate() = default;
+    CVTransferControllerDelegate(const CVTransferControllerDelegate &) = delete;
+    CVTransferControllerDelegate &operator=(const CVTransferControllerDelegate &) = delete;
+    virtual ~CVTransferControllerDelegate() = default;
+
+    // Once, when all of it has arrived; never for a transfer that failed. The screen is still up and may be dismissed.
+    virtual void cvTransferControllerTransferFinished(CVTransferViewController & /*transfer*/) {}
+    // OK was hit. A screen that is not dismissed in this call dismisses itself.
+    virtual void cvTransferCloseClicked() = 0;
+};
+
+// Runs one transfer with the device: asks whether to translate, shows how far it is, and says how it ended.
+//
+//   idle      -> asking (it appears), ended (there is nothing to transfer), failed (no device)
+//   asking    -> running (the question is answered), failed (no device)
+//   running   -> ended (all of it has arrived), failed (the link, the device), closed (OK while it is stalled)
+//   stalled is a running transfer that no confirmation has come for; it may go on
+//
+// OK shows when ended, failed or stalled, and always closes. What the device says after that is dropped. A text that
+// lacks its end is a failure; one of which nobody can know comes with a notice.
+// From viewDidLoad until it has gone it is the device's upload and download delegate, and while a transfer runs a
+// link observer. Thread: main thread. Owner: whoever presents it; the delegate is weak.
+class CVTransferViewController final : public ViewController,
+                                       public CVUploadFileDelegate,
+                                       public CVDownloadFileDelegate,
+                                       public LinkObserver
+{
+    Q_OBJECT
+    // What is transferred; may be empty.
+    Q_PROPERTY(QString labelText READ labelText NOTIFY changed)
+    // 0 to 1, for the bar.
+    Q_PROPERTY(double progress READ progress NOTIFY changed)
+    // A transfer is under way and not stalled.
+    Q_PROPERTY(bool busy READ isBusy NOTIFY changed)
+    // The device does not confirm what it is sent.
+    Q_PROPERTY(bool stalled READ isStalled NOTIFY changed)
+    // It ended well.
+    Q_PROPERTY(bool finished READ isFinished NOTIFY changed)
+    // Under the bar: how it ended or gets on; empty while there is nothing to say, and where a problem is.
+    Q_PROPERTY(QString statusText READ statusText NOTIFY changed)
+    // What went wrong or is stalled, and what to do; empty for none.
+    Q_PROPERTY(QString problemText READ problemText NOTIFY changed)
+    // The OK button; Escape is OK where it is visible, else nothing.
+    Q_PROPERTY(bool okVisible READ isOkVisible NOTIFY changed)
+    Q_PROPERTY(QString okTitle READ okTitle CONSTANT)
+
+public:
+    // The buttons of the question.
+    enum QuestionButton : int { TranslateButton = 0, AsItIsButton = 1 };
+
+    // The context outlives the screen. A null text is no text.
+    static std::shared_ptr<CVTransferViewController>
+    withInputTextAndOutputFilename(AppContext &context, const QString &text, const QString &fileName);
+    // Nothing sends data: the screen asks nothing, shows no label and can be closed.
+    static std::shared_ptr<CVTransferViewController>
+    withInputDataAndOutputFilename(AppContext &context, const QByteArray &data, const QString &fileName);
+    static std::shared_ptr<CVTransferViewController> withCorvaneFileToDownload(AppContext &context,
+                                                                               const QString &fileName);
+    // Embosses the text.
+    static std::shared_ptr<CVTransferViewController>
+    withInputTextAndCaption(AppContext &context, const QString &text, const QString &caption);
+
+    explicit CVTransferViewController(AppContext &context);
+    ~CVTransferViewController() override;
+
+    void setDelegate(const std::weak_ptr<CVTransferControllerDelegate> &delegate) { _delegate = delegate; }
+
+    // Null where the transfer has no such thing.
+    const QString &downloadedFileName() const { return _fileToDownload; }
+    const QString &downloadedString() const { return _downloadedString; } // null until it was fetched
+    const QString &remoteOutputFilename() const { return _outputFilename; }
+    const QString &inputText() const { return _inputText; }
+
+    const QString &labelText() const { return _labelText; }
+    double progress() const { return _progress; }
+    bool isBusy() const { return _step == Step::Running && !_isStalled; }
+    bool isStalled() const { return _isStalled; }
+    bool isFinished() const { return _step == Step::Ended; }
+    QString statusText() const;
+    QString problemText() const;
+    bool isOkVisible() const { return isFinished() || _step == Step::Failed || _isStalled; }
+    QString okTitle() const;
+
+    // What a person does, through the view; nothing where the button is not visible.
+    Q_INVOKABLE void okClicked();
+
+    void cvUploadProgress(float fraction) override;
+    void cvFileUploaded() override;
+    void cvUploadReplacedCharacters(qsizetype count) override;
+    void cvFileUploadFailed(const QString &reason) override;
+    void cvDownloadProgress(float fraction) override;
+    void cvFileDownloadOutcome(const FetchOutcome &outcome) override { _outcome = outcome; }
+    void cvFileDownloaded(const QString &text) override;
+    void cvFileDownloadFailed(const QString &reason) override;
+
+    void linkLost(const QString &reason) override;
+    void linkClosed() override;
+    void linkStalled() override;
+    void linkWritesConfirmed() override;
+    void linkWriteFailed(const QString &reason) override;
+
+signals:
+    void changed();
+
+protected:
+    void viewDidLoad() override;
+    void viewDidAppear() override;
+    void viewDidDisappear() override;
+
+private:
+    enum class Step { Idle, Asking, Running, Ended, Failed, Closed };
+    enum class Kind { Nothing, Fetch, Store, Emboss };
+
+    Kind kind() const;
+    bool isSending() const { return kind() == Kind::Store || kind() == Kind::Emboss; }
+    bool isRunning(bool isFetch) const
+    {
+        return _step == Step::Running && isFetch == (kind() == Kind::Fetch);
+    }
+    // Why it cannot start now; null when it can.
+    const char *obstacle() const;
+    void askForBackTranslation();
+    void askForForwardTranslation();
+    void ask(const char *title, const char *translate, const char *asItIs);
+    void questionAnswered(int button);
+    void startTransfer(bool isTranslated);
+    void showProgress(float fraction);
+    void announceProgress();
+    void goesOn();
+    void finishUpload();
+    void finish();
+    void fail(const char *problem);
+    const char *lostProblem() const;
+    void setStep(Step step);
+    void tellOutcome();
+    std::shared_ptr<CVTransferViewController> self();
+
+    AppContext &_context;
+    std::weak_ptr<CVTransferControllerDelegate> _delegate;
+    QString _inputText;
+    QByteArray _inputData;
+    QString _outputFilename;
+    QString _fileToDownload;
+    QString _caption;
+    QString _downloadedString;
+    QString _labelText;
+    // A key of the texts; null for none.
+    const char *_problem = nullptr;
+    FetchOutcome _outcome;
+    Step _step = Step::Idle;
+    double _progress = 0;
+    int _announcedQuarters = 0;
+    bool _isStalled = false;
+    bool _isTranslated = false;
+    bool _hasFailedWrite = false;
+};
+
+} // namespace cvtamber
