@@ -551,8 +551,5 @@ void tst_Connect::cancelLeavesNoLink()
     QVERIFY(!bench.device.isConnectedAsCVComm());
 }
 
-Q_DECLARE_METATYPE(cvtamber::Fault)
-Q_DECLARE_METATYPE(cvtamber::InfoPlace)
-
 QTEST_GUILESS_MAIN(tst_Connect)
 #include "tst_connect.moc"

@@ -456,7 +456,5 @@ void tst_DeviceScreen::showFiles()
     QCOMPARE(bench.detail(u"Files:"_s), u"1"_s);
 }
 
-Q_DECLARE_METATYPE(cvtamber::DeviceProfile)
-
 QTEST_GUILESS_MAIN(tst_DeviceScreen)
 #include "tst_devicescreen.moc"
