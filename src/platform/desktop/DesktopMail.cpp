@@ -70,7 +70,7 @@ QString DesktopMail::writeAttachment(const MailAttachment &attachment)
     QTemporaryDir folder(temporary + u"/mail-XXXXXX");
     if (!folder.isValid())
         return {};
-    const QString path = folder.filePath(attachmentFileName(attachment.fileName));
+    QString path = folder.filePath(attachmentFileName(attachment.fileName));
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(attachment.bytes) != attachment.bytes.size() ||
         !file.flush())
