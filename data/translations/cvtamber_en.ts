@@ -1,0 +1,367 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en_US">
+<context>
+    <name></name>
+    <message id="Corvane Brailler">
+        <source>Corvane Brailler</source>
+        <translation>Corvane Brailler</translation>
+    </message>
+    <message id="Looking for more devices">
+        <source>Looking for more devices</source>
+        <translation>Looking for more devices</translation>
+    </message>
+    <message id="Looking for devices. Switch the Corvane on and keep it near.">
+        <source>Looking for devices. Switch the Corvane on and keep it near.</source>
+        <translation>Looking for devices. Switch the Corvane on and keep it near.</translation>
+    </message>
+    <message id="Bluetooth LE is not supported on this device">
+        <source>Bluetooth LE is not supported on this device</source>
+        <translation>Bluetooth LE is not supported on this device</translation>
+    </message>
+    <message id="CVTamber may not use Bluetooth. Allow it in the system settings.">
+        <source>CVTamber may not use Bluetooth. Allow it in the system settings.</source>
+        <translation>CVTamber may not use Bluetooth. Allow it in the system settings.</translation>
+    </message>
+    <message id="Bluetooth is off. Turn it on to find your Corvane.">
+        <source>Bluetooth is off. Turn it on to find your Corvane.</source>
+        <translation>Bluetooth is off. Turn it on to find your Corvane.</translation>
+    </message>
+    <message id="Select Corvane Bluetooth device">
+        <source>Select Corvane Bluetooth device</source>
+        <translation>Select Corvane Bluetooth device</translation>
+    </message>
+    <message id="Cancel">
+        <source>Cancel</source>
+        <translation>Cancel</translation>
+    </message>
+    <message id="Found %@">
+        <source>Found %@</source>
+        <translation>Found %@</translation>
+    </message>
+    <message id="Connecting to Corvane">
+        <source>Connecting to Corvane</source>
+        <translation>Connecting to Corvane</translation>
+    </message>
+    <message id="Connected!">
+        <source>Connected!</source>
+        <translation>Connected!</translation>
+    </message>
+    <message id="Not connected!">
+        <source>Not connected!</source>
+        <translation>Not connected!</translation>
+    </message>
+    <message id="Retry">
+        <source>Retry</source>
+        <translation>Retry</translation>
+    </message>
+    <message id="Done">
+        <source>Done</source>
+        <translation>Done</translation>
+    </message>
+    <message id="The connection to the Corvane was lost.">
+        <source>The connection to the Corvane was lost.</source>
+        <translation>The connection to the Corvane was lost.</translation>
+    </message>
+    <message id="Language:">
+        <source>Language:</source>
+        <translation>Language:</translation>
+    </message>
+    <message id="Braille table:">
+        <source>Braille table:</source>
+        <translation>Braille table:</translation>
+    </message>
+    <message id="Mode:">
+        <source>Mode:</source>
+        <translation>Mode:</translation>
+    </message>
+    <message id="Firmware:">
+        <source>Firmware:</source>
+        <translation>Firmware:</translation>
+    </message>
+    <message id="Model:">
+        <source>Model:</source>
+        <translation>Model:</translation>
+    </message>
+    <message id="Serial No.:">
+        <source>Serial No.:</source>
+        <translation>Serial No.:</translation>
+    </message>
+    <message id="CVTamber version::">
+        <source>CVTamber version::</source>
+        <translation>CVTamber version::</translation>
+    </message>
+    <message id="State:">
+        <source>State:</source>
+        <translation>State:</translation>
+    </message>
+    <message id="Connected">
+        <source>Connected</source>
+        <translation>Connected</translation>
+    </message>
+    <message id="Disconnected">
+        <source>Disconnected</source>
+        <translation>Disconnected</translation>
+    </message>
+    <message id="Disconnect...">
+        <source>Disconnect...</source>
+        <translation>Disconnect...</translation>
+    </message>
+    <message id="Disconnect from Corvane">
+        <source>Disconnect from Corvane</source>
+        <translation>Disconnect from Corvane</translation>
+    </message>
+    <message id="Connect...">
+        <source>Connect...</source>
+        <translation>Connect...</translation>
+    </message>
+    <message id="Connect to Corvane">
+        <source>Connect to Corvane</source>
+        <translation>Connect to Corvane</translation>
+    </message>
+    <message id="Files:">
+        <source>Files:</source>
+        <translation>Files:</translation>
+    </message>
+    <message id="Show...">
+        <source>Show...</source>
+        <translation>Show...</translation>
+    </message>
+    <message id="Show files">
+        <source>Show files</source>
+        <translation>Show files</translation>
+    </message>
+    <message id="Reading the list of files">
+        <source>Reading the list of files</source>
+        <translation>Reading the list of files</translation>
+    </message>
+    <message id="Refresh">
+        <source>Refresh</source>
+        <translation>Refresh</translation>
+    </message>
+    <message id="Refresh files">
+        <source>Refresh files</source>
+        <translation>Refresh files</translation>
+    </message>
+    <message id="UEB:">
+        <source>UEB:</source>
+        <translation>UEB:</translation>
+    </message>
+    <message id="Unified English Braille">
+        <source>Unified English Braille</source>
+        <translation>Unified English Braille</translation>
+    </message>
+    <message id="Advanced">
+        <source>Advanced</source>
+        <translation>Advanced</translation>
+    </message>
+    <message id="Learn">
+        <source>Learn</source>
+        <translation>Learn</translation>
+    </message>
+    <message id="Files on the Corvane: %@">
+        <source>Files on the Corvane: %@</source>
+        <translation>Files on the Corvane: %@</translation>
+    </message>
+    <message id="Corvane files">
+        <source>Corvane files</source>
+        <translation>Corvane files</translation>
+    </message>
+    <message id="Unknown">
+        <source>Unknown</source>
+        <translation>Unknown</translation>
+    </message>
+    <message id="Australian">
+        <source>Australian</source>
+        <translation>Australian</translation>
+    </message>
+    <message id="English">
+        <source>English</source>
+        <translation>English</translation>
+    </message>
+    <message id="American">
+        <source>American</source>
+        <translation>American</translation>
+    </message>
+    <message id="French">
+        <source>French</source>
+        <translation>French</translation>
+    </message>
+    <message id="Spanish">
+        <source>Spanish</source>
+        <translation>Spanish</translation>
+    </message>
+    <message id="Italian">
+        <source>Italian</source>
+        <translation>Italian</translation>
+    </message>
+    <message id="Portuguese">
+        <source>Portuguese</source>
+        <translation>Portuguese</translation>
+    </message>
+    <message id="German">
+        <source>German</source>
+        <translation>German</translation>
+    </message>
+    <message id="Norwegian">
+        <source>Norwegian</source>
+        <translation>Norwegian</translation>
+    </message>
+    <message id="Swedish">
+        <source>Swedish</source>
+        <translation>Swedish</translation>
+    </message>
+    <message id="Danish">
+        <source>Danish</source>
+        <translation>Danish</translation>
+    </message>
+    <message id="Dutch">
+        <source>Dutch</source>
+        <translation>Dutch</translation>
+    </message>
+    <message id="Finnish">
+        <source>Finnish</source>
+        <translation>Finnish</translation>
+    </message>
+    <message id="Greek">
+        <source>Greek</source>
+        <translation>Greek</translation>
+    </message>
+    <message id="Chinese">
+        <source>Chinese</source>
+        <translation>Chinese</translation>
+    </message>
+    <message id="Indonesia">
+        <source>Indonesia</source>
+        <translation>Indonesian</translation>
+    </message>
+    <message id="Polish">
+        <source>Polish</source>
+        <translation>Polish</translation>
+    </message>
+    <message id="Canadian">
+        <source>Canadian</source>
+        <translation>Canadian</translation>
+    </message>
+    <message id="Brazilian">
+        <source>Brazilian</source>
+        <translation>Brazilian</translation>
+    </message>
+    <message id="Czech">
+        <source>Czech</source>
+        <translation>Czech</translation>
+    </message>
+    <message id="Lithuanian">
+        <source>Lithuanian</source>
+        <translation>Lithuanian</translation>
+    </message>
+    <message id="Turkish">
+        <source>Turkish</source>
+        <translation>Turkish</translation>
+    </message>
+    <message id="Arabic">
+        <source>Arabic</source>
+        <translation>Arabic</translation>
+    </message>
+    <message id="Korean">
+        <source>Korean</source>
+        <translation>Korean</translation>
+    </message>
+    <message id="Russian">
+        <source>Russian</source>
+        <translation>Russian</translation>
+    </message>
+    <message id="Srilanka">
+        <source>Srilanka</source>
+        <translation>Sri Lankan</translation>
+    </message>
+    <message id="Latvian">
+        <source>Latvian</source>
+        <translation>Latvian</translation>
+    </message>
+    <message id="BC_UNKNOWN">
+        <source>BC_UNKNOWN</source>
+        <translation>Unknown</translation>
+    </message>
+    <message id="BC_NABCC">
+        <source>BC_NABCC</source>
+        <translation>North American computer braille (NABCC)</translation>
+    </message>
+    <message id="BC_ENGLISH_US">
+        <source>BC_ENGLISH_US</source>
+        <translation>English (American)</translation>
+    </message>
+    <message id="BC_ENGLISH_UK">
+        <source>BC_ENGLISH_UK</source>
+        <translation>English (British)</translation>
+    </message>
+    <message id="BC_POLISH_6">
+        <source>BC_POLISH_6</source>
+        <translation>Polish, 6 dots</translation>
+    </message>
+    <message id="BC_POLISH_8">
+        <source>BC_POLISH_8</source>
+        <translation>Polish, 8 dots</translation>
+    </message>
+    <message id="BC_SWEDISH">
+        <source>BC_SWEDISH</source>
+        <translation>Swedish</translation>
+    </message>
+    <message id="BC_NORWEGIAN_6">
+        <source>BC_NORWEGIAN_6</source>
+        <translation>Norwegian, 6 dots</translation>
+    </message>
+    <message id="BC_NORWEGIAN_8">
+        <source>BC_NORWEGIAN_8</source>
+        <translation>Norwegian, 8 dots</translation>
+    </message>
+    <message id="BC_FRENCH">
+        <source>BC_FRENCH</source>
+        <translation>French</translation>
+    </message>
+    <message id="BC_ITALIAN">
+        <source>BC_ITALIAN</source>
+        <translation>Italian</translation>
+    </message>
+    <message id="BC_GERMAN_6">
+        <source>BC_GERMAN_6</source>
+        <translation>German, 6 dots</translation>
+    </message>
+    <message id="BC_GERMAN_DIN_8">
+        <source>BC_GERMAN_DIN_8</source>
+        <translation>German DIN, 8 dots</translation>
+    </message>
+    <message id="BC_GERMAN_437_8">
+        <source>BC_GERMAN_437_8</source>
+        <translation>German code page 437, 8 dots</translation>
+    </message>
+    <message id="BC_GERMAN_850_8">
+        <source>BC_GERMAN_850_8</source>
+        <translation>German code page 850, 8 dots</translation>
+    </message>
+    <message id="BC_CZECH_6">
+        <source>BC_CZECH_6</source>
+        <translation>Czech, 6 dots</translation>
+    </message>
+    <message id="BC_CZECH_8">
+        <source>BC_CZECH_8</source>
+        <translation>Czech, 8 dots</translation>
+    </message>
+    <message id="BC_LITHUANIAN_8">
+        <source>BC_LITHUANIAN_8</source>
+        <translation>Lithuanian, 8 dots</translation>
+    </message>
+    <message id="BC_RUSSIAN_6">
+        <source>BC_RUSSIAN_6</source>
+        <translation>Russian, 6 dots</translation>
+    </message>
+    <message id="BC_ARABIC">
+        <source>BC_ARABIC</source>
+        <translation>Arabic</translation>
+    </message>
+    <message id="BC_LATVIAN">
+        <source>BC_LATVIAN</source>
+        <translation>Latvian</translation>
+    </message>
+</context>
+</TS>
