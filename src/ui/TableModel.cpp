@@ -169,9 +169,9 @@ RowIdentities TableModel::answeredRows(int section) const
 
 std::vector<RowIdentities> TableModel::answers() const
 {
-    std::vector<RowIdentities> sections;
-    for (int section = 0; section < _table.numberOfSections(); ++section)
-        sections.push_back(answeredRows(section));
+    std::vector<RowIdentities> sections(static_cast<size_t>(std::max(0, _table.numberOfSections())));
+    for (int section = 0; section < static_cast<int>(sections.size()); ++section)
+        *at(sections, section) = answeredRows(section);
     return sections;
 }
 

@@ -90,7 +90,7 @@ private:
     void changeSection(int section, const RowIdentities &now);
     void removeSection(int section);
     void addSection(int section, const RowIdentities &rows);
-    void removeRows(int section, int first, int count);
+    void dropRows(int section, int first, int count);
     void addRows(int section, int first, const RowIdentities &now, int count);
     void order(int section);
     void moveRow(int section, int from, int to);

@@ -40,7 +40,7 @@ void TableModel::changeSection(int section, const RowIdentities &now)
         while (first > 0 && (*at(places, first - 1) < 0) == isGone)
             --first;
         if (isGone)
-            removeRows(section, first, end - first);
+            dropRows(section, first, end - first);
         end = first;
     }
     if (!std::is_sorted(places.begin(), places.end()))
@@ -55,7 +55,7 @@ void TableModel::changeSection(int section, const RowIdentities &now)
 
 void TableModel::removeSection(int section)
 {
-    removeRows(section, 0, shownRows(section));
+    dropRows(section, 0, shownRows(section));
     _sections.erase(at(_sections, section));
     _places.erase(at(_places, section));
 }
@@ -67,7 +67,7 @@ void TableModel::addSection(int section, const RowIdentities &rows)
     addRows(section, 0, rows, static_cast<int>(rows.size()));
 }
 
-void TableModel::removeRows(int section, int first, int count)
+void TableModel::dropRows(int section, int first, int count)
 {
     if (count == 0)
         return;

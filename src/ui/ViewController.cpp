@@ -249,13 +249,13 @@ void ViewController::rightItemClicked(int index)
     itemClicked(_rightItems, index);
 }
 
-void ViewController::itemClicked(const QList<BarButtonItem> &items, int index)
+void ViewController::itemClicked(QList<BarButtonItem> items, int index)
 {
     if (index < 0 || index >= items.size() || !takesActions())
         return;
-    // Copies: the action may replace the items or let go of this screen.
+    // The action may let go of this screen.
     const auto self = weak_from_this().lock();
-    const auto item = items.at(index);
+    const auto &item = items.at(index);
     if (item.isEnabled && item.action)
         item.action();
 }

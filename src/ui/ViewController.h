@@ -123,7 +123,8 @@ private:
     bool isInside(const ViewController &container) const;
     // Whether there was one.
     bool updateEditItems();
-    void itemClicked(const QList<BarButtonItem> &items, int index);
+    // By value: the action may replace the items.
+    void itemClicked(QList<BarButtonItem> items, int index);
     std::function<std::shared_ptr<const void>()> asker() const;
 
     Presenter &_presenter;

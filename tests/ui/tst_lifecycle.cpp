@@ -27,22 +27,21 @@ void TestLifeCycle::rootAppears()
     QVERIFY(!bench.at("S")->isViewLoaded());
 }
 
-void TestLifeCycle::lifeCycle_data()
-{
-    QTest::addColumn<bool>("isTablet");
-    QTest::addColumn<QString>("before");
-    QTest::addColumn<QString>("script");
-    QTest::addColumn<QString>("expected");
-    const auto row = [](const char *name, bool isTablet, const char *before, const char *script,
-                        const char *expected) {
-        QTest::newRow(name) << isTablet << QString::fromLatin1(before) << QString::fromLatin1(script)
-                            << QString::fromLatin1(expected);
-    };
-    constexpr auto phone = false;
-    constexpr auto tablet = true;
-    const auto *const covered = "A.load R.willDisappear A.willAppear | A.didAppear R.didDisappear completed";
-    const auto *const uncovered = "A.willDisappear R.willAppear | R.didAppear A.didDisappear completed";
+namespace {
 
+constexpr auto phone = false;
+constexpr auto tablet = true;
+constexpr auto covered = "A.load R.willDisappear A.willAppear | A.didAppear R.didDisappear completed";
+constexpr auto uncovered = "A.willDisappear R.willAppear | R.didAppear A.didDisappear completed";
+
+void row(const char *name, bool isTablet, const char *before, const char *script, const char *expected)
+{
+    QTest::newRow(name) << isTablet << QString::fromLatin1(before) << QString::fromLatin1(script)
+                        << QString::fromLatin1(expected);
+}
+
+void addPresentations()
+{
     row("full screen", phone, "", "present:R:A end", covered);
     row("full screen on a tablet", tablet, "", "present:R:A end", covered);
     row("form sheet on a phone covers", phone, "", "sheet:R:A end", covered);
@@ -64,7 +63,10 @@ void TestLifeCycle::lifeCycle_data()
         "B.willDisappear A.willAppear R.willAppear | A.didAppear R.didAppear B.didDisappear completed");
     row("chain goes from under a full screen", tablet, "sheet:R:A end present:A:B end", "dismiss:R end",
         "B.willDisappear R.willAppear | R.didAppear B.didDisappear completed");
+}
 
+void addRefusedAndWaiting()
+{
     row("presents already", phone, "present:R:A end", "present:R:B loop", "");
     row("its container presents already", tablet, "sheet:R:A end push:D end", "present:D:B loop", "");
     row("is not shown", phone, "", "present:S:A loop", "");
@@ -88,7 +90,10 @@ void TestLifeCycle::lifeCycle_data()
     row("presents and dismisses at once", phone, "", "present:R:A dismiss:R end end",
         "A.load R.willDisappear A.willAppear | A.didAppear R.didDisappear completed "
         "A.willDisappear R.willAppear | R.didAppear A.didDisappear completed");
+}
 
+void addNavigation()
+{
     row("push", phone, "", "push:D end", "R.willDisappear D.load D.willAppear | R.didDisappear D.didAppear");
     row("pop", phone, "push:D end", "pop end", "D.willDisappear R.willAppear | D.didDisappear R.didAppear");
     row("the root stays", phone, "", "pop pop loop", "");
@@ -103,7 +108,10 @@ void TestLifeCycle::lifeCycle_data()
         "S.willDisappear D.load D.willAppear S.didDisappear D.didAppear");
     row("push under what covers", phone, "present:R:A end", "push:D dismiss:A end",
         "A.willDisappear D.load D.willAppear | D.didAppear A.didDisappear completed");
+}
 
+void addTabs()
+{
     row("tab", phone, "", "tab:1", "R.willDisappear S.load S.willAppear R.didDisappear S.didAppear");
     row("no such tab", phone, "", "tab:2 tab:-1 tab:0", "");
     row("tab while covered", phone, "present:R:A end", "tab:1 dismiss:A end",
@@ -114,6 +122,20 @@ void TestLifeCycle::lifeCycle_data()
     row("tab during a presentation", phone, "", "present:R:A tab:1 end dismiss:A end",
         "A.load R.willDisappear A.willAppear R.didDisappear | A.didAppear completed "
         "A.willDisappear S.load S.willAppear | S.didAppear A.didDisappear completed");
+}
+
+} // namespace
+
+void TestLifeCycle::lifeCycle_data()
+{
+    QTest::addColumn<bool>("isTablet");
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<QString>("script");
+    QTest::addColumn<QString>("expected");
+    addPresentations();
+    addRefusedAndWaiting();
+    addNavigation();
+    addTabs();
 }
 
 void TestLifeCycle::lifeCycle()
