@@ -363,5 +363,161 @@
         <source>BC_LATVIAN</source>
         <translation>Latvian</translation>
     </message>
+    <message id="4.1">
+        <source>New folder</source>
+        <translation>New folder</translation>
+    </message>
+    <message id="4.2">
+        <source>Fetch a file from the Corvane</source>
+        <translation>Fetch a file from the Corvane</translation>
+    </message>
+    <message id="4.3">
+        <source>What would you like to do?</source>
+        <translation>What would you like to do?</translation>
+    </message>
+    <message id="4.4">
+        <source>This name is taken</source>
+        <translation>This name is taken</translation>
+    </message>
+    <message id="4.5">
+        <source>The Corvane has a file of this name already. Enter another name.</source>
+        <translation>The Corvane has a file of this name already. Enter another name.</translation>
+    </message>
+    <message id="4.6">
+        <source>Embossing %@</source>
+        <translation>Embossing %@</translation>
+    </message>
+    <message id="4.7">
+        <source>Preview</source>
+        <translation>Preview</translation>
+    </message>
+    <message id="4.8">
+        <source>Send to the Corvane</source>
+        <translation>Send to the Corvane</translation>
+    </message>
+    <message id="4.9">
+        <source>Move…</source>
+        <translation>Move…</translation>
+    </message>
+    <message id="4.10">
+        <source>Send by e-mail</source>
+        <translation>Send by e-mail</translation>
+    </message>
+    <message id="4.11">
+        <source>Delete this document?</source>
+        <translation>Delete this document?</translation>
+    </message>
+    <message id="4.12">
+        <source>Delete this folder and everything in it?</source>
+        <translation>Delete this folder and everything in it?</translation>
+    </message>
+    <message id="4.13">
+        <source>Name of the new folder</source>
+        <translation>Name of the new folder</translation>
+    </message>
+    <message id="4.14">
+        <source>New folder</source>
+        <translation>New folder</translation>
+    </message>
+    <message id="4.15">
+        <source>Rename…</source>
+        <translation>Rename…</translation>
+    </message>
+    <message id="4.16">
+        <source>Move here</source>
+        <translation>Move here</translation>
+    </message>
+    <message id="4.17">
+        <source>Rename</source>
+        <translation>Rename</translation>
+    </message>
+    <message id="4.18">
+        <source>Both buttons apply the name as it stands here. To keep the old name, leave it unchanged.</source>
+        <translation>Both buttons apply the name as it stands here. To keep the old name, leave it unchanged.</translation>
+    </message>
+    <message id="0.1">
+        <source>Document: %@</source>
+        <translation>Document: %@</translation>
+    </message>
+    <message id="Emboss">
+        <source>Emboss</source>
+        <translation>Emboss</translation>
+    </message>
+    <message id="OK">
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message id="Delete">
+        <source>Delete</source>
+        <translation>Delete</translation>
+    </message>
+    <message id="Yes">
+        <source>Yes</source>
+        <translation>Yes</translation>
+    </message>
+    <message id="No">
+        <source>No</source>
+        <translation>No</translation>
+    </message>
+    <message id="Files">
+        <source>Files</source>
+        <translation>Files</translation>
+    </message>
+    <message id="Folders">
+        <source>Folders</source>
+        <translation>Folders</translation>
+    </message>
+    <message id="Add">
+        <source>Add</source>
+        <translation>Add</translation>
+    </message>
+    <message id="Nothing here yet. Fetch a file from the Corvane.">
+        <source>Nothing here yet. Fetch a file from the Corvane.</source>
+        <translation>Nothing here yet. Fetch a file from the Corvane.</translation>
+    </message>
+    <message id="Nothing here yet. Add a folder, or fetch a file from the Corvane.">
+        <source>Nothing here yet. Add a folder, or fetch a file from the Corvane.</source>
+        <translation>Nothing here yet. Add a folder, or fetch a file from the Corvane.</translation>
+    </message>
+    <message id="This document is not here any more.">
+        <source>This document is not here any more.</source>
+        <translation>This document is not here any more.</translation>
+    </message>
+    <message id="This folder is not here any more.">
+        <source>This folder is not here any more.</source>
+        <translation>This folder is not here any more.</translation>
+    </message>
+    <message id="Folder without a name">
+        <source>Folder without a name</source>
+        <translation>Folder without a name</translation>
+    </message>
+    <message id="Saved as %@.">
+        <source>Saved as %@.</source>
+        <translation>Saved as %@.</translation>
+    </message>
+    <message id="A folder needs a name.">
+        <source>A folder needs a name.</source>
+        <translation>A folder needs a name.</translation>
+    </message>
+    <message id="No program on this device shows text files.">
+        <source>No program on this device shows text files.</source>
+        <translation>No program on this device shows text files.</translation>
+    </message>
+    <message id="The message could not be handed to the mail program.">
+        <source>The message could not be handed to the mail program.</source>
+        <translation>The message could not be handed to the mail program.</translation>
+    </message>
+    <message id="The preview could not be made.">
+        <source>The preview could not be made.</source>
+        <translation>The preview could not be made.</translation>
+    </message>
+    <message id="There is no mail program on this device.">
+        <source>There is no mail program on this device.</source>
+        <translation>There is no mail program on this device.</translation>
+    </message>
+    <message id="This document holds something that is not text.">
+        <source>This document holds something that is not text.</source>
+        <translation>This document holds something that is not text.</translation>
+    </message>
 </context>
 </TS>

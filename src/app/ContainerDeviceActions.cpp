@@ -174,14 +174,8 @@ void ContainerDeviceActions::startSelectedFileTransferWithNewName(
 void ContainerDeviceActions::openForTransfer(const std::shared_ptr<TamberDocument> &document,
                                              const std::function<void(const QString &text)> &opened)
 {
-    if (!_screen.isStillThere({document, nullptr}))
-        return;
-    _screen.openText(document, [this, opened](const QString &text) {
-        if (isConnected())
-            opened(text);
-        else
-            _screen.tell("The device is not connected any more.");
-    });
+    if (_screen.isStillThere({document, nullptr}))
+        _screen.openText(document, opened);
 }
 
 void ContainerDeviceActions::emboss(const std::shared_ptr<TamberDocument> &document)

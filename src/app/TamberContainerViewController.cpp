@@ -177,8 +177,8 @@ TableViewController::EditingStyle TamberContainerViewController::editingStyle(In
 QString TamberContainerViewController::emptyText() const
 {
     return localized(contents().isUserLevel()
-                         ? "Nothing here yet. Add a folder, or fetch a file from the device."
-                         : "Nothing here yet. Fetch a file from the device.");
+                         ? "Nothing here yet. Add a folder, or fetch a file from the Corvane."
+                         : "Nothing here yet. Fetch a file from the Corvane.");
 }
 
 void TamberContainerViewController::updateEditButtonState()

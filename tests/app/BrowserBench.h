@@ -95,7 +95,7 @@ public:
                  TamberContainerViewController::Mode mode,
                  const std::shared_ptr<TamberContainerViewControllerDelegate> &delegate)
     {
-        const auto browser = std::make_shared<TamberContainerViewController>(context);
+        auto browser = std::make_shared<TamberContainerViewController>(context);
         browser->setContainer(container);
         browser->setMode(mode);
         browser->setDelegate(delegate);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "BrowserBench.h"
 
+#include "app/MUsersViewController.h"
 #include "device_ui/CVConnectViewController.h"
 #include "device_ui/CVTransferViewController.h"
 #include "device_ui/MCVFilesViewController.h"
@@ -45,6 +46,8 @@ private slots:
     void sends();
     void asksUntilTheNameIsFree();
     void embosses();
+    void embossedEmptyTextIsNoDownload();
+    void failedTransferIsClosed();
     void connectsFirst_data();
     void connectsFirst();
     void connectingGivenUp();
@@ -198,8 +201,36 @@ void tst_browseractions::embosses()
     QCOMPARE(transfer->inputText(), u"hello"_s);
     QVERIFY(transfer->remoteOutputFilename().isNull());
     QCOMPARE(transfer->modalPresentationStyle(), PresentationStyle::FullScreen);
-    browser->model();
+}
+
+void tst_browseractions::embossedEmptyTextIsNoDownload()
+{
+    BrowserBench bench;
+    bench.connectDevice();
+    bench.putDocument(u"letter"_s, "");
+    const auto browser = bench.open();
+    bench.choose(browser, u"letter"_s, u"Emboss"_s);
+    QVERIFY(bench.presenter.answerSheet(1));
     bench.settle();
+    QVERIFY(!bench.presenter.topModal());
+    QCOMPARE(BrowserBench::shown(*browser, 1), QStringList{u"letter"_s});
+}
+
+void tst_browseractions::failedTransferIsClosed()
+{
+    BrowserBench bench;
+    bench.connectDevice();
+    bench.putDocument(u"letter"_s, "hello");
+    const auto browser = bench.open();
+    bench.choose(browser, u"letter"_s, u"4.8"_s);
+    // There is no link behind it, so nothing can be written.
+    QVERIFY(bench.presenter.answerSheet(1));
+    bench.settle();
+    const auto transfer = bench.presenter.frontAs<CVTransferViewController>();
+    QVERIFY(transfer && transfer->isOkVisible());
+    transfer->okClicked();
+    bench.settle();
+    QCOMPARE(bench.presenter.front(), browser);
 }
 
 void tst_browseractions::connectsFirst_data()
