@@ -28,15 +28,15 @@ public:
 
 // Runs one transfer with the device: asks whether to translate, shows how far it is, and says how it ended.
 //
-//   idle      -> asking (it appears), ended (there is nothing to transfer), failed (no device)
-//   asking    -> running (the question is answered), failed (no device)
-//   running   -> ended (all of it has arrived), failed (the link, the device), closed (OK while it is stalled)
-//   stalled is a running transfer that no confirmation has come for; it may go on
+//   idle     -> asking (it appears) | failed (the device is not connected or busy) | ended (nothing to transfer)
+//   asking   -> running (the question is answered) | failed (as above)
+//   running  -> ended (all of it has arrived) | failed (by the link, by the device, or left with OK while stalled)
 //
-// OK shows when ended, failed or stalled, and always closes. What the device says after that is dropped. A text that
-// lacks its end is a failure; one of which nobody can know comes with a notice.
-// From viewDidLoad until it has gone it is the device's upload and download delegate, and while a transfer runs a
-// link observer. Thread: main thread. Owner: whoever presents it; the delegate is weak.
+// A running transfer that no confirmation comes for is stalled until one does. OK shows when ended, failed or stalled,
+// and always closes. What the device says when no transfer runs is dropped. A fetched text that lacks its end is a
+// failure; one that may lack it comes with a notice.
+// From viewDidLoad until it has gone the screen is the device's upload and download delegate, and while a transfer
+// runs a link observer. Thread: main thread. Owner: whoever presents it; the delegate is weak.
 class CVTransferViewController final : public ViewController,
                                        public CVUploadFileDelegate,
                                        public CVDownloadFileDelegate,
@@ -46,7 +46,7 @@ class CVTransferViewController final : public ViewController,
     // What is transferred; may be empty.
     Q_PROPERTY(QString labelText READ labelText NOTIFY changed)
     // 0 to 1, for the bar.
-    Q_PROPERTY(double progress READ progress NOTIFY changed)
+    Q_PROPERTY(double progress READ progress NOTIFY progressChanged)
     // A transfer is under way and not stalled.
     Q_PROPERTY(bool busy READ isBusy NOTIFY changed)
     // The device does not confirm what it is sent.
@@ -80,6 +80,9 @@ public:
     explicit CVTransferViewController(AppContext &context);
     ~CVTransferViewController() override;
 
+    // A key of the texts: why the device cannot be asked for anything now; null when it can.
+    static const char *obstacleToAsking(const CVBTDevice &device);
+
     void setDelegate(const std::weak_ptr<CVTransferControllerDelegate> &delegate) { _delegate = delegate; }
 
     // Null where the transfer has no such thing.
@@ -106,18 +109,19 @@ public:
     void cvUploadReplacedCharacters(qsizetype count) override;
     void cvFileUploadFailed(const QString &reason) override;
     void cvDownloadProgress(float fraction) override;
-    void cvFileDownloadOutcome(const FetchOutcome &outcome) override { _outcome = outcome; }
+    void cvFileDownloadOutcome(const FetchOutcome &outcome) override;
     void cvFileDownloaded(const QString &text) override;
     void cvFileDownloadFailed(const QString &reason) override;
 
     void linkLost(const QString &reason) override;
-    void linkClosed() override;
+    void linkClosed() override { linkLost({}); }
     void linkStalled() override;
     void linkWritesConfirmed() override;
-    void linkWriteFailed(const QString &reason) override;
+    void linkWriteFailed(const QString &) override { _hasFailedWrite = true; }
 
 signals:
     void changed();
+    void progressChanged();
 
 protected:
     void viewDidLoad() override;
@@ -125,31 +129,32 @@ protected:
     void viewDidDisappear() override;
 
 private:
-    enum class Step { Idle, Asking, Running, Ended, Failed, Closed };
+    enum class Step { Idle, Asking, Running, Ended, Failed };
     enum class Kind { Nothing, Fetch, Store, Emboss };
 
     Kind kind() const;
-    bool isSending() const { return kind() == Kind::Store || kind() == Kind::Emboss; }
-    bool isRunning(bool isFetch) const
-    {
-        return _step == Step::Running && isFetch == (kind() == Kind::Fetch);
-    }
-    // Why it cannot start now; null when it can.
+    bool isFetching() const { return _step == Step::Running && kind() == Kind::Fetch; }
+    bool isSending() const { return _step == Step::Running && kind() != Kind::Fetch; }
+    bool isAllWritten() const;
+    // Keys of the texts, null for none: why it cannot start now, what the end of the link did, what the fetched text
+    // lacks.
     const char *obstacle() const;
+    const char *lossProblem() const;
+    const char *fetchProblem() const;
+    void makeLabelText();
     void askForBackTranslation();
     void askForForwardTranslation();
-    void ask(const char *title, const char *translate, const char *asItIs);
+    void ask(const char *title, const QStringList &buttons);
     void questionAnswered(int button);
     void startTransfer(bool isTranslated);
     void showProgress(float fraction);
-    void announceProgress();
     void goesOn();
-    void finishUpload();
+    void finishSending();
     void finish();
     void fail(const char *problem);
-    const char *lostProblem() const;
     void setStep(Step step);
-    void tellOutcome();
+    void tellDoubts() const;
+    void letGoOfDevice();
     std::shared_ptr<CVTransferViewController> self();
 
     AppContext &_context;

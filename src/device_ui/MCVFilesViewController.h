@@ -91,11 +91,13 @@ private:
     void cancelClicked();
     void showFileMenu(IndexPath path);
     void menuDismissed(const ActionSheet &sheet, int button, const QString &fileName, IndexPath path);
-    void confirmDelete(const QString &fileName, const Anchor &anchor);
+    void confirmDelete(const QString &fileName);
     void deleteFile(const QString &fileName);
     void viewFile(const QString &fileName);
+    void dismissIfPresented(const Controller &controller);
     void askForDestination();
-    void placePicked(const ViewController &picker);
+    void placePicked(const ViewController &picker, const std::shared_ptr<TamberUser> &user,
+                     const std::shared_ptr<TamberDataFolder> &folder);
     void showProgressView();
     void keepDownload(const CVTransferViewController &transfer, TamberFilesContainer &place);
     // The first row of that name, -1 for none.

@@ -1,0 +1,446 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "device_ui/CVTransferViewController.h"
+
+#include "app/AppContext.h"
+#include "base/VisibleText.h"
+#include "device/CVBTDevice.h"
+#include "device/CommandEngine.h"
+#include "ui/Texts.h"
+
+#include <utility>
+
+namespace cvtamber {
+
+namespace {
+
+// Where a reader is told how far it is; the end is told in words.
+constexpr int announcedSteps = 4;
+
+} // namespace
+
+std::shared_ptr<CVTransferViewController>
+CVTransferViewController::withInputTextAndOutputFilename(AppContext &context, const QString &text,
+                                                         const QString &fileName)
+{
+    auto screen = std::make_shared<CVTransferViewController>(context);
+    screen->_inputText = text;
+    screen->_outputFilename = fileName;
+    return screen;
+}
+
+std::shared_ptr<CVTransferViewController>
+CVTransferViewController::withInputDataAndOutputFilename(AppContext &context, const QByteArray &data,
+                                                         const QString &fileName)
+{
+    auto screen = std::make_shared<CVTransferViewController>(context);
+    screen->_inputData = data;
+    screen->_outputFilename = fileName;
+    return screen;
+}
+
+std::shared_ptr<CVTransferViewController>
+CVTransferViewController::withCorvaneFileToDownload(AppContext &context, const QString &fileName)
+{
+    auto screen = std::make_shared<CVTransferViewController>(context);
+    screen->_fileToDownload = fileName;
+    return screen;
+}
+
+std::shared_ptr<CVTransferViewController>
+CVTransferViewController::withInputTextAndCaption(AppContext &context, const QString &text,
+                                                  const QString &caption)
+{
+    auto screen = std::make_shared<CVTransferViewController>(context);
+    screen->_inputText = text;
+    screen->_caption = caption;
+    return screen;
+}
+
+CVTransferViewController::CVTransferViewController(AppContext &context)
+    : ViewController(context.presenter)
+    , _context(context)
+{}
+
+CVTransferViewController::~CVTransferViewController()
+{
+    if (_step == Step::Running)
+        _context.device.removeLinkObserver(*this);
+}
+
+std::shared_ptr<CVTransferViewController> CVTransferViewController::self()
+{
+    return std::static_pointer_cast<CVTransferViewController>(shared_from_this());
+}
+
+CVTransferViewController::Kind CVTransferViewController::kind() const
+{
+    if (!_fileToDownload.isNull())
+        return Kind::Fetch;
+    if (_inputText.isNull())
+        return Kind::Nothing;
+    return _outputFilename.isNull() ? Kind::Emboss : Kind::Store;
+}
+
+bool CVTransferViewController::isAllWritten() const
+{
+    return _context.device.queuedBytes() == 0 && _context.device.unconfirmedWrites() == 0;
+}
+
+// Texts
+
+void CVTransferViewController::makeLabelText()
+{
+    if (!_caption.isNull())
+        _labelText = _caption;
+    else if (kind() == Kind::Store)
+        _labelText = localizedFormat("3.1", visibleText(_outputFilename));
+    else if (kind() == Kind::Fetch)
+        _labelText = localizedFormat("3.2", visibleText(_fileToDownload));
+}
+
+QString CVTransferViewController::okTitle() const
+{
+    return localized("OK");
+}
+
+QString CVTransferViewController::statusText() const
+{
+    if (isBusy())
+        return localized("Please wait...");
+    if (!isFinished())
+        return {};
+    switch (kind()) {
+    case Kind::Fetch:
+        return localized("The file has been fetched.");
+    case Kind::Store:
+        return localized("The file has been sent.");
+    case Kind::Emboss:
+        return localized("The text has been sent to the embosser.");
+    case Kind::Nothing:
+        break;
+    }
+    return {};
+}
+
+QString CVTransferViewController::problemText() const
+{
+    if (_isStalled)
+        return localized("The Corvane does not answer. You can wait, or leave with OK.");
+    return _problem ? localized(_problem) : QString();
+}
+
+const char *CVTransferViewController::obstacleToAsking(const CVBTDevice &device)
+{
+    if (!device.isConnectedAsCVComm())
+        return "The Corvane is not connected.";
+    // An answer that is still on its way would become part of the next one. Sound waits for nothing.
+    const int pending = device.pendingCommand();
+    return pending == CommandEngine::NoCommand || pending == CommandEngine::SoundCommand
+               ? nullptr
+               : "The Corvane is still busy. Try again in half a minute.";
+}
+
+const char *CVTransferViewController::obstacle() const
+{
+    const CVBTDevice &device = _context.device;
+    if (kind() == Kind::Fetch || !device.isConnectedAsCVComm())
+        return obstacleToAsking(device);
+    return nullptr;
+}
+
+const char *CVTransferViewController::lossProblem() const
+{
+    switch (kind()) {
+    case Kind::Store:
+        return "The connection to the Corvane was lost. The file on it may be incomplete.";
+    case Kind::Emboss:
+        return "The connection to the Corvane was lost. Part of the text may be missing.";
+    case Kind::Fetch:
+    case Kind::Nothing:
+        break;
+    }
+    return "The connection to the Corvane was lost. The file has not been fetched.";
+}
+
+const char *CVTransferViewController::fetchProblem() const
+{
+    if (!_outcome.endedBySilence)
+        return nullptr;
+    if (_outcome.receivedBytes == 0 && _outcome.listedSize != 0)
+        return "The Corvane sent nothing. The file has not been fetched.";
+    // Translation changes the length, so nothing is known of a translated text.
+    if (!_isTranslated && _outcome.receivedBytes < _outcome.listedSize)
+        return "The Corvane stopped before the end of the file. The file has not been fetched.";
+    return nullptr;
+}
+
+// Life
+
+void CVTransferViewController::viewDidLoad()
+{
+    _context.device.setCvUploadDelegate(self());
+    _context.device.setCvDownloadDelegate(self());
+    makeLabelText();
+}
+
+void CVTransferViewController::viewDidAppear()
+{
+    if (_step != Step::Idle)
+        return;
+    if (kind() == Kind::Nothing)
+        setStep(Step::Ended);
+    else if (const char *problem = obstacle())
+        fail(problem);
+    else if (!_inputText.isNull())
+        askForForwardTranslation();
+    else
+        askForBackTranslation();
+}
+
+void CVTransferViewController::viewDidDisappear()
+{
+    if (hasGone())
+        letGoOfDevice();
+}
+
+void CVTransferViewController::letGoOfDevice()
+{
+    if (_step == Step::Running)
+        setStep(Step::Failed);
+    CVBTDevice &device = _context.device;
+    if (device.cvUploadDelegate().get() == this)
+        device.setCvUploadDelegate(nullptr);
+    if (device.cvDownloadDelegate().get() == this)
+        device.setCvDownloadDelegate(nullptr);
+}
+
+void CVTransferViewController::setStep(Step step)
+{
+    if (step == Step::Running)
+        _context.device.addLinkObserver(*this);
+    else if (_step == Step::Running)
+        _context.device.removeLinkObserver(*this);
+    _step = step;
+    _isStalled = false;
+    emit changed();
+}
+
+// The question
+
+void CVTransferViewController::askForBackTranslation()
+{
+    ask("3.3", {localized("3.4"), localized("3.5")});
+}
+
+void CVTransferViewController::askForForwardTranslation()
+{
+    ask("3.6", {localized("3.7"), localized("3.8")});
+}
+
+void CVTransferViewController::ask(const char *title, const QStringList &buttons)
+{
+    setStep(Step::Asking);
+    ActionSheet sheet;
+    sheet.title = localized(title);
+    sheet.buttons = buttons;
+    sheet.didDismiss = [this](const ActionSheet &, int button) { questionAnswered(button); };
+    showActionSheet(std::move(sheet));
+}
+
+void CVTransferViewController::questionAnswered(int button)
+{
+    if (_step != Step::Asking)
+        return;
+    if (const char *problem = obstacle())
+        fail(problem);
+    else
+        startTransfer(button == TranslateButton);
+}
+
+void CVTransferViewController::startTransfer(bool isTranslated)
+{
+    _isTranslated = isTranslated;
+    setStep(Step::Running);
+    CVBTDevice &device = _context.device;
+    const int forwardMode = isTranslated ? ForwardTranslation : PlainTransfer;
+    switch (kind()) {
+    case Kind::Fetch:
+        device.getFile(_fileToDownload, isTranslated ? BackTranslation : PlainTransfer);
+        break;
+    case Kind::Store:
+        device.sendFileWithName(_outputFilename, _inputText, forwardMode);
+        break;
+    case Kind::Emboss:
+        device.embossString(_inputText, forwardMode);
+        break;
+    case Kind::Nothing:
+        break;
+    }
+    // Nobody confirms what was not written: an empty text to emboss, or a link that went unnoticed.
+    if (!isSending() || !isAllWritten())
+        return;
+    if (_inputText.isEmpty())
+        finish();
+    else
+        fail(lossProblem());
+}
+
+// How it gets on
+
+void CVTransferViewController::showProgress(float fraction)
+{
+    const double shown = shownProgress(fraction);
+    if (std::exchange(_progress, shown) != shown)
+        emit progressChanged();
+    const int quarters = static_cast<int>(shown * announcedSteps);
+    if (quarters <= _announcedQuarters || quarters == announcedSteps)
+        return;
+    _announcedQuarters = quarters;
+    presenter().announce(localizedFormat("%@ percent", QString::number(quarters * (100 / announcedSteps))));
+}
+
+void CVTransferViewController::goesOn()
+{
+    if (std::exchange(_isStalled, false))
+        emit changed();
+}
+
+void CVTransferViewController::cvUploadProgress(float fraction)
+{
+    if (!isSending())
+        return;
+    goesOn();
+    showProgress(fraction);
+}
+
+void CVTransferViewController::cvDownloadProgress(float fraction)
+{
+    if (!isFetching())
+        return;
+    goesOn();
+    showProgress(fraction);
+}
+
+void CVTransferViewController::cvUploadReplacedCharacters(qsizetype count)
+{
+    if (!isSending())
+        return;
+    presenter().showNotice(
+        count == 1 ? localized("1 character that the Corvane does not have was sent as \"?\".")
+                   : localizedFormat("%@ characters that the Corvane does not have were sent as \"?\".",
+                                     QString::number(count)));
+}
+
+void CVTransferViewController::linkStalled()
+{
+    if (_step != Step::Running || std::exchange(_isStalled, true))
+        return;
+    emit changed();
+    presenter().announce(problemText());
+}
+
+// How it ends
+
+void CVTransferViewController::cvFileUploaded()
+{
+    if (isSending() && isAllWritten())
+        finishSending();
+}
+
+void CVTransferViewController::linkWritesConfirmed()
+{
+    goesOn();
+    if (isSending())
+        finishSending();
+}
+
+void CVTransferViewController::finishSending()
+{
+    if (_hasFailedWrite)
+        fail("Part of it did not reach the Corvane. Send it again.");
+    else
+        finish();
+}
+
+void CVTransferViewController::cvFileUploadFailed(const QString &)
+{
+    if (isSending())
+        fail(lossProblem());
+}
+
+void CVTransferViewController::cvFileDownloadOutcome(const FetchOutcome &outcome)
+{
+    if (isFetching())
+        _outcome = outcome;
+}
+
+void CVTransferViewController::cvFileDownloaded(const QString &text)
+{
+    if (!isFetching())
+        return;
+    if (const char *problem = fetchProblem()) {
+        fail(problem);
+        return;
+    }
+    _downloadedString = text.isNull() ? QString(QLatin1String("")) : text;
+    tellDoubts();
+    finish();
+}
+
+void CVTransferViewController::tellDoubts() const
+{
+    if (_outcome.endedBySilence && _outcome.receivedBytes > 0)
+        presenter().showNotice(
+            localized("The Corvane did not say that the file was complete. Its end may be missing."));
+    if (_outcome.undefinedBytes > 0)
+        presenter().showNotice(
+            localized("Some characters of the file are unknown. A mark stands in place of each."));
+}
+
+void CVTransferViewController::cvFileDownloadFailed(const QString &)
+{
+    if (isFetching())
+        fail(lossProblem());
+}
+
+void CVTransferViewController::linkLost(const QString &)
+{
+    if (_step == Step::Running)
+        fail(lossProblem());
+}
+
+void CVTransferViewController::finish()
+{
+    const auto self = this->self();
+    showProgress(1.0F);
+    setStep(Step::Ended);
+    presenter().announce(statusText());
+    if (const auto delegate = _delegate.lock())
+        delegate->cvTransferControllerTransferFinished(*this);
+}
+
+void CVTransferViewController::fail(const char *problem)
+{
+    const auto self = this->self();
+    _problem = problem;
+    setStep(Step::Failed);
+    presenter().announce(problemText());
+}
+
+void CVTransferViewController::okClicked()
+{
+    if (!isOkVisible() || !takesActions())
+        return;
+    const auto self = this->self();
+    if (_step == Step::Running) {
+        _problem = "The Corvane does not answer.";
+        setStep(Step::Failed);
+    }
+    if (const auto delegate = _delegate.lock())
+        delegate->cvTransferCloseClicked();
+    // Not every presenting screen listens to that.
+    if (takesActions())
+        dismissViewController(true);
+}
+
+} // namespace cvtamber
