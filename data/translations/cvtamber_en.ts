@@ -519,5 +519,229 @@
         <source>This document holds something that is not text.</source>
         <translation>This document holds something that is not text.</translation>
     </message>
+    <message id="Edit">
+        <source>Edit</source>
+        <translation>Edit</translation>
+    </message>
+    <message id="Corvane">
+        <source>Corvane</source>
+        <translation>Corvane</translation>
+    </message>
+    <message id="%@ is larger than 16 MB and was not opened.">
+        <source>%@ is larger than 16 MB and was not opened.</source>
+        <translation>%@ is larger than 16 MB and was not opened.</translation>
+    </message>
+    <message id="%@ does not hold text that can be read.">
+        <source>%@ does not hold text that can be read.</source>
+        <translation>%@ does not hold text that can be read.</translation>
+    </message>
+    <message id="%@ could not be opened.">
+        <source>%@ could not be opened.</source>
+        <translation>%@ could not be opened.</translation>
+    </message>
+    <message id="iCloud was turned on">
+        <source>iCloud was turned on</source>
+        <translation>iCloud was turned on</translation>
+    </message>
+    <message id="iCloud was turned off">
+        <source>iCloud was turned off</source>
+        <translation>iCloud was turned off</translation>
+    </message>
+    <message id="What is to be done with the files?">
+        <source>What is to be done with the files?</source>
+        <translation>What is to be done with the files?</translation>
+    </message>
+    <message id="Move the files">
+        <source>Move the files</source>
+        <translation>Move the files</translation>
+    </message>
+    <message id="Copy the files">
+        <source>Copy the files</source>
+        <translation>Copy the files</translation>
+    </message>
+    <message id="Keep the files on this device">
+        <source>Keep the files on this device</source>
+        <translation>Keep the files on this device</translation>
+    </message>
+    <message id="Keep the files in iCloud">
+        <source>Keep the files in iCloud</source>
+        <translation>Keep the files in iCloud</translation>
+    </message>
+    <message id="%@ could not be taken over.">
+        <source>%@ could not be taken over.</source>
+        <translation>%@ could not be taken over.</translation>
+    </message>
+    <message id="Settings">
+        <source>Settings</source>
+        <translation>Settings</translation>
+    </message>
+    <message id="Documents">
+        <source>Documents</source>
+        <translation>Documents</translation>
+    </message>
+    <message id="Documents are kept on this computer.">
+        <source>Documents are kept on this computer.</source>
+        <translation>Documents are kept on this computer.</translation>
+    </message>
+    <message id="A cloud folder has not been chosen yet. Choose one, or turn the switch off to go back to the documents on this computer.">
+        <source>A cloud folder has not been chosen yet. Choose one, or turn the switch off to go back to the documents on this computer.</source>
+        <translation>A cloud folder has not been chosen yet. Choose one, or turn the switch off to go back to the documents on this computer.</translation>
+    </message>
+    <message id="The cloud folder is not there. Start the program that keeps it up to date, choose another folder, or turn the switch off to go back to the documents on this computer.">
+        <source>The cloud folder is not there. Start the program that keeps it up to date, choose another folder, or turn the switch off to go back to the documents on this computer.</source>
+        <translation>The cloud folder is not there. Start the program that keeps it up to date, choose another folder, or turn the switch off to go back to the documents on this computer.</translation>
+    </message>
+    <message id="Nothing can be written to the cloud folder. Choose another folder, or turn the switch off to go back to the documents on this computer.">
+        <source>Nothing can be written to the cloud folder. Choose another folder, or turn the switch off to go back to the documents on this computer.</source>
+        <translation>Nothing can be written to the cloud folder. Choose another folder, or turn the switch off to go back to the documents on this computer.</translation>
+    </message>
+    <message id="Documents are kept in the cloud folder. CVTamber goes over to it when its window comes to the front.">
+        <source>Documents are kept in the cloud folder. CVTamber goes over to it when its window comes to the front.</source>
+        <translation>Documents are kept in the cloud folder. CVTamber goes over to it when its window comes to the front.</translation>
+    </message>
+    <message id="Keep documents in the cloud">
+        <source>Keep documents in the cloud</source>
+        <translation>Keep documents in the cloud</translation>
+    </message>
+    <message id="Cloud folder">
+        <source>Cloud folder</source>
+        <translation>Cloud folder</translation>
+    </message>
+    <message id="Not chosen yet">
+        <source>Not chosen yet</source>
+        <translation>Not chosen yet</translation>
+    </message>
+    <message id="Which folder does your cloud program keep up to date? Type its whole path, for example ~/Cloud.">
+        <source>Which folder does your cloud program keep up to date? Type its whole path, for example ~/Cloud.</source>
+        <translation>Which folder does your cloud program keep up to date? Type its whole path, for example ~/Cloud.</translation>
+    </message>
+    <message id="Choose">
+        <source>Choose</source>
+        <translation>Choose</translation>
+    </message>
+    <message id="%@ is not a folder.">
+        <source>%@ is not a folder.</source>
+        <translation>%@ is not a folder.</translation>
+    </message>
+    <message id="This folder holds the documents of this computer. Choose another one.">
+        <source>This folder holds the documents of this computer. Choose another one.</source>
+        <translation>This folder holds the documents of this computer. Choose another one.</translation>
+    </message>
+    <message id="CVTamber runs twice. Close one of them, so that they do not change the same documents.">
+        <source>CVTamber runs twice. Close one of them, so that they do not change the same documents.</source>
+        <translation>CVTamber runs twice. Close one of them, so that they do not change the same documents.</translation>
+    </message>
+    <message id="%@ is not on this computer and was not opened.">
+        <source>%@ is not on this computer and was not opened.</source>
+        <translation>%@ is not on this computer and was not opened.</translation>
+    </message>
+    <message id="A document or record could not be opened.">
+        <source>A document or record could not be opened.</source>
+        <translation>A document or record could not be opened.</translation>
+    </message>
+    <message id="%@ could not be saved.">
+        <source>%@ could not be saved.</source>
+        <translation>%@ could not be saved.</translation>
+    </message>
+    <message id="A change could not be saved.">
+        <source>A change could not be saved.</source>
+        <translation>A change could not be saved.</translation>
+    </message>
+    <message id="%@ was changed by another program too. Both versions have been kept.">
+        <source>%@ was changed by another program too. Both versions have been kept.</source>
+        <translation>%@ was changed by another program too. Both versions have been kept.</translation>
+    </message>
+    <message id="Another program changed the same document. Both versions have been kept.">
+        <source>Another program changed the same document. Both versions have been kept.</source>
+        <translation>Another program changed the same document. Both versions have been kept.</translation>
+    </message>
+    <message id="%@ could not be deleted.">
+        <source>%@ could not be deleted.</source>
+        <translation>%@ could not be deleted.</translation>
+    </message>
+    <message id="Not everything could be deleted.">
+        <source>Not everything could be deleted.</source>
+        <translation>Not everything could be deleted.</translation>
+    </message>
+    <message id="%@ could not be renamed.">
+        <source>%@ could not be renamed.</source>
+        <translation>%@ could not be renamed.</translation>
+    </message>
+    <message id="The new name could not be given.">
+        <source>The new name could not be given.</source>
+        <translation>The new name could not be given.</translation>
+    </message>
+    <message id="%@ could not be moved.">
+        <source>%@ could not be moved.</source>
+        <translation>%@ could not be moved.</translation>
+    </message>
+    <message id="Not everything could be moved.">
+        <source>Not everything could be moved.</source>
+        <translation>Not everything could be moved.</translation>
+    </message>
+    <message id="%@ could not be created.">
+        <source>%@ could not be created.</source>
+        <translation>%@ could not be created.</translation>
+    </message>
+    <message id="A folder could not be created.">
+        <source>A folder could not be created.</source>
+        <translation>A folder could not be created.</translation>
+    </message>
+    <message id="%@ could not be read.">
+        <source>%@ could not be read.</source>
+        <translation>%@ could not be read.</translation>
+    </message>
+    <message id="A folder could not be read, so not all documents are listed.">
+        <source>A folder could not be read, so not all documents are listed.</source>
+        <translation>A folder could not be read, so not all documents are listed.</translation>
+    </message>
+    <message id="%@ is in the trash now.">
+        <source>%@ is in the trash now.</source>
+        <translation>%@ is in the trash now.</translation>
+    </message>
+    <message id="A folder without a user's record is in the trash now.">
+        <source>A folder without a user's record is in the trash now.</source>
+        <translation>A folder without a user's record is in the trash now.</translation>
+    </message>
+    <message id="%@ holds documents, but belongs to no user.">
+        <source>%@ holds documents, but belongs to no user.</source>
+        <translation>%@ holds documents, but belongs to no user.</translation>
+    </message>
+    <message id="A folder without a user's record holds documents and could not be put into the trash.">
+        <source>A folder without a user's record holds documents and could not be put into the trash.</source>
+        <translation>A folder without a user's record holds documents and could not be put into the trash.</translation>
+    </message>
+    <message id="%@ could not be fetched from the cloud.">
+        <source>%@ could not be fetched from the cloud.</source>
+        <translation>%@ could not be fetched from the cloud.</translation>
+    </message>
+    <message id="A document could not be fetched from the cloud.">
+        <source>A document could not be fetched from the cloud.</source>
+        <translation>A document could not be fetched from the cloud.</translation>
+    </message>
+    <message id="Files moved to iCloud">
+        <source>Files moved to iCloud</source>
+        <translation>Files moved to iCloud</translation>
+    </message>
+    <message id="Files copied to iCloud">
+        <source>Files copied to iCloud</source>
+        <translation>Files copied to iCloud</translation>
+    </message>
+    <message id="iCloud is still disabled">
+        <source>iCloud is still disabled</source>
+        <translation>iCloud is still disabled</translation>
+    </message>
+    <message id="Files moved to local storage">
+        <source>Files moved to local storage</source>
+        <translation>Files moved to local storage</translation>
+    </message>
+    <message id="Files copied to local storage">
+        <source>Files copied to local storage</source>
+        <translation>Files copied to local storage</translation>
+    </message>
+    <message id="iCloud is still enabled">
+        <source>iCloud is still enabled</source>
+        <translation>iCloud is still enabled</translation>
+    </message>
 </context>
 </TS>
