@@ -23,7 +23,6 @@ template<typename List> auto at(List &list, int index) -> decltype(list.begin())
 
 void TableModel::startTelling()
 {
-    _cachedRow = -1;
     _places.clear();
     for (int section = 0; section < static_cast<int>(_sections.size()); ++section)
         _places.push_back({section, {}});
@@ -122,7 +121,7 @@ void TableModel::order(int section)
                 before = other;
         }
         const auto to = before == places.end() ? 0 : static_cast<int>(before - places.begin()) + 1;
-        if (to != from && to != from + 1)
+        if (to != from)
             moveRow(section, from, to);
     }
 }

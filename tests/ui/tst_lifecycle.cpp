@@ -72,6 +72,13 @@ void addRefusedAndWaiting()
     row("is not shown", phone, "", "present:S:A loop", "");
     row("presents twice at once", phone, "", "present:R:A present:R:B end loop", covered);
     row("stands elsewhere already", phone, "present:R:A end", "present:A:R loop", "");
+    row("what was refused is not dismissed", phone, "", "present:R:A present:R:B dismiss:R end end",
+        "A.load R.willDisappear A.willAppear | A.didAppear R.didDisappear completed "
+        "A.willDisappear R.willAppear | R.didAppear A.didDisappear completed");
+    row("nor after an earlier dismissal", phone, "present:R:A end dismiss:R end",
+        "present:R:A present:R:B dismiss:R end end",
+        "R.willDisappear A.willAppear | A.didAppear R.didDisappear completed "
+        "A.willDisappear R.willAppear | R.didAppear A.didDisappear completed");
     row("nothing to dismiss", phone, "", "dismiss:R loop", "completed");
     row("nothing to dismiss, not at once", phone, "", "dismiss:R", "");
     row("dismisses twice", phone, "present:R:A end present:A:B end", "dismiss:A dismiss:A end loop",
@@ -112,6 +119,11 @@ void addNavigation()
 
 void addTabs()
 {
+    row("pushes in order in a tab that is left", phone, "present:R:A end",
+        "dismiss:A push:D tab:1 push:C end tab:0",
+        "A.willDisappear R.willAppear R.willDisappear S.load S.willAppear R.didDisappear "
+        "| S.didAppear A.didDisappear completed S.willDisappear C.load C.willAppear S.didDisappear "
+        "C.didAppear");
     row("tab", phone, "", "tab:1", "R.willDisappear S.load S.willAppear R.didDisappear S.didAppear");
     row("no such tab", phone, "", "tab:2 tab:-1 tab:0", "");
     row("tab while covered", phone, "present:R:A end", "tab:1 dismiss:A end",

@@ -52,7 +52,7 @@ void TestTableChanges::manyRowsInANewOrder()
 void TestTableChanges::randomChanges_data()
 {
     QTest::addColumn<unsigned>("seed");
-    for (unsigned seed = 1; seed <= 20; ++seed)
+    for (unsigned seed = 1; seed <= 12; ++seed)
         QTest::addRow("seed %u", seed) << seed;
 }
 

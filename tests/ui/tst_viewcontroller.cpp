@@ -17,6 +17,7 @@ private slots:
     void goneScreensAreFreed();
     void modalOutlivesItsAsker();
     void secondEndOfAnAnimationIsIgnored();
+    void secondEndOfAPushIsIgnored();
     void endAfterThePresenter();
     void barButtons();
     void actionMayFreeItsScreen();
@@ -90,6 +91,9 @@ void TestViewController::whoHasGone()
     QVERIFY(bench.at("A")->hasGone());
     QVERIFY(bench.at("B")->hasGone());
     QVERIFY(!bench.at("D")->hasGone());
+    bench.endAnimation();
+    bench.run(QStringLiteral("present:D:B"));
+    QVERIFY(!bench.at("B")->hasGone());
 }
 
 void TestViewController::actionsWhileScreensChange()
@@ -103,6 +107,7 @@ void TestViewController::actionsWhileScreensChange()
     QVERIFY(bench.at("D")->takesActions());
     // Twice fast on the back button leads back once.
     bench.navigation->pushViewController(bench.at("C"), true);
+    QVERIFY(!bench.at("D")->takesActions());
     bench.endAnimation();
     bench.endAnimation();
     bench.navigation->backClicked();
@@ -229,6 +234,28 @@ void TestViewController::secondEndOfAnAnimationIsIgnored()
     presenter.finished().at(1)();
     QCOMPARE(completions, 2);
     QVERIFY(!presenter.transitions().isRunning());
+
+    // Presented again, the screen does not mind the late end of its dismissal.
+    root->presentViewController(first, true);
+    presenter.finished().at(2)();
+    presenter.finished().at(1)();
+    QCOMPARE(root->presentedViewController(), first);
+}
+
+void TestViewController::secondEndOfAPushIsIgnored()
+{
+    ManualRunLoop loop;
+    LeakingPresenter presenter(loop);
+    LifeLog log;
+    const auto navigation = NavigationController::withRoot(
+        presenter, std::make_shared<PlainScreen>(presenter, log, QStringLiteral("R")));
+    presenter.showRoot(navigation);
+    navigation->pushViewController(std::make_shared<PlainScreen>(presenter, log, QStringLiteral("A")), true);
+    navigation->pushViewController(std::make_shared<PlainScreen>(presenter, log, QStringLiteral("B")), true);
+    presenter.finished().at(0)();
+    presenter.finished().at(0)();
+    QVERIFY(presenter.transitions().isRunning());
+    QCOMPARE(log.lines.last(), QStringLiteral("B.willAppear"));
 }
 
 void TestViewController::endAfterThePresenter()
