@@ -743,5 +743,137 @@
         <source>iCloud is still enabled</source>
         <translation>iCloud is still enabled</translation>
     </message>
+    <message id="3.1">
+        <source>Sending “%@” to the Corvane</source>
+        <translation>Sending “%@” to the Corvane</translation>
+    </message>
+    <message id="3.2">
+        <source>Fetching “%@” from the Corvane</source>
+        <translation>Fetching “%@” from the Corvane</translation>
+    </message>
+    <message id="3.3">
+        <source>Is this file in braille? The Corvane can turn it into print.</source>
+        <translation>Is this file in braille? The Corvane can turn it into print.</translation>
+    </message>
+    <message id="3.4">
+        <source>Turn into print</source>
+        <translation>Turn into print</translation>
+    </message>
+    <message id="3.5">
+        <source>Fetch as it is</source>
+        <translation>Fetch as it is</translation>
+    </message>
+    <message id="3.6">
+        <source>The Corvane can turn this text into braille.</source>
+        <translation>The Corvane can turn this text into braille.</translation>
+    </message>
+    <message id="3.7">
+        <source>Turn into braille</source>
+        <translation>Turn into braille</translation>
+    </message>
+    <message id="3.8">
+        <source>Send as it is</source>
+        <translation>Send as it is</translation>
+    </message>
+    <message id="5.1">
+        <source>Save here</source>
+        <translation>Save here</translation>
+    </message>
+    <message id="5.3">
+        <source>View</source>
+        <translation>View</translation>
+    </message>
+    <message id="5.4">
+        <source>Delete “%@” from the Corvane?</source>
+        <translation>Delete “%@” from the Corvane?</translation>
+    </message>
+    <message id="%@ percent">
+        <source>%@ percent</source>
+        <translation>%@ percent</translation>
+    </message>
+    <message id="%@ characters that the Corvane does not have were sent as &quot;?&quot;.">
+        <source>%@ characters that the Corvane does not have were sent as &quot;?&quot;.</source>
+        <translation>%@ characters that the Corvane does not have were sent as &quot;?&quot;.</translation>
+    </message>
+    <message id="1 character that the Corvane does not have was sent as &quot;?&quot;.">
+        <source>1 character that the Corvane does not have was sent as &quot;?&quot;.</source>
+        <translation>1 character that the Corvane does not have was sent as &quot;?&quot;.</translation>
+    </message>
+    <message id="%@ has been deleted.">
+        <source>“%@” has been deleted.</source>
+        <translation>“%@” has been deleted.</translation>
+    </message>
+    <message id="%@ is not on the Corvane any more.">
+        <source>“%@” is not on the Corvane any more.</source>
+        <translation>“%@” is not on the Corvane any more.</translation>
+    </message>
+    <message id="Part of it did not reach the Corvane. Send it again.">
+        <source>Part of it did not reach the Corvane. Send it again.</source>
+        <translation>Part of it did not reach the Corvane. Send it again.</translation>
+    </message>
+    <message id="Some characters of the file are unknown. A mark stands in place of each.">
+        <source>Some characters of the file are unknown. A mark stands in place of each.</source>
+        <translation>Some characters of the file are unknown. A mark stands in place of each.</translation>
+    </message>
+    <message id="The Corvane did not say that the file was complete. Its end may be missing.">
+        <source>The Corvane did not say that the file was complete. Its end may be missing.</source>
+        <translation>The Corvane did not say that the file was complete. Its end may be missing.</translation>
+    </message>
+    <message id="The Corvane does not answer.">
+        <source>The Corvane does not answer.</source>
+        <translation>The Corvane does not answer.</translation>
+    </message>
+    <message id="The Corvane does not answer. You can wait, or leave with OK.">
+        <source>The Corvane does not answer. You can wait, or leave with OK.</source>
+        <translation>The Corvane does not answer. You can wait, or leave with OK.</translation>
+    </message>
+    <message id="The Corvane is not connected.">
+        <source>The Corvane is not connected.</source>
+        <translation>The Corvane is not connected.</translation>
+    </message>
+    <message id="The Corvane is still busy. Try again in half a minute.">
+        <source>The Corvane is still busy. Try again in half a minute.</source>
+        <translation>The Corvane is still busy. Try again in half a minute.</translation>
+    </message>
+    <message id="The Corvane sent nothing. The file has not been fetched.">
+        <source>The Corvane sent nothing. The file has not been fetched.</source>
+        <translation>The Corvane sent nothing. The file has not been fetched.</translation>
+    </message>
+    <message id="The Corvane stopped before the end of the file. The file has not been fetched.">
+        <source>The Corvane stopped before the end of the file. The file has not been fetched.</source>
+        <translation>The Corvane stopped before the end of the file. The file has not been fetched.</translation>
+    </message>
+    <message id="The connection to the Corvane was lost. Part of the text may be missing.">
+        <source>The connection to the Corvane was lost. Part of the text may be missing.</source>
+        <translation>The connection to the Corvane was lost. Part of the text may be missing.</translation>
+    </message>
+    <message id="The connection to the Corvane was lost. The file has not been fetched.">
+        <source>The connection to the Corvane was lost. The file has not been fetched.</source>
+        <translation>The connection to the Corvane was lost. The file has not been fetched.</translation>
+    </message>
+    <message id="The connection to the Corvane was lost. The file on it may be incomplete.">
+        <source>The connection to the Corvane was lost. The file on it may be incomplete.</source>
+        <translation>The connection to the Corvane was lost. The file on it may be incomplete.</translation>
+    </message>
+    <message id="The file has been fetched.">
+        <source>The file has been fetched.</source>
+        <translation>The file has been fetched.</translation>
+    </message>
+    <message id="The file has been sent.">
+        <source>The file has been sent.</source>
+        <translation>The file has been sent.</translation>
+    </message>
+    <message id="The text has been sent to the embosser.">
+        <source>The text has been sent to the embosser.</source>
+        <translation>The text has been sent to the embosser.</translation>
+    </message>
+    <message id="There are no files on the Corvane. Write one on it, then choose Refresh.">
+        <source>There are no files on the Corvane. Write one on it, then choose Refresh.</source>
+        <translation>There are no files on the Corvane. Write one on it, then choose Refresh.</translation>
+    </message>
+    <message id="Please wait...">
+        <source>Please wait…</source>
+        <translation>Please wait…</translation>
+    </message>
 </context>
 </TS>
