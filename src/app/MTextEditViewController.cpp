@@ -4,6 +4,7 @@
 #include "app/AppContext.h"
 #include "base/SystemLog.h"
 #include "store/CVFile.h"
+#include "store/StoreDisk.h"
 #include "store/StoreNames.h"
 #include "store/TamberDataFolder.h"
 #include "store/TamberUser.h"
@@ -197,8 +198,12 @@ void MTextEditViewController::placePicked(const ViewController &picker,
 
 void MTextEditViewController::saveTo(TamberFilesContainer &place)
 {
-    const QString name =
-        nextFreeTitle(title(), [&place](const QString &taken) { return place.fileExists(taken); });
+    // The disk too: a place in the cloud lists a document only when it has been reported.
+    const auto isTaken = [&](const QString &wanted) {
+        return place.fileExists(wanted) ||
+               _context.store.disk.exists(place.url().appendingFile(documentFileName(wanted)));
+    };
+    const QString name = nextFreeTitle(title(), isTaken);
     const std::weak_ptr<MTextEditViewController> editor = self();
     _isSaved = true;
     setSaving(true);

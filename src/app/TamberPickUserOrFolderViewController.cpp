@@ -8,6 +8,8 @@
 #include "store/TamberStorage.h"
 #include "store/TamberUser.h"
 
+#include <QCoreApplication>
+
 #include <utility>
 
 namespace cvtamber {
@@ -38,6 +40,10 @@ void TamberPickUserOrFolderViewController::viewDidLoad()
     else if (_mode == Mode::PickUserThenFolder)
         users->setMode(MUsersViewController::Mode::PickThenFolder);
     pushViewController(users, false);
+    // A program that ends while the picker is up dismisses nothing.
+    if (const auto *const program = QCoreApplication::instance())
+        connect(program, &QCoreApplication::aboutToQuit, this,
+                &TamberPickUserOrFolderViewController::letGoOfSteps);
 }
 
 void TamberPickUserOrFolderViewController::viewDidDisappear()

@@ -36,7 +36,7 @@ public:
 // itself.
 //
 // The picker and its steps own each other, as navigation and as delegate; that ring is opened with the answer, or when
-// the picker has been dismissed without one.
+// the picker has been dismissed without one, or when the program ends.
 // Thread: main thread. Owner: whoever presents it.
 class TamberPickUserOrFolderViewController final : public NavigationController,
                                                    public MUsersViewControllerDelegate,
