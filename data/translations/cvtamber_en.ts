@@ -875,5 +875,149 @@
         <source>Please wait…</source>
         <translation>Please wait…</translation>
     </message>
+    <message id="1.1">
+        <source>Delete this user?</source>
+        <translation>Delete this user?</translation>
+    </message>
+    <message id="1.2">
+        <source>%@ is deleted with all documents and folders.</source>
+        <translation>%@ is deleted with all documents and folders.</translation>
+    </message>
+    <message id="1.3">
+        <source>User</source>
+        <translation>User</translation>
+    </message>
+    <message id="1.4">
+        <source>First name</source>
+        <translation>First name</translation>
+    </message>
+    <message id="1.5">
+        <source>For example Ann</source>
+        <translation>For example Ann</translation>
+    </message>
+    <message id="1.6">
+        <source>Last name</source>
+        <translation>Last name</translation>
+    </message>
+    <message id="1.7">
+        <source>For example Lee</source>
+        <translation>For example Lee</translation>
+    </message>
+    <message id="1.8">
+        <source>Name shown in lists</source>
+        <translation>Name shown in lists</translation>
+    </message>
+    <message id="1.9">
+        <source>Only if it is another, for example Mrs Lee</source>
+        <translation>Only if it is another, for example Mrs Lee</translation>
+    </message>
+    <message id="1.10">
+        <source>Move to the archive</source>
+        <translation>Move to the archive</translation>
+    </message>
+    <message id="1.11">
+        <source>Move back to the users</source>
+        <translation>Move back to the users</translation>
+    </message>
+    <message id="2.2">
+        <source>Add the first user</source>
+        <translation>Add the first user</translation>
+    </message>
+    <message id="2.3">
+        <source>Delete this user?</source>
+        <translation>Delete this user?</translation>
+    </message>
+    <message id="2.4">
+        <source>%@ is deleted with all documents and folders.</source>
+        <translation>%@ is deleted with all documents and folders.</translation>
+    </message>
+    <message id="2.5">
+        <source>Edit names</source>
+        <translation>Edit names</translation>
+    </message>
+    <message id="2.6">
+        <source>Move to the archive</source>
+        <translation>Move to the archive</translation>
+    </message>
+    <message id="2.7">
+        <source>Move back to the users</source>
+        <translation>Move back to the users</translation>
+    </message>
+    <message id="2.8">
+        <source>Users</source>
+        <translation>Users</translation>
+    </message>
+    <message id="2.9">
+        <source>Archive</source>
+        <translation>Archive</translation>
+    </message>
+    <message id="2.10">
+        <source>No archived users. To archive one, choose Edit in the list of users.</source>
+        <translation>No archived users. To archive one, choose Edit in the list of users.</translation>
+    </message>
+    <message id="6.1">
+        <source>This text has not been saved. Do you want to save it?</source>
+        <translation>This text has not been saved. Do you want to save it?</translation>
+    </message>
+    <message id="6.2">
+        <source>Save</source>
+        <translation>Save</translation>
+    </message>
+    <message id="6.3">
+        <source>Close without saving</source>
+        <translation>Close without saving</translation>
+    </message>
+    <message id="6.4">
+        <source>E-mail as text</source>
+        <translation>E-mail as text</translation>
+    </message>
+    <message id="6.5">
+        <source>E-mail as attachment</source>
+        <translation>E-mail as attachment</translation>
+    </message>
+    <message id="Add user">
+        <source>Add user</source>
+        <translation>Add user</translation>
+    </message>
+    <message id="Edit %@">
+        <source>Edit %@</source>
+        <translation>Edit %@</translation>
+    </message>
+    <message id="Loading">
+        <source>Loading</source>
+        <translation>Loading</translation>
+    </message>
+    <message id="No name">
+        <source>No name</source>
+        <translation>No name</translation>
+    </message>
+    <message id="Save">
+        <source>Save</source>
+        <translation>Save</translation>
+    </message>
+    <message id="Send">
+        <source>Send</source>
+        <translation>Send</translation>
+    </message>
+    <message id="The text has not been saved yet.">
+        <source>The text has not been saved yet.</source>
+        <translation>The text has not been saved yet.</translation>
+    </message>
+    <message id="There is no place for documents. Choose one in the settings.">
+        <source>There is no place for documents. Choose one in the settings.</source>
+        <translation>There is no place for documents. Choose one in the settings.</translation>
+    </message>
+    <message id="This user is not there any more.">
+        <source>This user is not there any more.</source>
+        <translation>This user is not there any more.</translation>
+    </message>
+    <message id="Some characters of the text became question marks in the attachment.">
+        <source>Some characters of the text became question marks in the attachment.</source>
+        <translation>Some characters of the text became question marks in the attachment.</translation>
+    </message>
+    <message id="The attachment is empty, because it cannot hold all characters of the text.">
+        <source>The attachment is empty, because it cannot hold all characters of the text.</source>
+        <translation>The attachment is empty, because it cannot hold all characters of the text.</translation>
+    </message>
 </context>
 </TS>
