@@ -1,0 +1,7 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+
+// A screen for which there is no view: the bar above it is all it has.
+Screen {
+    required property ViewController controller
+}

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import QtQuick.Controls.Basic
+
+// A text to read.
+Screen {
+    id: screen
+
+    required property MTextEditViewController controller
+    readonly property double side: Math.max(Theme.margin, (width - Theme.readableWidth) / 2)
+
+    function takeFocus(): bool {
+        area.forceActiveFocus(Qt.OtherFocusReason);
+        return true;
+    }
+
+    Connections {
+        function onResignFirstResponder() {
+            screen.forceActiveFocus();
+        }
+
+        target: screen.controller
+    }
+    ScrollView {
+        anchors.bottom: parent.bottom
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: parent.top
+        anchors.topMargin: screen.topInset
+        contentWidth: availableWidth
+
+        TextArea {
+            id: area
+
+            Accessible.name: screen.controller.title
+            bottomPadding: Theme.margin
+            color: Theme.text
+            focus: true
+            font.pixelSize: Theme.bodySize
+            leftPadding: screen.side
+            readOnly: screen.controller.readOnly
+            rightPadding: screen.side
+            selectByMouse: true
+            selectedTextColor: Theme.onAccent
+            selectionColor: Theme.accent
+            text: screen.controller.text
+            textFormat: TextEdit.PlainText
+            topPadding: Theme.margin
+            wrapMode: TextEdit.Wrap
+
+            background: Rectangle {
+                color: Theme.card
+
+                FocusRing {
+                    inset: 2
+                    target: area
+                }
+            }
+
+            // A text area keeps Tab to itself otherwise.
+            Keys.onBacktabPressed: area.nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+            Keys.onTabPressed: area.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
+        }
+    }
+    Spinner {
+        Accessible.name: qsTrId("Opening")
+        Accessible.role: Accessible.Indicator
+        anchors.centerIn: parent
+        visible: screen.controller.busy
+    }
+}

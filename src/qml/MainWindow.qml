@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import CVTamber
+
+// The window: the root's view, and over all the line of notices.
+Window {
+    id: window
+
+    property ViewController controller: null
+    // A modal screen hides the root wholly.
+    property bool covered: false
+    property string notice: ""
+
+    function takeFocus(): void {
+        if (host.view !== null && host.view.takeFocus !== undefined)
+            host.view.takeFocus();
+        else
+            host.forceActiveFocus();
+    }
+    function anchorItem(kind: int, section: int, row: int, button: int): Item {
+        const tabs = host.view as TabsView;
+        const navigation = host.view as NavigationView;
+        return tabs !== null ? tabs.anchorItem(kind, section, row, button) : navigation !== null ? navigation.anchorItem(kind, section, row, button) : null;
+    }
+
+    color: Theme.background
+    height: 844
+    minimumHeight: 480
+    minimumWidth: 320
+    title: Qt.application.displayName
+    width: 390
+
+    ScreenHost {
+        id: host
+
+        anchors.fill: parent
+        controller: window.controller
+        focus: true
+        visible: !window.covered
+    }
+    NoticeLine {
+        text: window.notice
+    }
+    Announcer {
+        Accessible.name: text
+        Accessible.role: Accessible.Notification
+        height: 1
+        width: 1
+    }
+}

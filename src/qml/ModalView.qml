@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import QtQuick.Controls.Basic
+
+// A screen above the others: a card in the middle of a large window, else over all of it.
+Popup {
+    id: modal
+
+    required property ViewController controller
+    required property bool formSheet
+    // Fades in instead of coming from below.
+    required property bool fades
+    required property bool animated
+    // How many modal screens are under it.
+    required property int layer
+    property bool covered: false
+    readonly property bool isCard: formSheet && Math.min(parent.width, parent.height) >= Theme.tabletSide
+    readonly property int duration: animated ? Theme.motion : 0
+    readonly property double restY: (parent.height - height) / 2
+
+    function takeFocus(): void {
+        const navigation = host.view as NavigationView;
+        if (navigation !== null)
+            navigation.takeFocus();
+        else
+            page.takeFocus();
+    }
+    function anchorItem(kind: int, section: int, row: int, button: int): Item {
+        const navigation = host.view as NavigationView;
+        if (navigation !== null)
+            return navigation.anchorItem(kind, section, row, button);
+        return kind === SheetAnchor.Row && page.screen !== null ? page.screen.rowItem(section, row) : null;
+    }
+
+    closePolicy: Popup.NoAutoClose
+    dim: isCard
+    focus: true
+    height: isCard ? Math.min(parent.height - Theme.unit * 8, Theme.sheetHeight) : parent.height
+    modal: true
+    padding: 0
+    width: isCard ? Math.min(parent.width - Theme.unit * 8, Theme.sheetWidth) : parent.width
+    x: (parent.width - width) / 2
+    y: restY
+    z: layer + 1
+
+    Overlay.modal: Rectangle {
+        color: Theme.scrim
+    }
+    background: Rectangle {
+        border.color: Theme.separator
+        border.width: Theme.cardBorder
+        color: Theme.background
+        radius: modal.isCard ? Theme.radius : 0
+    }
+    contentItem: FocusScope {
+        id: page
+
+        readonly property Screen screen: host.view as Screen
+        property bool wasFocused: false
+
+        function takeFocus(): void {
+            page.forceActiveFocus();
+            if (page.wasFocused && page.Window.activeFocusItem !== page && page.Window.activeFocusItem !== page.screen)
+                return;
+            page.wasFocused = true;
+            if (page.screen === null || !page.screen.takeFocus())
+                heading.forceActiveFocus(Qt.OtherFocusReason);
+        }
+
+        Accessible.name: modal.controller.title !== "" ? modal.controller.title : qsTrId("Dialog")
+        Accessible.role: Accessible.Dialog
+        clip: modal.isCard
+        visible: !modal.covered
+
+        Keys.onEscapePressed: event => event.accepted = page.screen !== null && page.screen.cancel()
+        Keys.onBackPressed: event => event.accepted = page.screen !== null && page.screen.cancel()
+
+        Heading {
+            id: heading
+
+            anchors.left: parent.left
+            anchors.leftMargin: Theme.margin
+            anchors.right: parent.right
+            anchors.rightMargin: Theme.margin
+            height: visible ? Math.max(52, implicitHeight + Theme.gap) : 0
+            horizontalAlignment: Text.AlignHCenter
+            text: modal.controller.title
+            verticalAlignment: Text.AlignVCenter
+            visible: !(host.view instanceof NavigationView) && text !== ""
+            wrapMode: Text.Wrap
+        }
+        ScreenHost {
+            id: host
+
+            anchors.bottom: parent.bottom
+            anchors.bottomMargin: modal.isCard ? Theme.half : 0
+            anchors.left: parent.left
+            anchors.right: parent.right
+            anchors.top: heading.bottom
+            anchors.topMargin: modal.isCard ? Theme.half : 0
+            controller: modal.controller
+            focus: true
+        }
+        Binding {
+            property: "modal"
+            target: host.view as NavigationView
+            value: true
+            when: host.view instanceof NavigationView
+        }
+    }
+    enter: Transition {
+        NumberAnimation {
+            duration: modal.duration
+            easing.type: Easing.OutCubic
+            from: modal.fades ? modal.restY : modal.parent.height
+            property: "y"
+            to: modal.restY
+        }
+        NumberAnimation {
+            duration: modal.duration
+            from: modal.fades ? 0 : 1
+            property: "opacity"
+            to: 1
+        }
+    }
+    exit: Transition {
+        NumberAnimation {
+            duration: modal.duration
+            easing.type: Easing.InCubic
+            property: "y"
+            to: modal.fades ? modal.restY : modal.parent.height
+        }
+        NumberAnimation {
+            duration: modal.duration
+            property: "opacity"
+            to: modal.fades ? 0 : 1
+        }
+    }
+}

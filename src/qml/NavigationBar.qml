@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+
+// The bar above a screen: back or the left buttons, the title, the right buttons.
+Rectangle {
+    id: bar
+
+    required property ViewController controller
+    required property bool hasBack
+    required property string backName
+    // 0: the large title below says it; 1: the title is here.
+    property double titleOpacity: 1
+    property alias heading: heading
+    readonly property double sideWidth: Math.max(left.width, right.width) + Theme.unit
+
+    signal back
+
+    function leftButton(index: int): Item {
+        return leftButtons.itemAt(index);
+    }
+    function rightButton(index: int): Item {
+        return rightButtons.itemAt(index);
+    }
+
+    color: titleOpacity > 0.5 ? Theme.bar : Theme.background
+    implicitHeight: Math.max(52, left.height + Theme.unit, right.height + Theme.unit)
+
+    Row {
+        id: left
+
+        anchors.left: parent.left
+        anchors.leftMargin: Theme.unit
+        anchors.verticalCenter: parent.verticalCenter
+
+        PlainButton {
+            Accessible.name: bar.backName
+            iconName: "back"
+            visible: bar.hasBack
+            onClicked: bar.back()
+        }
+        Repeater {
+            id: leftButtons
+
+            model: bar.controller.leftItems.length
+
+            BarButton {
+                required property int index
+
+                item: bar.controller.leftItems[index]
+                onClicked: bar.controller.leftItemClicked(index)
+            }
+        }
+    }
+    Heading {
+        id: heading
+
+        anchors.left: parent.left
+        anchors.leftMargin: bar.sideWidth
+        anchors.right: parent.right
+        anchors.rightMargin: bar.sideWidth
+        anchors.verticalCenter: parent.verticalCenter
+        elide: Text.ElideRight
+        horizontalAlignment: Text.AlignHCenter
+        opacity: bar.titleOpacity
+        text: bar.controller.title
+    }
+    Row {
+        id: right
+
+        anchors.right: parent.right
+        anchors.rightMargin: Theme.unit
+        anchors.verticalCenter: parent.verticalCenter
+        layoutDirection: Qt.RightToLeft
+
+        Repeater {
+            id: rightButtons
+
+            model: bar.controller.rightItems.length
+
+            BarButton {
+                required property int index
+
+                item: bar.controller.rightItems[index]
+                onClicked: bar.controller.rightItemClicked(index)
+            }
+        }
+    }
+    Rectangle {
+        anchors.bottom: parent.bottom
+        color: Theme.separator
+        height: Theme.hairline
+        opacity: bar.titleOpacity
+        width: parent.width
+    }
+}

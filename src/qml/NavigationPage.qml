@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+
+// One screen of a navigation: its bar, its large title, and its view.
+FocusScope {
+    id: page
+
+    required property ViewController controller
+    required property NavigationController navigation
+    required property bool isRoot
+    required property bool modal
+    // Where the page stands while it slides: 0 in place, 1 outside at the right.
+    property double slide: 0
+    // A sheet has its title in the bar, unless texts are so large that the buttons leave no room for it there.
+    readonly property bool hasLargeTitle: (!modal || Theme.largeText) && controller.title !== ""
+    readonly property Screen screen: host.view as Screen
+    readonly property double scrolled: screen === null ? 0 : screen.scrolled
+    property bool wasFocused: false
+
+    function takeFocus(): void {
+        page.forceActiveFocus();
+        if (page.wasFocused && page.Window.activeFocusItem !== page && page.Window.activeFocusItem !== page.screen)
+            return;
+        page.wasFocused = true;
+        if (page.screen === null || !page.screen.takeFocus())
+            page.heading().forceActiveFocus(Qt.OtherFocusReason);
+    }
+    function heading(): Item {
+        return page.hasLargeTitle ? largeTitle : bar.heading;
+    }
+    function anchorItem(kind: int, section: int, row: int, button: int): Item {
+        switch (kind) {
+        case SheetAnchor.Row:
+            return page.screen === null ? null : page.screen.rowItem(section, row);
+        case SheetAnchor.LeftBarButton:
+            return bar.leftButton(button);
+        case SheetAnchor.RightBarButton:
+            return bar.rightButton(button);
+        default:
+            return null;
+        }
+    }
+    // Cancel where there is one, else back.
+    function leave(): bool {
+        for (let i = 0; i < controller.leftItems.length; ++i) {
+            if (controller.leftItems[i].kind === BarButtonItem.Cancel) {
+                controller.leftItemClicked(i);
+                return true;
+            }
+        }
+        for (let i = 0; i < controller.rightItems.length; ++i) {
+            if (controller.rightItems[i].kind === BarButtonItem.Cancel) {
+                controller.rightItemClicked(i);
+                return true;
+            }
+        }
+        if (!page.isRoot) {
+            page.navigation.backClicked();
+            return true;
+        }
+        return page.screen !== null && page.screen.cancel();
+    }
+
+    Accessible.name: controller.title
+    Accessible.role: Accessible.Pane
+    transform: Translate {
+        x: page.slide * page.width
+    }
+
+    Keys.onEscapePressed: event => event.accepted = page.leave()
+    Keys.onBackPressed: event => event.accepted = page.leave()
+    Keys.onPressed: event => {
+        if (event.key === Qt.Key_Left && (event.modifiers & Qt.AltModifier) && !page.isRoot) {
+            page.navigation.backClicked();
+            event.accepted = true;
+        }
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.background
+    }
+    NavigationBar {
+        id: bar
+
+        backName: qsTrId("Back")
+        controller: page.controller
+        hasBack: !page.isRoot && page.controller.leftItems.length === 0
+        heading.Accessible.ignored: page.hasLargeTitle
+        titleOpacity: !page.hasLargeTitle ? 1 : Math.max(0, Math.min(1, (page.scrolled - titleBox.height / 2) / (Theme.unit * 2)))
+        width: parent.width
+        z: 2
+
+        onBack: page.navigation.backClicked()
+    }
+    Item {
+        id: titleBox
+
+        anchors.left: parent.left
+        anchors.leftMargin: Theme.margin + Theme.half
+        anchors.right: parent.right
+        anchors.rightMargin: Theme.margin
+        height: page.hasLargeTitle ? largeTitle.height + Theme.unit * 2 : 0
+        visible: page.hasLargeTitle
+        y: bar.height - Math.max(0, page.scrolled)
+        z: 1
+
+        Heading {
+            id: largeTitle
+
+            elide: Text.ElideRight
+            font.pixelSize: Theme.titleSize
+            maximumLineCount: 2
+            opacity: 1 - bar.titleOpacity
+            text: page.controller.title
+            width: parent.width
+            wrapMode: Text.Wrap
+        }
+    }
+    ScreenHost {
+        id: host
+
+        anchors.bottom: parent.bottom
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: bar.bottom
+        controller: page.controller
+        focus: true
+    }
+    Binding {
+        property: "topInset"
+        target: page.screen
+        value: titleBox.height
+        when: page.screen !== null
+    }
+}

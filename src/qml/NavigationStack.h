@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "ui/NavigationController.h"
+
+#include <QPointer>
+#include <QQuickItem>
+#include <QVariantAnimation>
+#include <QtQml/qqmlregistration.h>
+
+#include <functional>
+#include <vector>
+
+namespace cvtamber {
+
+// The pages of a navigation, one above the other; only the top one is seen, those below keep their place and focus.
+//
+//   at rest -> push() or pop() -> sliding -> the end: pages are those of the navigation, `finished`
+//
+// A page is a NavigationPage: the screen with the bar above it; its `slide` is 0 in place, 1 outside at the right, and
+// less than 0 half covered at the left. Between transitions it follows the navigation's stackChanged.
+// Thread: main thread. Owner: the view around it.
+class NavigationStack : public QQuickItem
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(cvtamber::NavigationController *controller READ controller WRITE setController NOTIFY
+                   controllerChanged FINAL REQUIRED)
+    Q_PROPERTY(bool modal MEMBER _modal FINAL)
+    // Milliseconds; 0 shows the end at once.
+    Q_PROPERTY(int duration MEMBER _duration FINAL)
+    Q_PROPERTY(QQuickItem *topPage READ topPage NOTIFY topPageChanged FINAL)
+
+public:
+    using Finished = std::function<void()>;
+
+    explicit NavigationStack(QQuickItem *parent = nullptr);
+    ~NavigationStack() override;
+
+    NavigationController *controller() const { return _controller; }
+    void setController(NavigationController *controller);
+    QQuickItem *topPage() const { return _pages.empty() ? nullptr : _pages.back().item.data(); }
+
+    // `finished` runs when the animation has ended; inside the call when there is none.
+    void push(ViewController &controller, bool animated, Finished finished);
+    void pop(ViewController &controller, bool animated, Finished finished);
+    // Gives the focus to where it was on the top page.
+    void focusTopPage();
+
+signals:
+    void controllerChanged();
+    void topPageChanged();
+
+protected:
+    void componentComplete() override;
+    void geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry) override;
+
+private:
+    struct Page
+    {
+        QPointer<ViewController> controller;
+        QPointer<QQuickItem> item;
+    };
+
+    Page makePage(ViewController &controller);
+    void follow();
+    void showTopOnly();
+    void slide(QQuickItem *upper, QQuickItem *lower, bool forward, bool animated, Finished atEnd);
+    void endSlide();
+    static void remove(const Page &page);
+
+    QPointer<NavigationController> _controller;
+    std::vector<Page> _pages;
+    bool _modal = false;
+    int _duration = 0;
+    QVariantAnimation _animation;
+    QPointer<QQuickItem> _upper;
+    QPointer<QQuickItem> _lower;
+    Finished _atEnd;
+};
+
+} // namespace cvtamber

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import QtQuick.Controls.Basic
+
+// One line over everything that goes by itself. It takes neither focus nor touches.
+Popup {
+    id: line
+
+    required property string text
+
+    closePolicy: Popup.NoAutoClose
+    focus: false
+    margins: Theme.margin
+    modal: false
+    padding: Theme.gap
+    topPadding: Theme.unit * 1.5
+    bottomPadding: Theme.unit * 1.5
+    visible: text !== ""
+    width: Math.min(parent.width - Theme.margin * 2, Math.max(240, words.implicitWidth + leftPadding + rightPadding), Theme.readableWidth)
+    x: (parent.width - width) / 2
+    y: parent.height - height - Theme.unit * 10
+    z: 20
+
+    background: Rectangle {
+        border.color: Theme.outline
+        border.width: Theme.cardBorder
+        color: Theme.notice
+        radius: Theme.radius
+    }
+    contentItem: AppText {
+        id: words
+
+        color: Theme.onNotice
+        font.pixelSize: Theme.detailSize
+        horizontalAlignment: Text.AlignHCenter
+        wrapMode: Text.Wrap
+    }
+    enter: Transition {
+        NumberAnimation {
+            duration: Theme.shortMotion
+            from: 0
+            property: "opacity"
+            to: 1
+        }
+    }
+    exit: Transition {
+        NumberAnimation {
+            duration: Theme.shortMotion
+            property: "opacity"
+            to: 0
+        }
+    }
+
+    // The words stay while the line fades.
+    onTextChanged: if (text !== "")
+        words.text = text
+    Component.onCompleted: words.text = text
+}

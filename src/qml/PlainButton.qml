@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import QtQuick.Controls.Basic
+
+// A button of words, or of an icon with words for readers.
+Button {
+    id: button
+
+    property string iconName: ""
+    property color foreground: Theme.accent
+    property color surface: "transparent"
+    property bool filled: false
+    property string spokenName: button.text
+
+    Accessible.description: button.enabled ? "" : qsTrId("Not available")
+    Accessible.name: button.spokenName
+    font.pixelSize: Theme.bodySize
+    leftPadding: Theme.unit
+    rightPadding: Theme.unit
+    topPadding: Theme.half
+    bottomPadding: Theme.half
+    implicitHeight: Math.max(Theme.target, implicitContentHeight + topPadding + bottomPadding)
+    implicitWidth: Math.max(Theme.target, implicitContentWidth + leftPadding + rightPadding)
+    Accessible.onPressAction: if (button.enabled)
+        button.clicked()
+    Keys.onReturnPressed: button.clicked()
+    Keys.onEnterPressed: button.clicked()
+
+    background: Rectangle {
+        color: button.down ? Theme.pressed : button.filled ? (button.enabled ? button.foreground : Theme.disabledText) : button.surface
+        radius: Theme.unit
+
+        FocusRing {
+            inset: 0
+            target: button
+        }
+    }
+    contentItem: Item {
+        implicitHeight: button.iconName === "" ? label.implicitHeight : Theme.iconSize
+        implicitWidth: button.iconName === "" ? label.implicitWidth : Theme.iconSize
+
+        Icon {
+            anchors.centerIn: parent
+            color: label.color
+            name: button.iconName
+            visible: button.iconName !== ""
+        }
+        AppText {
+            id: label
+
+            Accessible.ignored: true
+            anchors.fill: parent
+            color: button.filled && !button.down ? Theme.onAccent : button.enabled ? button.foreground : Theme.disabledText
+            font: button.font
+            horizontalAlignment: Text.AlignHCenter
+            text: button.text
+            verticalAlignment: Text.AlignVCenter
+            visible: button.iconName === ""
+            wrapMode: Text.Wrap
+        }
+    }
+}

@@ -1,0 +1,301 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "qml/QmlPresenter.h"
+
+#include "qml/Announcer.h"
+#include "qml/IconProvider.h"
+#include "qml/NavigationStack.h"
+#include "qml/ViewRegistry.h"
+#include "ui/NavigationController.h"
+
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+
+#include <algorithm>
+#include <utility>
+
+// Made by the build from the module's types; named here so that the linker keeps them.
+extern void qml_register_types_CVTamber();
+
+namespace cvtamber {
+namespace {
+
+constexpr int tabletShortSide = 600;
+// A notice stays for as long as a slow reader needs: a second to find it, and 12 characters a second.
+constexpr std::chrono::milliseconds noticeStart{3000};
+constexpr std::chrono::milliseconds noticePerCharacter{80};
+
+NavigationStack *stackOf(QObject *view, const NavigationController &navigation)
+{
+    const auto stacks = view->findChildren<NavigationStack *>();
+    const auto found = std::find_if(stacks.begin(), stacks.end(), [&](const NavigationStack *stack) {
+        return stack->controller() == &navigation;
+    });
+    return found == stacks.end() ? nullptr : *found;
+}
+
+} // namespace
+
+QmlPresenter::QmlPresenter(RunLoop &runLoop)
+    : Presenter(runLoop)
+    , _runLoop(runLoop)
+    , _engine(std::make_unique<QQmlEngine>())
+    , _questions(std::make_unique<QuestionQueue>(
+          [this](const QuestionQueue::Question &question) { return makeQuestion(question); }))
+    , _noticeEnd(runLoop)
+{
+    qml_register_types_CVTamber();
+    _engine->addImageProvider(QStringLiteral("cvtamber"), new IconProvider);
+    QObject *window = ViewRegistry::of(*_engine).createObject(QStringLiteral("MainWindow"), {}, nullptr);
+    _window = qobject_cast<QQuickWindow *>(window);
+    connect(_questions.get(), &QuestionQueue::gone, this, &QmlPresenter::giveFocus);
+}
+
+QmlPresenter::~QmlPresenter()
+{
+    delete _window;
+}
+
+QQuickWindow *QmlPresenter::window() const
+{
+    return _window;
+}
+
+bool QmlPresenter::isTablet() const
+{
+    return _window && std::min(_window->width(), _window->height()) >= tabletShortSide;
+}
+
+void QmlPresenter::drawRoot(const Controller &root)
+{
+    _root = root;
+    QQmlEngine::setObjectOwnership(root.get(), QQmlEngine::CppOwnership);
+    if (_window) {
+        _window->setProperty("controller", QVariant::fromValue<QObject *>(root.get()));
+        giveFocus();
+    }
+}
+
+void QmlPresenter::present(const Controller &controller, PresentationStyle style, TransitionStyle transition,
+                           bool animated, Finished finished)
+{
+    setTransition(std::move(finished));
+    QQmlEngine::setObjectOwnership(controller.get(), QQmlEngine::CppOwnership);
+    const bool isFormSheet = style == PresentationStyle::FormSheet;
+    const QVariantMap properties{
+        {QStringLiteral("controller"), QVariant::fromValue<QObject *>(controller.get())},
+        {QStringLiteral("formSheet"), isFormSheet},
+        {QStringLiteral("fades"), transition != TransitionStyle::CoverVertical},
+        {QStringLiteral("animated"), animated},
+        {QStringLiteral("parent"), QVariant::fromValue<QObject *>(_window->contentItem())},
+        {QStringLiteral("layer"), static_cast<int>(_modals.size())},
+    };
+    QObject *view = ViewRegistry::of(*_engine).createObject(QStringLiteral("ModalView"), properties, _window);
+    _modals.push_back({controller, view, isFormSheet});
+    if (view == nullptr) {
+        endTransition();
+        return;
+    }
+    connect(view, SIGNAL(opened()), this, SLOT(modalOpened()));
+    connect(view, SIGNAL(closed()), this, SLOT(modalClosed()));
+    QMetaObject::invokeMethod(view, "open");
+}
+
+void QmlPresenter::dismiss(const Controller &controller, bool animated, Finished finished)
+{
+    setTransition(std::move(finished));
+    const auto first = std::find_if(_modals.begin(), _modals.end(),
+                                    [&](const Modal &modal) { return modal.controller == controller; });
+    _leaving.assign(first, _modals.end());
+    _modals.erase(first, _modals.end());
+    coverViews();
+    std::vector<QPointer<QObject>> views;
+    for (const Modal &modal : _leaving) {
+        views.push_back(modal.view);
+    }
+    if (views.empty()) {
+        endTransition();
+    }
+    // From the top, so that none is left over one that has gone.
+    std::reverse(views.begin(), views.end());
+    for (const auto &view : views) {
+        if (view) {
+            view->setProperty("animated", animated);
+            QMetaObject::invokeMethod(view, "close");
+        }
+    }
+}
+
+void QmlPresenter::modalOpened()
+{
+    endTransition();
+}
+
+void QmlPresenter::modalClosed()
+{
+    const QObject *closed = sender();
+    const auto gone = std::find_if(_leaving.begin(), _leaving.end(),
+                                   [&](const Modal &modal) { return modal.view == closed; });
+    if (gone == _leaving.end()) {
+        return;
+    }
+    // The screen stays until its view, which is deleted later, has gone.
+    connect(gone->view, &QObject::destroyed, gone->view, [keep = gone->controller] {});
+    gone->view->deleteLater();
+    _leaving.erase(gone);
+    if (_leaving.empty()) {
+        endTransition();
+    }
+}
+
+void QmlPresenter::push(NavigationController &navigation, const Controller &controller, bool animated,
+                        Finished finished)
+{
+    setTransition(std::move(finished));
+    NavigationStack *stack = stackOf(topView(), navigation);
+    if (stack == nullptr) {
+        endTransition();
+        return;
+    }
+    stack->push(*controller, animated, [this] { endTransition(); });
+}
+
+void QmlPresenter::pop(NavigationController &navigation, const Controller &controller, bool animated,
+                       Finished finished)
+{
+    setTransition(std::move(finished));
+    NavigationStack *stack = stackOf(topView(), navigation);
+    if (stack == nullptr) {
+        endTransition();
+        return;
+    }
+    stack->pop(*controller, animated, [this] { endTransition(); });
+}
+
+void QmlPresenter::showAlert(const AlertView &alert)
+{
+    _questions->add(alert);
+}
+
+void QmlPresenter::showActionSheet(const ActionSheet &sheet)
+{
+    _questions->add(sheet);
+}
+
+void QmlPresenter::showNotice(const QString &text)
+{
+    if (!_window) {
+        return;
+    }
+    _window->setProperty("notice", text);
+    announce(text);
+    _noticeEnd.start(noticeStart + noticePerCharacter * text.size(), [this] {
+        if (_window) {
+            _window->setProperty("notice", QString());
+        }
+    });
+}
+
+void QmlPresenter::announce(const QString &text)
+{
+    if (auto *announcer = _window ? _window->findChild<Announcer *>() : nullptr) {
+        announcer->announce(text);
+    }
+}
+
+QObject *QmlPresenter::makeQuestion(const QuestionQueue::Question &question)
+{
+    const auto *alert = std::get_if<AlertView>(&question);
+    return alert != nullptr ? makeAlert(*alert) : makeSheet(std::get<ActionSheet>(question));
+}
+
+QObject *QmlPresenter::makeAlert(const AlertView &alert)
+{
+    const AlertTextField field = alert.textField.value_or(AlertTextField{});
+    const QVariantMap properties{
+        {QStringLiteral("parent"), QVariant::fromValue<QObject *>(_window->contentItem())},
+        {QStringLiteral("title"), alert.title},
+        {QStringLiteral("message"), alert.message},
+        {QStringLiteral("buttons"), alert.buttons},
+        {QStringLiteral("cancelIndex"), alert.cancelButtonIndex},
+        {QStringLiteral("hasTextField"), alert.textField.has_value()},
+        {QStringLiteral("initialText"), field.text},
+        {QStringLiteral("selectsAll"), field.selectsAll},
+        {QStringLiteral("hasClearButton"), field.hasClearButton},
+    };
+    return ViewRegistry::of(*_engine).createObject(QStringLiteral("AlertDialog"), properties, _window);
+}
+
+QObject *QmlPresenter::makeSheet(const ActionSheet &sheet)
+{
+    const QVariantMap properties{
+        {QStringLiteral("parent"), QVariant::fromValue<QObject *>(_window->contentItem())},
+        {QStringLiteral("title"), sheet.title},
+        {QStringLiteral("buttons"), sheet.buttons},
+        {QStringLiteral("cancelIndex"), sheet.cancelButtonIndex},
+        {QStringLiteral("destructiveIndex"), sheet.destructiveButtonIndex},
+        {QStringLiteral("anchor"), anchorRect(sheet.anchor)},
+    };
+    return ViewRegistry::of(*_engine).createObject(QStringLiteral("SheetPopup"), properties, _window);
+}
+
+// In the window; empty where there is nothing to point to.
+QRectF QmlPresenter::anchorRect(const Anchor &anchor) const
+{
+    QVariant item;
+    QMetaObject::invokeMethod(topView(), "anchorItem", Q_RETURN_ARG(QVariant, item),
+                              Q_ARG(QVariant, static_cast<int>(anchor.kind)), Q_ARG(QVariant, anchor.section),
+                              Q_ARG(QVariant, anchor.row), Q_ARG(QVariant, anchor.button));
+    const auto *anchored = qobject_cast<QQuickItem *>(item.value<QObject *>());
+    return anchored == nullptr ? QRectF() : anchored->mapRectToScene(anchored->boundingRect());
+}
+
+QObject *QmlPresenter::topView() const
+{
+    if (!_modals.empty() && _modals.back().view) {
+        return _modals.back().view;
+    }
+    return _window;
+}
+
+void QmlPresenter::setTransition(Finished finished)
+{
+    _finished = std::move(finished);
+    _questions->setHeld(true);
+}
+
+void QmlPresenter::endTransition()
+{
+    transitions().later([this, finished = std::exchange(_finished, nullptr)] {
+        coverViews();
+        _questions->setHeld(false);
+        giveFocus();
+        if (finished) {
+            finished();
+        }
+    });
+}
+
+// What is covered wholly is neither drawn nor told to screen readers.
+void QmlPresenter::coverViews()
+{
+    bool covered = false;
+    std::for_each(_modals.rbegin(), _modals.rend(), [&](const Modal &modal) {
+        if (modal.view) {
+            modal.view->setProperty("covered", covered);
+        }
+        covered = covered || !modal.isFormSheet || !isTablet();
+    });
+    if (_window) {
+        _window->setProperty("covered", covered);
+    }
+}
+
+void QmlPresenter::giveFocus()
+{
+    if (_window && !_questions->isAsking()) {
+        QMetaObject::invokeMethod(topView(), "takeFocus");
+    }
+}
+
+} // namespace cvtamber

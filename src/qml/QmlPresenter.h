@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "base/DelayedCall.h"
+#include "qml/QuestionQueue.h"
+#include "ui/Presenter.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QRectF>
+
+#include <memory>
+#include <vector>
+
+class QQmlEngine;
+class QQuickItem;
+class QQuickWindow;
+
+namespace cvtamber {
+
+class NavigationController;
+
+// Draws the screens with Qt Quick: one window with the root, the modal screens above it, questions above those, and a
+// line for notices.
+//
+// The views ask for nothing but what screens offer. The focus follows: a new screen takes it, and it returns to where
+// it was when what covered a screen has gone. Thread: main thread. Owner: made at start-up, outlives the screens.
+class QmlPresenter final : public QObject, public Presenter
+{
+    Q_OBJECT
+
+public:
+    // The loop outlives the presenter. The window is made at once and shown by the caller.
+    explicit QmlPresenter(RunLoop &runLoop);
+    ~QmlPresenter() override;
+
+    // Null only when the views cannot be loaded; that is told on the log.
+    QQuickWindow *window() const;
+
+    bool isTablet() const override;
+    void present(const Controller &controller, PresentationStyle style, TransitionStyle transition,
+                 bool animated, Finished finished) override;
+    void dismiss(const Controller &controller, bool animated, Finished finished) override;
+    void push(NavigationController &navigation, const Controller &controller, bool animated,
+              Finished finished) override;
+    void pop(NavigationController &navigation, const Controller &controller, bool animated,
+             Finished finished) override;
+    void showAlert(const AlertView &alert) override;
+    void showActionSheet(const ActionSheet &sheet) override;
+    void showNotice(const QString &text) override;
+    void announce(const QString &text) override;
+
+protected:
+    void drawRoot(const Controller &root) override;
+
+private slots:
+    void modalOpened();
+    void modalClosed();
+
+private:
+    struct Modal
+    {
+        Controller controller;
+        QPointer<QObject> view;
+        bool isFormSheet = false;
+    };
+
+    QObject *makeQuestion(const QuestionQueue::Question &question);
+    QObject *makeAlert(const AlertView &alert);
+    QObject *makeSheet(const ActionSheet &sheet);
+    QRectF anchorRect(const Anchor &anchor) const;
+    QObject *topView() const;
+    void setTransition(Finished finished);
+    void endTransition();
+    void coverViews();
+    void giveFocus();
+
+    RunLoop &_runLoop;
+    std::unique_ptr<QQmlEngine> _engine;
+    QPointer<QQuickWindow> _window;
+    Controller _root;
+    std::vector<Modal> _modals;
+    // Those that a dismissal takes away.
+    std::vector<Modal> _leaving;
+    std::unique_ptr<QuestionQueue> _questions;
+    Finished _finished;
+    DelayedCall _noticeEnd;
+};
+
+} // namespace cvtamber

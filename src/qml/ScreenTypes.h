@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/MEditUserDialog.h"
+#include "device_ui/CVConnectViewController.h"
+
+#include <QObject>
+#include <QtQml/qqml.h>
+
+// The screens that have a view of their own, under the names that the views know them by.
+namespace cvtamber {
+
+struct CVConnectViewControllerType
+{
+    Q_GADGET
+    QML_FOREIGN(cvtamber::CVConnectViewController)
+    QML_NAMED_ELEMENT(CVConnectViewController)
+    QML_UNCREATABLE("Screens are made in C++.")
+};
+
+struct MEditUserDialogType
+{
+    Q_GADGET
+    QML_FOREIGN(cvtamber::MEditUserDialog)
+    QML_NAMED_ELEMENT(MEditUserDialog)
+    QML_UNCREATABLE("Screens are made in C++.")
+};
+
+} // namespace cvtamber

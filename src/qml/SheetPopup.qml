@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import QtQuick.Controls.Basic
+
+// A menu of actions: at the bottom of a phone, beside what it belongs to on a larger window. Escape and a touch beside
+// it are the Cancel button.
+Popup {
+    id: sheet
+
+    required property string title
+    required property list<string> buttons
+    required property int cancelIndex
+    required property int destructiveIndex
+    // In the window; empty where there is nothing to point to.
+    required property rect anchor
+    readonly property bool isAnchored: anchor.width > 0 && Math.min(parent.width, parent.height) >= Theme.tabletSide
+    readonly property bool fitsBelow: anchor.y + anchor.height + height + Theme.gap <= parent.height
+    property bool isAnswered: false
+
+    signal answered(int button, string text)
+
+    function choose(index: int): void {
+        if (isAnswered)
+            return;
+        isAnswered = true;
+        answered(index, "");
+        close();
+    }
+    function leave(): bool {
+        if (cancelIndex >= 0)
+            choose(cancelIndex);
+        return true;
+    }
+    function focusChoice(index: int): void {
+        if (index >= 0 && index < buttons.length)
+            choices.itemAt(index).forceActiveFocus(Qt.TabFocusReason);
+    }
+
+    closePolicy: Popup.NoAutoClose
+    focus: true
+    margins: Theme.unit
+    modal: true
+    padding: Theme.unit
+    width: isAnchored ? Math.min(parent.width - Theme.gap, 320 * Math.min(Theme.textScale, 1.5)) : Math.min(parent.width - Theme.gap, Theme.sheetWidth)
+    x: isAnchored ? Math.max(Theme.unit, Math.min(parent.width - width - Theme.unit, anchor.x + (anchor.width - width) / 2)) : (parent.width - width) / 2
+    y: !isAnchored ? parent.height - height - Theme.unit : fitsBelow ? anchor.y + anchor.height + Theme.half : Math.max(Theme.unit, anchor.y - height - Theme.half)
+    z: 10
+
+    Overlay.modal: Rectangle {
+        color: Theme.scrim
+
+        TapHandler {
+            onTapped: sheet.leave()
+        }
+    }
+    background: Rectangle {
+        border.color: Theme.separator
+        border.width: Theme.cardBorder
+        color: Theme.raised
+        radius: Theme.radius
+    }
+    contentItem: Flickable {
+        id: content
+
+        Accessible.name: sheet.title !== "" ? sheet.title : qsTrId("Actions")
+        Accessible.role: Accessible.Dialog
+        boundsBehavior: Flickable.StopAtBounds
+        clip: true
+        contentHeight: column.height
+        contentWidth: width
+        implicitHeight: column.height
+
+        Keys.onBackPressed: event => event.accepted = sheet.leave()
+        Keys.onEscapePressed: event => event.accepted = sheet.leave()
+
+        Column {
+            id: column
+
+            spacing: Theme.half
+            width: content.width
+
+            AppText {
+                Accessible.name: text
+                Accessible.role: Accessible.StaticText
+                bottomPadding: Theme.unit
+                color: Theme.secondaryText
+                font.pixelSize: Theme.detailSize
+                horizontalAlignment: Text.AlignHCenter
+                text: sheet.title
+                topPadding: Theme.unit
+                visible: text !== ""
+                width: parent.width
+                wrapMode: Text.Wrap
+            }
+            Repeater {
+                id: choices
+
+                model: sheet.buttons.length
+
+                PlainButton {
+                    required property int index
+
+                    font.bold: index === sheet.cancelIndex
+                    foreground: index === sheet.destructiveIndex ? Theme.destructive : Theme.accent
+                    surface: Theme.background
+                    text: sheet.buttons[index]
+                    width: column.width
+
+                    Keys.onDownPressed: sheet.focusChoice(index + 1)
+                    Keys.onUpPressed: sheet.focusChoice(index - 1)
+                    onClicked: sheet.choose(index)
+                }
+            }
+        }
+    }
+    enter: Transition {
+        NumberAnimation {
+            duration: Theme.shortMotion
+            from: 0
+            property: "opacity"
+            to: 1
+        }
+    }
+    exit: Transition {
+        NumberAnimation {
+            duration: Theme.shortMotion
+            property: "opacity"
+            to: 0
+        }
+    }
+
+    onOpened: focusChoice(destructiveIndex === 0 && buttons.length > 1 ? 1 : 0)
+}

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+
+#include <optional>
+
+namespace cvtamber {
+
+// How the system wants programs to look, and how the person works: what the theme is made from.
+//
+// Dark is read from the lightness of the system's palette, the text's scale from its font (11 points are 100 %), the rest from
+// the desktop's settings portal where there is one. CVTAMBER_APPEARANCE ("light", "dark"), CVTAMBER_CONTRAST ("high",
+// "normal"), CVTAMBER_MOTION ("reduced", "normal") and CVTAMBER_TEXT_SCALE (0.8 to 2) go before the system.
+// Thread: main thread. Owner: the theme.
+class SystemAppearance : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(bool dark READ isDark NOTIFY changed FINAL)
+    Q_PROPERTY(bool highContrast READ isHighContrast NOTIFY changed FINAL)
+    Q_PROPERTY(bool reducedMotion READ isMotionReduced NOTIFY changed FINAL)
+    Q_PROPERTY(double textScale READ textScale NOTIFY changed FINAL)
+    // The last thing that came from the person was a key: the focus is to be seen.
+    Q_PROPERTY(bool keyboardInUse READ isKeyboardInUse NOTIFY keyboardInUseChanged FINAL)
+
+public:
+    explicit SystemAppearance(QObject *parent = nullptr);
+
+    bool isDark() const { return _dark.value_or(_portalDark.value_or(_paletteDark)); }
+    bool isHighContrast() const { return _highContrast.value_or(_portalHighContrast); }
+    bool isMotionReduced() const { return _reducedMotion.value_or(_portalReducedMotion); }
+    double textScale() const { return _textScale.value_or(_fontScale); }
+    bool isKeyboardInUse() const { return _isKeyboardInUse; }
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+signals:
+    void changed();
+    void keyboardInUseChanged();
+
+private:
+    void readEnvironment();
+    void readApplication();
+    void setKeyboardInUse(bool inUse);
+
+    std::optional<bool> _dark;
+    std::optional<bool> _highContrast;
+    std::optional<bool> _reducedMotion;
+    std::optional<double> _textScale;
+    bool _paletteDark = false;
+    double _fontScale = 1;
+    std::optional<bool> _portalDark;
+    bool _portalHighContrast = false;
+    bool _portalReducedMotion = false;
+    bool _isKeyboardInUse = false;
+};
+
+} // namespace cvtamber

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+
+// One tab: an image over its name.
+Item {
+    id: tab
+
+    property string title: ""
+    required property string image
+    required property bool selected
+
+    signal chosen
+
+    Accessible.checkable: true
+    Accessible.checked: tab.selected
+    Accessible.focusable: true
+    Accessible.name: tab.title
+    Accessible.role: Accessible.PageTab
+    Accessible.selectable: true
+    Accessible.selected: tab.selected
+    activeFocusOnTab: selected
+    implicitHeight: Math.max(Theme.target, icon.height + label.implicitHeight + Theme.half * 3)
+
+    Accessible.onPressAction: tab.chosen()
+    Keys.onSpacePressed: tab.chosen()
+    Keys.onReturnPressed: tab.chosen()
+
+    Rectangle {
+        anchors.fill: parent
+        anchors.margins: Theme.half
+        border.color: Theme.accent
+        border.width: Theme.highContrast && tab.selected ? Theme.hairline : 0
+        color: press.pressed ? Theme.pressed : "transparent"
+        radius: Theme.unit
+
+        FocusRing {
+            inset: 0
+            target: tab
+        }
+    }
+    Icon {
+        id: icon
+
+        anchors.horizontalCenter: parent.horizontalCenter
+        color: label.color
+        name: tab.image
+        y: Theme.half * 1.5
+    }
+    AppText {
+        id: label
+
+        anchors.left: parent.left
+        anchors.leftMargin: Theme.half
+        anchors.right: parent.right
+        anchors.rightMargin: Theme.half
+        anchors.top: icon.bottom
+        anchors.topMargin: 2
+        color: tab.selected ? Theme.accent : Theme.secondaryText
+        elide: Text.ElideRight
+        font.bold: tab.selected
+        font.pixelSize: Math.min(Theme.noteSize, 22)
+        horizontalAlignment: Text.AlignHCenter
+        text: tab.title
+    }
+    MouseArea {
+        id: press
+
+        anchors.fill: parent
+        onClicked: tab.chosen()
+    }
+}

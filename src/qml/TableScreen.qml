@@ -1,0 +1,233 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import QtQuick.Controls.Basic
+import QtQml.Models
+
+// Any table: sections of rows on cards, a button under them, and words where there are no rows.
+Screen {
+    id: screen
+
+    required property TableViewController controller
+    readonly property double side: Math.max(Theme.margin, (width - Theme.readableWidth) / 2)
+    property string typed: ""
+    property double typedAt: 0
+
+    // Longer than this between two letters, and a new word begins.
+    readonly property int typingPause: 1000
+
+    function takeFocus(): bool {
+        if (list.count === 0)
+            return false;
+        list.forceActiveFocus(Qt.OtherFocusReason);
+        return true;
+    }
+    // A table without a bar has its Cancel button at the end.
+    function cancel(): bool {
+        if (controller.footerButtonTitle === "")
+            return false;
+        controller.footerButtonClicked();
+        return true;
+    }
+    function rowItem(section: int, row: int): Item {
+        for (let i = 0; i < list.contentItem.children.length; ++i) {
+            const cell = list.contentItem.children[i] as TableRow;
+            if (cell !== null && cell.visible && cell.section === section && cell.row === row)
+                return cell.card;
+        }
+        return null;
+    }
+    function goTo(index: int): void {
+        if (list.count === 0)
+            return;
+        list.currentIndex = Math.max(0, Math.min(list.count - 1, index));
+        list.positionViewAtIndex(list.currentIndex, ListView.Contain);
+        if (list.currentIndex === 0)
+            list.positionViewAtBeginning();
+    }
+    function page(forward: bool): void {
+        const rows = Math.max(1, Math.floor(list.height / Math.max(1, list.currentItem === null ? Theme.target : list.currentItem.height)) - 1);
+        goTo(list.currentIndex + (forward ? rows : -rows));
+    }
+    function typeAhead(text: string): void {
+        const now = Date.now();
+        screen.typed = now - screen.typedAt > screen.typingPause ? text : screen.typed + text;
+        screen.typedAt = now;
+        // A further letter may still mean the row that is found already.
+        const from = list.currentIndex + (screen.typed.length > 1 ? 0 : 1);
+        const start = controller.model.index(from % list.count, 0);
+        const found = controller.model.match(start, TableModel.TextRole, screen.typed, 1, Qt.MatchStartsWith | Qt.MatchWrap);
+        if (found.length > 0)
+            goTo(found[0].row);
+    }
+    function handleKey(event: var): bool {
+        const cell = list.currentItem as TableRow;
+        switch (event.key) {
+        case Qt.Key_Up:
+            goTo(list.currentIndex - 1);
+            return true;
+        case Qt.Key_Down:
+            goTo(list.currentIndex + 1);
+            return true;
+        case Qt.Key_Home:
+            goTo(0);
+            return true;
+        case Qt.Key_End:
+            goTo(list.count - 1);
+            return true;
+        case Qt.Key_PageUp:
+        case Qt.Key_PageDown:
+            if (event.modifiers & Qt.ControlModifier)
+                return false;
+            page(event.key === Qt.Key_PageDown);
+            return true;
+        case Qt.Key_Return:
+        case Qt.Key_Enter:
+            return cell !== null && cell.activate();
+        case Qt.Key_Space:
+            if (screen.typed !== "" && Date.now() - screen.typedAt < screen.typingPause)
+                break;
+            return cell !== null && cell.activate();
+        case Qt.Key_Delete:
+        case Qt.Key_Backspace:
+            return cell !== null && cell.remove();
+        case Qt.Key_Menu:
+            return cell !== null && cell.openDetail();
+        case Qt.Key_F10:
+            return (event.modifiers & Qt.ShiftModifier) && cell !== null && cell.openDetail();
+        }
+        if (event.text.length === 1 && event.text >= " " && event.text !== "\x7f" && !(event.modifiers & (Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier))) {
+            typeAhead(event.text);
+            return true;
+        }
+        return false;
+    }
+
+    scrolled: list.contentY - list.originY
+
+    ListView {
+        id: list
+
+        readonly property bool animates: Theme.motion > 0 && screen.visible
+
+        Accessible.name: screen.controller.title
+        Accessible.role: Accessible.List
+        activeFocusOnTab: count > 0
+        anchors.fill: parent
+        boundsBehavior: Flickable.StopAtBounds
+        focus: true
+        highlightFollowsCurrentItem: false
+        keyNavigationEnabled: false
+        model: screen.controller.model
+        reuseItems: true
+        section.property: "section"
+
+        ScrollBar.vertical: ScrollBar {
+            Accessible.ignored: true
+        }
+        delegate: TableRow {
+            list: list
+            side: screen.side
+            swipe: swiping.row === index ? swiping.offset : 0
+            table: screen.controller
+
+            onSwipedAway: swiping.close()
+        }
+        displaced: Transition {
+            enabled: list.animates
+
+            NumberAnimation {
+                duration: Theme.shortMotion
+                easing.type: Easing.OutCubic
+                property: "y"
+            }
+        }
+        footer: TableFooter {
+            side: screen.side
+            table: screen.controller
+            width: list.width
+        }
+        header: Item {
+            height: screen.topInset
+            width: list.width
+        }
+        section.delegate: SectionHeader {
+            side: screen.side
+            table: screen.controller
+            width: list.width
+        }
+
+        Keys.onPressed: event => event.accepted = screen.handleKey(event)
+        onCurrentIndexChanged: place.follow()
+        onMovementStarted: swiping.close()
+    }
+    // A new order resets the view; the row that the person was on is kept by the model.
+    ItemSelectionModel {
+        id: place
+
+        property bool isRestoring: false
+
+        function follow(): void {
+            if (!isRestoring && list.currentIndex >= 0 && list.currentIndex < list.count)
+                setCurrentIndex(screen.controller.model.index(list.currentIndex, 0), ItemSelectionModel.NoUpdate);
+        }
+
+        model: screen.controller.model
+    }
+    Connections {
+        function onLayoutAboutToBeChanged() {
+            place.follow();
+            place.isRestoring = true;
+        }
+        function onLayoutChanged() {
+            const row = place.currentIndex.row;
+            place.isRestoring = false;
+            if (row >= 0) {
+                list.currentIndex = row;
+                list.positionViewAtIndex(row, ListView.Contain);
+            }
+        }
+
+        target: screen.controller.model
+    }
+    DragHandler {
+        id: swiping
+
+        // The row whose Delete button a finger pulls in from the side, and how far.
+        property int row: -1
+        property double offset: 0
+        readonly property double openOffset: -112
+
+        function close(): void {
+            row = -1;
+            offset = 0;
+        }
+
+        target: null
+        xAxis.enabled: true
+        yAxis.enabled: false
+
+        onActiveChanged: {
+            if (active) {
+                const cell = list.itemAt(list.width / 2, list.contentY + centroid.pressPosition.y) as TableRow;
+                row = cell !== null && cell.deletable ? cell.index : -1;
+            } else {
+                offset = row >= 0 && offset < openOffset / 2 ? openOffset : 0;
+                if (offset === 0)
+                    row = -1;
+            }
+        }
+        onTranslationChanged: if (active && row >= 0)
+            offset = Math.max(openOffset * 1.5, Math.min(0, translation.x))
+    }
+    AppText {
+        Accessible.name: text
+        Accessible.role: Accessible.StaticText
+        anchors.centerIn: parent
+        color: Theme.secondaryText
+        horizontalAlignment: Text.AlignHCenter
+        text: screen.controller.emptyText
+        visible: list.count === 0 && text !== ""
+        width: Math.min(parent.width - Theme.margin * 4, Theme.readableWidth)
+        wrapMode: Text.Wrap
+    }
+}
