@@ -224,6 +224,7 @@ void TestTableModel::actions()
     table.setEditing(true);
     QCOMPARE(touchAll(), QStringLiteral("delete plain, delete waiting, delete disabled, detail detailed, "
                                         "delete detailed, delete switched, control 1 1, footer"));
+    table.selectable = true;
     table.beginDisappearing();
     QCOMPARE(touchAll(), QString());
 }
