@@ -7,10 +7,6 @@
         <source>Corvane Brailler</source>
         <translation>Corvane Brailler</translation>
     </message>
-    <message id="Looking for more devices">
-        <source>Looking for more devices</source>
-        <translation>Looking for more devices</translation>
-    </message>
     <message id="Looking for devices. Switch the Corvane on and keep it near.">
         <source>Looking for devices. Switch the Corvane on and keep it near.</source>
         <translation>Looking for devices. Switch the Corvane on and keep it near.</translation>

@@ -54,12 +54,11 @@ TableCell CVBTViewController::waitCell() const
     const QString problem = radioProblem();
     cell.style = problem.isEmpty() ? TableCell::Style::Wait : TableCell::Style::Centered;
     cell.canHighlight = false;
-    if (!problem.isEmpty())
-        cell.text = problem;
-    else if (numberOfRows(0) > 1)
-        cell.text = localized("Looking for more devices");
-    else
+    // The same text whatever has been found: a row that is only moved by an insertion must not change with it.
+    if (problem.isEmpty())
         cell.text = localized("Looking for devices. Switch the Corvane on and keep it near.");
+    else
+        cell.text = problem;
     return cell;
 }
 
