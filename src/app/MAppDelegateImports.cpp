@@ -132,7 +132,8 @@ void MAppDelegate::removeHandedOver(const FileURL &url)
     _services.store.coordinator.remove(url, [url, delegate = weak_from_this()](const FileResult &result) {
         const auto self = delegate.lock();
         if (self && !result.ok())
-            self->log(CVTAMBER_HERE, "***ERROR***", loggedURL(url) % u" - "_s % result.message);
+            self->log("removeHandedOver", __LINE__, "***ERROR***",
+                      loggedURL(url) % u" - "_s % result.message);
     });
 }
 
