@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
 import QtQuick.Controls.Basic
+import CVTamber
 
 // A question with buttons and at most one text to type. Escape is the Cancel button.
 Dialog {
@@ -127,6 +128,7 @@ Dialog {
 
                         font.bold: index === dialog.cancelIndex
                         surface: Theme.background
+                        wraps: true
                         text: dialog.buttons[index]
                         width: (parent as Grid).cellWidth
 

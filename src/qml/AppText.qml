@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
+import CVTamber
 
 // Text as people wrote it: no mark-up. Screen readers hear of it through what it belongs to.
 Text {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
+import CVTamber
 
 // A button of the navigation bar, made from its value.
 PlainButton {

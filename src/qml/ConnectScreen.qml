@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
+import CVTamber
 
 // How a connection gets on: what is being done, then how it ended and what can be done about it.
 Screen {
@@ -74,6 +75,7 @@ Screen {
                 filled: true
                 text: screen.controller.doneTitle
                 visible: screen.controller.doneVisible
+                wraps: true
                 width: parent.width
 
                 onClicked: screen.controller.doneButtonClicked()
@@ -84,6 +86,7 @@ Screen {
                 filled: true
                 text: screen.controller.retryTitle
                 visible: screen.controller.retryVisible
+                wraps: true
                 width: parent.width
 
                 onClicked: screen.controller.retryButtonClicked()
@@ -92,6 +95,7 @@ Screen {
                 surface: Theme.card
                 text: screen.controller.cancelTitle
                 visible: screen.controller.cancelVisible
+                wraps: true
                 width: parent.width
 
                 onClicked: screen.controller.cancelButtonClicked()

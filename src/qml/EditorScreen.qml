@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
 import QtQuick.Controls.Basic
+import CVTamber
 
 // A text to read.
 Screen {
@@ -41,7 +42,7 @@ Screen {
             readOnly: screen.controller.readOnly
             rightPadding: screen.side
             selectByMouse: true
-            selectedTextColor: Theme.onAccent
+            selectedTextColor: Theme.accentText
             selectionColor: Theme.accent
             text: screen.controller.text
             textFormat: TextEdit.PlainText

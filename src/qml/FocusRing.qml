@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
+import CVTamber
 
 // Shows where the focus is, once keys are used.
 Rectangle {

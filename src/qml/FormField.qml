@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
 import QtQuick.Controls.Basic
+import CVTamber
 
 // A line to type in, with a button that empties it.
 TextField {
@@ -19,7 +20,7 @@ TextField {
     placeholderTextColor: Theme.secondaryText
     rightPadding: clear.visible ? clear.width + Theme.half : Theme.unit * 1.5
     selectByMouse: true
-    selectedTextColor: Theme.onAccent
+    selectedTextColor: Theme.accentText
     selectionColor: Theme.accent
     implicitHeight: Math.max(Theme.target, contentHeight + Theme.gap)
     verticalAlignment: TextInput.AlignVCenter

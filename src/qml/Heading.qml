@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
+import CVTamber
 
 // A text that readers can jump to, and that takes the focus where a page has nothing else.
 AppText {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
+import CVTamber
 
 // A line icon or a shape from the program's images, in one colour. Decoration: what it means is said by its owner.
 Image {

@@ -93,12 +93,14 @@ QString fileNamed(const QString &name)
 
 QImage loaded(const QString &name, const QSize &size, const QColor &color)
 {
-    QImageReader reader(fileNamed(name));
-    const QSize natural = reader.size();
-    if (natural.isValid()) {
-        reader.setScaledSize(natural.scaled(size, Qt::KeepAspectRatio));
+    QImage image;
+    if (const QString file = fileNamed(name); !file.isEmpty()) {
+        QImageReader reader(file);
+        if (const QSize natural = reader.size(); natural.isValid()) {
+            reader.setScaledSize(natural.scaled(size, Qt::KeepAspectRatio));
+        }
+        image = reader.read().convertToFormat(QImage::Format_ARGB32_Premultiplied);
     }
-    QImage image = reader.read().convertToFormat(QImage::Format_ARGB32_Premultiplied);
     if (image.isNull()) {
         image = QImage(size, QImage::Format_ARGB32_Premultiplied);
         image.fill(Qt::transparent);

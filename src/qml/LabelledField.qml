@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
+import CVTamber
 
 // A label over a field. The field shows `value` and tells what a person types.
 Column {

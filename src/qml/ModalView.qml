@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
 import QtQuick.Controls.Basic
+import CVTamber
 
 // A screen above the others: a card in the middle of a large window, else over all of it.
 Popup {

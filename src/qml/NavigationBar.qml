@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
+import CVTamber
 
 // The bar above a screen: back or the left buttons, the title, the right buttons.
 Rectangle {
@@ -19,7 +20,7 @@ Rectangle {
         return leftButtons.itemAt(index);
     }
     function rightButton(index: int): Item {
-        return rightButtons.itemAt(index);
+        return rightButtons.itemAt(rightButtons.count - 1 - index);
     }
 
     color: titleOpacity > 0.5 ? Theme.bar : Theme.background
@@ -70,7 +71,6 @@ Rectangle {
         anchors.right: parent.right
         anchors.rightMargin: Theme.unit
         anchors.verticalCenter: parent.verticalCenter
-        layoutDirection: Qt.RightToLeft
 
         Repeater {
             id: rightButtons
@@ -80,8 +80,11 @@ Rectangle {
             BarButton {
                 required property int index
 
-                item: bar.controller.rightItems[index]
-                onClicked: bar.controller.rightItemClicked(index)
+                // The first item stands at the edge; read and reached from left to right all the same.
+                readonly property int place: rightButtons.count - 1 - index
+
+                item: bar.controller.rightItems[Math.max(0, place)]
+                onClicked: bar.controller.rightItemClicked(place)
             }
         }
     }

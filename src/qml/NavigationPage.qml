@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
+import CVTamber
 
 // One screen of a navigation: its bar, its large title, and its view.
 FocusScope {

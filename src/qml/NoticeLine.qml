@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
 import QtQuick.Controls.Basic
+import CVTamber
 
 // One line over everything that goes by itself. It takes neither focus nor touches.
 Popup {
@@ -30,7 +31,7 @@ Popup {
     contentItem: AppText {
         id: words
 
-        color: Theme.onNotice
+        color: Theme.noticeText
         font.pixelSize: Theme.detailSize
         horizontalAlignment: Text.AlignHCenter
         wrapMode: Text.Wrap

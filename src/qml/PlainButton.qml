@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
 import QtQuick.Controls.Basic
+import CVTamber
 
 // A button of words, or of an icon with words for readers.
 Button {
@@ -11,6 +12,8 @@ Button {
     property color surface: "transparent"
     property bool filled: false
     property string spokenName: button.text
+    // For buttons that are given a width.
+    property bool wraps: false
 
     Accessible.description: button.enabled ? "" : qsTrId("Not available")
     Accessible.name: button.spokenName
@@ -50,13 +53,13 @@ Button {
 
             Accessible.ignored: true
             anchors.fill: parent
-            color: button.filled && !button.down ? Theme.onAccent : button.enabled ? button.foreground : Theme.disabledText
+            color: button.filled && !button.down ? Theme.accentText : button.enabled ? button.foreground : Theme.disabledText
             font: button.font
             horizontalAlignment: Text.AlignHCenter
             text: button.text
             verticalAlignment: Text.AlignVCenter
             visible: button.iconName === ""
-            wrapMode: Text.Wrap
+            wrapMode: button.wraps ? Text.Wrap : Text.NoWrap
         }
     }
 }

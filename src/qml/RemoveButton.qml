@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
+import CVTamber
 
 // The red sign before a row that is edited.
 PlainButton {
@@ -26,7 +27,7 @@ PlainButton {
 
             Icon {
                 anchors.centerIn: parent
-                color: Theme.onDestructive
+                color: Theme.destructiveText
                 name: "remove"
                 size: Theme.iconSize - 4
             }

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
+import CVTamber
 
 // What stands at the end of a row: a sign that it leads on, or a button for details.
 Item {
     id: accessory
 
-    required property TableRow cell
+    required property TableCellItem cell
     readonly property bool isButton: cell.accessory === TableCell.DetailDisclosure
 
     implicitHeight: Theme.target

@@ -1,19 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
+import CVTamber
 
 // The texts of a row: side by side while they fit, else one under the other, with the controls last.
 Item {
     id: body
 
-    required property TableRow cell
+    required property TableCellItem cell
     required property double controlsWidth
     required property double controlsHeight
     readonly property bool isPair: cell.style === TableCell.Value1 || cell.style === TableCell.Value2
     readonly property bool isSmallLabel: cell.style === TableCell.Value2
-    readonly property double labelWidth: isSmallLabel ? Math.min(160, width * 0.36) * Math.min(Theme.textScale, 1.2) : Math.max(0, width - second.implicitWidth - Theme.gap)
-    readonly property bool controlsBelow: controlsWidth > 0 && labelWidth + second.implicitWidth + controlsWidth + Theme.gap * 2 > width
+    readonly property double labelWidth: isSmallLabel ? Math.min(160 * Theme.textScale, width * 0.32) : Math.max(0, width - second.implicitWidth - Theme.gap)
+    readonly property bool controlsBelow: controlsWidth > 0 && (isSmallLabel ? labelWidth : first.implicitWidth) + second.implicitWidth + controlsWidth + Theme.gap + Theme.unit > width
     readonly property double room: width - (controlsBelow || controlsWidth === 0 ? 0 : controlsWidth + Theme.unit)
-    readonly property bool stacked: !isPair || second.implicitWidth + (isSmallLabel ? Math.max(labelWidth, first.implicitWidth) : first.implicitWidth) + Theme.gap > room
+    readonly property bool stacked: !isPair || (isSmallLabel ? first.implicitWidth > labelWidth * 1.6 || (Theme.largeText && labelWidth + second.implicitWidth + Theme.gap > room) : first.implicitWidth + second.implicitWidth + Theme.gap > room)
     readonly property double textHeight: stacked ? first.height + (second.visible ? second.height + 2 : 0) : Math.max(first.height, second.height)
     readonly property double controlsTop: textHeight + Theme.half
     readonly property int lines: Theme.largeText ? 6 : 2

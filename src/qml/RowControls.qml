@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
 import QtQuick.Controls.Basic
+import CVTamber
 
 // The controls of a row. Keys reach those of the row that the focus is on.
 Row {
     id: controls
 
-    required property TableRow cell
+    required property TableCellItem cell
 
     function activateFirst(): bool {
         for (let i = 0; i < slots.count; ++i) {
@@ -53,6 +54,7 @@ Row {
                     focusPolicy: slot.keyPolicy
                     spokenName: slot.control.accessibleName === "" ? slot.control.title : slot.control.accessibleName
                     text: slot.control.title
+                    wraps: controls.cell.isFilled
 
                     onClicked: controls.cell.table.controlClicked(controls.cell.section, controls.cell.row, slot.control.id, false)
                 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
 import QtQuick.Controls.Basic
+import CVTamber
 
 // A switch that shows `on` and tells of what a person does to it alone.
 Switch {
@@ -47,7 +48,7 @@ Switch {
         y: (toggle.height - height) / 2
 
         Rectangle {
-            color: toggle.checked ? Theme.onAccent : Theme.outline
+            color: toggle.checked ? Theme.accentText : Theme.outline
             height: 24
             radius: 12
             width: 24

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
 import QtQuick.Controls.Basic
+import CVTamber
 
 // A menu of actions: at the bottom of a phone, beside what it belongs to on a larger window. Escape and a touch beside
 // it are the Cancel button.
@@ -103,6 +104,7 @@ Popup {
                     font.bold: index === sheet.cancelIndex
                     foreground: index === sheet.destructiveIndex ? Theme.destructive : Theme.accent
                     surface: Theme.background
+                    wraps: true
                     text: sheet.buttons[index]
                     width: column.width
 

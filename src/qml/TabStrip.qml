@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
+import CVTamber
 
 // The names of the tabs, in a row or one under the other. One tab stop: arrow keys go from tab to tab.
 Rectangle {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
+import CVTamber
 
 // The room under a table, with its button where it has one.
 Item {
@@ -15,6 +16,7 @@ Item {
 
         anchors.horizontalCenter: parent.horizontalCenter
         surface: Theme.card
+        wraps: true
         text: footer.table.footerButtonTitle
         visible: text !== ""
         width: (footer.width - footer.side * 2) * 0.8

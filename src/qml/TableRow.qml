@@ -1,61 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
+import CVTamber
 
 // One row of a table in any of its styles. The views of 10,000 rows share a few dozen of these: parts that most rows do
 // not have are made when a row has them.
-Item {
-    id: cell
+TableCellItem {
+    id: tableRow
 
-    required property int index
-    required property int style
-    required property string text
-    required property string detail
-    required property string image
-    required property int accessory
-    required property string accessoryName
-    required property var controls
-    required property bool cellEnabled
-    required property bool canHighlight
-    required property string accessibleName
-    required property int section
-    required property int row
-    required property int count
-    required property bool deletable
-    required property TableViewController table
-    required property ListView list
-    required property double side
-    required property double swipe
     readonly property alias card: card
-
-    readonly property bool isFirst: row === 0
-    readonly property bool isLast: row === count - 1
-    readonly property bool isCentered: style === TableCell.Centered || style === TableCell.Wait
-    readonly property bool isFilled: style === TableCell.Action || (style === TableCell.Default && controlCount === 1 && text === "")
-    readonly property bool selectable: canHighlight && cellEnabled && table.allowsSelection
-    readonly property int controlCount: controls === undefined ? 0 : controls.length
-    readonly property bool showsDelete: table.editing && deletable
-    readonly property string spokenName: accessibleName !== "" ? accessibleName : detail === "" ? text : text + ", " + detail
+    readonly property double controlsHeight: parts.item === null ? 0 : parts.height
 
     signal swipedAway
 
-    // What Enter does: the row's own action, else that of its first control.
-    function activate(): bool {
-        if (selectable) {
-            table.rowClicked(section, row);
-            return true;
-        }
-        return parts.item !== null && (parts.item as RowControls).activateFirst();
-    }
-    function remove(): bool {
-        if (deletable)
-            table.deleteClicked(section, row);
-        return deletable;
-    }
-    function openDetail(): bool {
-        const has = accessory === TableCell.DetailDisclosure;
-        if (has)
-            table.accessoryClicked(section, row);
-        return has;
+    function activateControl(): bool {
+        const controls = parts.item as RowControls;
+        return controls !== null && controls.activateFirst();
     }
 
     Accessible.description: cellEnabled ? "" : qsTrId("Not available")
@@ -67,10 +26,8 @@ Item {
     implicitHeight: Math.max(Theme.target + Theme.half, isFilled ? controlsHeight + Theme.unit : body.height + Theme.half * 5)
     width: list.width
 
-    Accessible.onPressAction: cell.activate()
+    Accessible.onPressAction: tableRow.activate()
     ListView.onReused: opacity = 1
-
-    readonly property double controlsHeight: parts.item === null ? 0 : parts.height
 
     Rectangle {
         id: card
@@ -79,29 +36,29 @@ Item {
         border.width: Theme.cardBorder
         color: press.pressed ? Theme.pressed : Theme.card
         height: parent.height
-        radius: cell.isFirst || cell.isLast ? Theme.radius : 0
-        width: cell.width - cell.side * 2
-        x: cell.side
+        radius: tableRow.isFirst || tableRow.isLast ? Theme.radius : 0
+        width: tableRow.width - tableRow.side * 2
+        x: tableRow.side
 
         // Squares the corners of the side where the card goes on.
         Rectangle {
             color: card.color
             height: Theme.radius
-            visible: cell.isFirst !== cell.isLast
+            visible: tableRow.isFirst !== tableRow.isLast
             width: parent.width - Theme.cardBorder * 2
             x: Theme.cardBorder
-            y: cell.isFirst ? parent.height - height : 0
+            y: tableRow.isFirst ? parent.height - height : 0
         }
         MouseArea {
             id: press
 
             anchors.fill: parent
-            enabled: cell.selectable
+            enabled: tableRow.selectable
 
             onClicked: {
-                cell.list.currentIndex = cell.index;
-                cell.list.forceActiveFocus(Qt.MouseFocusReason);
-                cell.activate();
+                tableRow.list.currentIndex = tableRow.index;
+                tableRow.list.forceActiveFocus(Qt.MouseFocusReason);
+                tableRow.activate();
             }
         }
         Item {
@@ -109,20 +66,20 @@ Item {
 
             height: parent.height
             width: parent.width
-            x: cell.swipe
+            x: tableRow.swipe
 
             Loader {
                 id: removal
 
-                active: cell.showsDelete
+                active: tableRow.showsDelete
                 anchors.verticalCenter: parent.verticalCenter
                 x: Theme.half
 
                 sourceComponent: RemoveButton {
-                    isCurrent: cell.ListView.isCurrentItem
-                    rowName: cell.spokenName
+                    isCurrent: tableRow.ListView.isCurrentItem
+                    rowName: tableRow.spokenName
 
-                    onClicked: cell.remove()
+                    onClicked: tableRow.remove()
                 }
             }
             Icon {
@@ -130,44 +87,44 @@ Item {
 
                 anchors.verticalCenter: parent.verticalCenter
                 color: Theme.secondaryText
-                name: cell.image
-                visible: cell.image !== ""
-                x: Theme.margin + (cell.showsDelete ? Theme.target : 0)
+                name: tableRow.image
+                visible: tableRow.image !== ""
+                x: Theme.margin + (tableRow.showsDelete ? Theme.target : 0)
             }
             RowBody {
                 id: body
 
                 anchors.verticalCenter: parent.verticalCenter
-                cell: cell
-                controlsHeight: cell.controlsHeight
-                controlsWidth: parts.item === null || cell.isFilled ? 0 : parts.implicitWidth
-                visible: !cell.isFilled
+                cell: tableRow
+                controlsHeight: tableRow.controlsHeight
+                controlsWidth: parts.item === null || tableRow.isFilled ? 0 : parts.implicitWidth
+                visible: !tableRow.isFilled
                 width: parent.width - x - Theme.margin - (ends.width > 0 ? ends.width : 0)
                 x: picture.x + (picture.visible ? picture.width + Theme.unit * 1.5 : 0)
             }
             Loader {
                 id: parts
 
-                active: cell.controlCount > 0
+                active: tableRow.controlCount > 0
                 anchors.right: parent.right
-                anchors.rightMargin: cell.isFilled ? 0 : Theme.unit
-                width: cell.isFilled ? parent.width : implicitWidth
-                y: body.controlsBelow && !cell.isFilled ? body.y + body.controlsTop : (parent.height - height) / 2
+                anchors.rightMargin: tableRow.isFilled ? 0 : Theme.unit
+                width: tableRow.isFilled ? parent.width : implicitWidth
+                y: body.controlsBelow && !tableRow.isFilled ? body.y + body.controlsTop : (parent.height - height) / 2
 
                 sourceComponent: RowControls {
-                    cell: cell
+                    cell: tableRow
                 }
             }
             Loader {
                 id: ends
 
-                active: cell.accessory !== TableCell.None
+                active: tableRow.accessory !== TableCell.None
                 anchors.right: parent.right
                 anchors.rightMargin: Theme.half
                 anchors.verticalCenter: parent.verticalCenter
 
                 sourceComponent: RowAccessory {
-                    cell: cell
+                    cell: tableRow
                 }
             }
         }
@@ -178,32 +135,32 @@ Item {
             anchors.right: parent.right
             color: Theme.separator
             height: Theme.hairline
-            visible: !cell.isLast
+            visible: !tableRow.isLast
         }
         Loader {
-            active: cell.swipe < 0
+            active: tableRow.swipe < 0
             anchors.right: parent.right
             height: parent.height
-            width: -cell.swipe
+            width: -tableRow.swipe
 
             sourceComponent: PlainButton {
                 clip: true
                 filled: true
                 focusPolicy: Qt.NoFocus
                 foreground: Theme.destructive
-                spokenName: qsTrId("Delete %1").arg(cell.spokenName)
+                spokenName: qsTrId("Delete %1").arg(tableRow.spokenName)
                 text: qsTrId("Delete")
 
                 onClicked: {
-                    cell.swipedAway();
-                    cell.remove();
+                    tableRow.swipedAway();
+                    tableRow.remove();
                 }
             }
         }
         FocusRing {
             inset: 2
             radius: Theme.unit + 2
-            target: cell
+            target: tableRow
         }
     }
 }

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+import QtQml.Models
 import QtQuick
 import QtQuick.Controls.Basic
-import QtQml.Models
+import CVTamber
 
 // Any table: sections of rows on cards, a button under them, and words where there are no rows.
 Screen {
@@ -11,14 +12,16 @@ Screen {
     readonly property double side: Math.max(Theme.margin, (width - Theme.readableWidth) / 2)
     property string typed: ""
     property double typedAt: 0
+    // Nobody has scrolled yet: the list stays at its beginning while the room above it changes.
+    property bool isUntouched: true
 
     // Longer than this between two letters, and a new word begins.
     readonly property int typingPause: 1000
 
     function takeFocus(): bool {
-        if (list.count === 0)
+        if (rows.count === 0)
             return false;
-        list.forceActiveFocus(Qt.OtherFocusReason);
+        rows.forceActiveFocus(Qt.OtherFocusReason);
         return true;
     }
     // A table without a bar has its Cancel button at the end.
@@ -29,50 +32,51 @@ Screen {
         return true;
     }
     function rowItem(section: int, row: int): Item {
-        for (let i = 0; i < list.contentItem.children.length; ++i) {
-            const cell = list.contentItem.children[i] as TableRow;
+        for (let i = 0; i < rows.contentItem.children.length; ++i) {
+            const cell = rows.contentItem.children[i] as TableRow;
             if (cell !== null && cell.visible && cell.section === section && cell.row === row)
                 return cell.card;
         }
         return null;
     }
     function goTo(index: int): void {
-        if (list.count === 0)
+        if (rows.count === 0)
             return;
-        list.currentIndex = Math.max(0, Math.min(list.count - 1, index));
-        list.positionViewAtIndex(list.currentIndex, ListView.Contain);
-        if (list.currentIndex === 0)
-            list.positionViewAtBeginning();
+        screen.isUntouched = false;
+        rows.currentIndex = Math.max(0, Math.min(rows.count - 1, index));
+        rows.positionViewAtIndex(rows.currentIndex, ListView.Contain);
+        if (rows.currentIndex === 0)
+            rows.positionViewAtBeginning();
     }
     function page(forward: bool): void {
-        const rows = Math.max(1, Math.floor(list.height / Math.max(1, list.currentItem === null ? Theme.target : list.currentItem.height)) - 1);
-        goTo(list.currentIndex + (forward ? rows : -rows));
+        const shown = Math.max(1, Math.floor(rows.height / Math.max(1, rows.currentItem === null ? Theme.target : rows.currentItem.height)) - 1);
+        goTo(rows.currentIndex + (forward ? shown : -shown));
     }
     function typeAhead(text: string): void {
         const now = Date.now();
         screen.typed = now - screen.typedAt > screen.typingPause ? text : screen.typed + text;
         screen.typedAt = now;
         // A further letter may still mean the row that is found already.
-        const from = list.currentIndex + (screen.typed.length > 1 ? 0 : 1);
-        const start = controller.model.index(from % list.count, 0);
+        const from = rows.currentIndex + (screen.typed.length > 1 ? 0 : 1);
+        const start = controller.model.index(from % rows.count, 0);
         const found = controller.model.match(start, TableModel.TextRole, screen.typed, 1, Qt.MatchStartsWith | Qt.MatchWrap);
         if (found.length > 0)
             goTo(found[0].row);
     }
     function handleKey(event: var): bool {
-        const cell = list.currentItem as TableRow;
+        const cell = rows.currentItem as TableRow;
         switch (event.key) {
         case Qt.Key_Up:
-            goTo(list.currentIndex - 1);
+            goTo(rows.currentIndex - 1);
             return true;
         case Qt.Key_Down:
-            goTo(list.currentIndex + 1);
+            goTo(rows.currentIndex + 1);
             return true;
         case Qt.Key_Home:
             goTo(0);
             return true;
         case Qt.Key_End:
-            goTo(list.count - 1);
+            goTo(rows.count - 1);
             return true;
         case Qt.Key_PageUp:
         case Qt.Key_PageDown:
@@ -102,10 +106,10 @@ Screen {
         return false;
     }
 
-    scrolled: list.contentY - list.originY
+    scrolled: rows.contentY - rows.originY
 
     ListView {
-        id: list
+        id: rows
 
         readonly property bool animates: Theme.motion > 0 && screen.visible
 
@@ -125,7 +129,7 @@ Screen {
             Accessible.ignored: true
         }
         delegate: TableRow {
-            list: list
+            list: rows
             side: screen.side
             swipe: swiping.row === index ? swiping.offset : 0
             table: screen.controller
@@ -133,7 +137,7 @@ Screen {
             onSwipedAway: swiping.close()
         }
         displaced: Transition {
-            enabled: list.animates
+            enabled: rows.animates
 
             NumberAnimation {
                 duration: Theme.shortMotion
@@ -144,21 +148,26 @@ Screen {
         footer: TableFooter {
             side: screen.side
             table: screen.controller
-            width: list.width
+            width: rows.width
         }
         header: Item {
             height: screen.topInset
-            width: list.width
+            width: rows.width
         }
         section.delegate: SectionHeader {
             side: screen.side
             table: screen.controller
-            width: list.width
+            width: rows.width
         }
 
+        onOriginYChanged: if (screen.isUntouched)
+            positionViewAtBeginning()
         Keys.onPressed: event => event.accepted = screen.handleKey(event)
         onCurrentIndexChanged: place.follow()
-        onMovementStarted: swiping.close()
+        onMovementStarted: {
+            screen.isUntouched = false;
+            swiping.close();
+        }
     }
     // A new order resets the view; the row that the person was on is kept by the model.
     ItemSelectionModel {
@@ -167,8 +176,8 @@ Screen {
         property bool isRestoring: false
 
         function follow(): void {
-            if (!isRestoring && list.currentIndex >= 0 && list.currentIndex < list.count)
-                setCurrentIndex(screen.controller.model.index(list.currentIndex, 0), ItemSelectionModel.NoUpdate);
+            if (!isRestoring && rows.currentIndex >= 0 && rows.currentIndex < rows.count)
+                setCurrentIndex(screen.controller.model.index(rows.currentIndex, 0), ItemSelectionModel.NoUpdate);
         }
 
         model: screen.controller.model
@@ -182,8 +191,8 @@ Screen {
             const row = place.currentIndex.row;
             place.isRestoring = false;
             if (row >= 0) {
-                list.currentIndex = row;
-                list.positionViewAtIndex(row, ListView.Contain);
+                rows.currentIndex = row;
+                rows.positionViewAtIndex(row, ListView.Contain);
             }
         }
 
@@ -208,7 +217,7 @@ Screen {
 
         onActiveChanged: {
             if (active) {
-                const cell = list.itemAt(list.width / 2, list.contentY + centroid.pressPosition.y) as TableRow;
+                const cell = rows.itemAt(rows.width / 2, rows.contentY + centroid.pressPosition.y) as TableRow;
                 row = cell !== null && cell.deletable ? cell.index : -1;
             } else {
                 offset = row >= 0 && offset < openOffset / 2 ? openOffset : 0;
@@ -226,7 +235,7 @@ Screen {
         color: Theme.secondaryText
         horizontalAlignment: Text.AlignHCenter
         text: screen.controller.emptyText
-        visible: list.count === 0 && text !== ""
+        visible: rows.count === 0 && text !== ""
         width: Math.min(parent.width - Theme.margin * 4, Theme.readableWidth)
         wrapMode: Text.Wrap
     }

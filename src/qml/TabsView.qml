@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
+import CVTamber
 
 // The tabs: a bar at the bottom, or a rail at the side of a wide window.
 FocusScope {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 pragma Singleton
 import QtQuick
+import CVTamber
 
 // Colours, sizes and motion: the one place that names them. Texts meet WCAG AA on the surfaces that they stand on.
 QtObject {
@@ -30,15 +31,15 @@ QtObject {
     readonly property color secondaryText: pick("#585d6b", "#a9afbd", "#1a1a1a", "#f0f0f0")
     readonly property color disabledText: pick("#737886", "#868c9a", "#4a4a4a", "#c0c0c0")
     readonly property color accent: pick("#1d5bb8", "#8ab4ff", "#00318a", "#9fd0ff")
-    readonly property color onAccent: pick("#ffffff", "#0b1a33", "#ffffff", "#000000")
+    readonly property color accentText: pick("#ffffff", "#0b1a33", "#ffffff", "#000000")
     readonly property color destructive: pick("#b3261e", "#ff9a92", "#8a0000", "#ffb3ad")
-    readonly property color onDestructive: pick("#ffffff", "#330503", "#ffffff", "#000000")
+    readonly property color destructiveText: pick("#ffffff", "#330503", "#ffffff", "#000000")
     readonly property color success: pick("#1a6b35", "#7fd99a", "#00501e", "#a8f0be")
     readonly property color separator: pick("#d9dbe3", "#343944", "#000000", "#ffffff")
     readonly property color outline: pick("#7d8394", "#7d8394", "#000000", "#ffffff")
     readonly property color scrim: pick("#66101318", "#99000000", "#99000000", "#b3404040")
     readonly property color notice: pick("#262a33", "#e6e8ee", "#000000", "#ffffff")
-    readonly property color onNotice: pick("#ffffff", "#16181d", "#ffffff", "#000000")
+    readonly property color noticeText: pick("#ffffff", "#16181d", "#ffffff", "#000000")
     // Around cards: colour alone does not part them from the background in high contrast.
     readonly property int cardBorder: highContrast ? 1 : 0
     readonly property int hairline: highContrast ? 2 : 1

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
+import CVTamber
 
 // The form for a user's names.
 Screen {
@@ -89,6 +90,7 @@ Screen {
                 surface: Theme.card
                 text: screen.controller.moveTitle
                 visible: screen.controller.moveVisible
+                wraps: true
                 width: parent.width
 
                 onActiveFocusChanged: screen.reveal()
@@ -99,6 +101,7 @@ Screen {
                 surface: Theme.card
                 text: screen.controller.deleteTitle
                 visible: screen.controller.deleteVisible
+                wraps: true
                 width: parent.width
 
                 onActiveFocusChanged: screen.reveal()
