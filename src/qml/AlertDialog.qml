@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
 import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import CVTamber
 
 // A question with buttons and at most one text to type. Escape is the Cancel button.
@@ -52,7 +53,7 @@ Dialog {
     y: (parent.height - height) / 2
     z: 10
 
-    Overlay.modal: Rectangle {
+    T.Overlay.modal: Rectangle {
         color: Theme.scrim
     }
     background: Rectangle {
@@ -112,6 +113,8 @@ Dialog {
                 width: 1
             }
             Grid {
+                id: grid
+
                 readonly property bool sideBySide: dialog.buttons.length === 2 && choices.count === 2 && Math.max(choices.itemAt(0).implicitWidth, choices.itemAt(1).implicitWidth) * 2 + Theme.unit <= column.width
                 readonly property double cellWidth: sideBySide ? (column.width - Theme.unit) / 2 : column.width
 
@@ -130,7 +133,7 @@ Dialog {
                         surface: Theme.background
                         wraps: true
                         text: dialog.buttons[index]
-                        width: (parent as Grid).cellWidth
+                        width: grid.cellWidth
 
                         onClicked: dialog.choose(index)
                     }

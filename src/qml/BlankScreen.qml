@@ -3,6 +3,6 @@ import QtQuick
 import CVTamber
 
 // A screen for which there is no view: the bar above it is all it has.
-Screen {
+ScreenView {
     required property ViewController controller
 }

@@ -3,7 +3,7 @@ import QtQuick
 import CVTamber
 
 // How a connection gets on: what is being done, then how it ended and what can be done about it.
-Screen {
+ScreenView {
     id: screen
 
     required property CVConnectViewController controller

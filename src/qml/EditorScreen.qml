@@ -4,7 +4,7 @@ import QtQuick.Controls.Basic
 import CVTamber
 
 // A text to read.
-Screen {
+ScreenView {
     id: screen
 
     required property MTextEditViewController controller

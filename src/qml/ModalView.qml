@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
 import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import CVTamber
 
 // A screen above the others: a card in the middle of a large window, else over all of it.
@@ -44,19 +45,19 @@ Popup {
     y: restY
     z: layer + 1
 
-    Overlay.modal: Rectangle {
+    T.Overlay.modal: Rectangle {
         color: Theme.scrim
     }
     background: Rectangle {
         border.color: Theme.separator
-        border.width: Theme.cardBorder
+        border.width: modal.isCard && Theme.dark ? Theme.hairline : Theme.cardBorder
         color: Theme.background
         radius: modal.isCard ? Theme.radius : 0
     }
     contentItem: FocusScope {
         id: page
 
-        readonly property Screen screen: host.view as Screen
+        readonly property ScreenView screen: host.view as ScreenView
         property bool wasFocused: false
 
         function takeFocus(): void {

@@ -14,7 +14,7 @@ FocusScope {
     property double slide: 0
     // A sheet has its title in the bar, unless texts are so large that the buttons leave no room for it there.
     readonly property bool hasLargeTitle: (!modal || Theme.largeText) && controller.title !== ""
-    readonly property Screen screen: host.view as Screen
+    readonly property ScreenView screen: host.view as ScreenView
     readonly property double scrolled: screen === null ? 0 : screen.scrolled
     property bool wasFocused: false
 
@@ -97,10 +97,12 @@ FocusScope {
     Item {
         id: titleBox
 
+        readonly property double side: Math.max(Theme.margin, (page.width - Theme.readableWidth) / 2)
+
         anchors.left: parent.left
-        anchors.leftMargin: Theme.margin + Theme.half
+        anchors.leftMargin: side + Theme.half
         anchors.right: parent.right
-        anchors.rightMargin: Theme.margin
+        anchors.rightMargin: side
         height: page.hasLargeTitle ? largeTitle.height + Theme.unit * 2 : 0
         visible: page.hasLargeTitle
         y: bar.height - Math.max(0, page.scrolled)

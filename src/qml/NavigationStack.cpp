@@ -51,6 +51,18 @@ void NavigationStack::setController(NavigationController *controller)
     emit controllerChanged();
 }
 
+void NavigationStack::setModal(bool modal)
+{
+    if (_modal == modal)
+        return;
+    _modal = modal;
+    for (const Page &page : _pages) {
+        if (page.item)
+            page.item->setProperty("modal", modal);
+    }
+    emit modalChanged();
+}
+
 void NavigationStack::componentComplete()
 {
     QQuickItem::componentComplete();
@@ -98,13 +110,6 @@ void NavigationStack::pop(ViewController &controller, bool animated, Finished fi
         remove(gone);
         finished();
     });
-}
-
-void NavigationStack::focusTopPage()
-{
-    if (QQuickItem *page = topPage()) {
-        QMetaObject::invokeMethod(page, "takeFocus");
-    }
 }
 
 NavigationStack::Page NavigationStack::makePage(ViewController &controller)

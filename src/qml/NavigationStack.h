@@ -26,7 +26,8 @@ class NavigationStack : public QQuickItem
     QML_ELEMENT
     Q_PROPERTY(cvtamber::NavigationController *controller READ controller WRITE setController NOTIFY
                    controllerChanged FINAL REQUIRED)
-    Q_PROPERTY(bool modal MEMBER _modal FINAL)
+    // In a sheet: the pages' titles are in their bars.
+    Q_PROPERTY(bool modal READ isModal WRITE setModal NOTIFY modalChanged FINAL)
     // Milliseconds; 0 shows the end at once.
     Q_PROPERTY(int duration MEMBER _duration FINAL)
     Q_PROPERTY(QQuickItem *topPage READ topPage NOTIFY topPageChanged FINAL)
@@ -39,16 +40,17 @@ public:
 
     NavigationController *controller() const { return _controller; }
     void setController(NavigationController *controller);
+    bool isModal() const { return _modal; }
+    void setModal(bool modal);
     QQuickItem *topPage() const { return _pages.empty() ? nullptr : _pages.back().item.data(); }
 
     // `finished` runs when the animation has ended; inside the call when there is none.
     void push(ViewController &controller, bool animated, Finished finished);
     void pop(ViewController &controller, bool animated, Finished finished);
-    // Gives the focus to where it was on the top page.
-    void focusTopPage();
 
 signals:
     void controllerChanged();
+    void modalChanged();
     void topPageChanged();
 
 protected:

@@ -242,12 +242,11 @@ QObject *QmlPresenter::makeSheet(const ActionSheet &sheet)
 // In the window; empty where there is nothing to point to.
 QRectF QmlPresenter::anchorRect(const Anchor &anchor) const
 {
-    QVariant item;
-    QMetaObject::invokeMethod(topView(), "anchorItem", Q_RETURN_ARG(QVariant, item),
-                              Q_ARG(QVariant, static_cast<int>(anchor.kind)), Q_ARG(QVariant, anchor.section),
-                              Q_ARG(QVariant, anchor.row), Q_ARG(QVariant, anchor.button));
-    const auto *anchored = qobject_cast<QQuickItem *>(item.value<QObject *>());
-    return anchored == nullptr ? QRectF() : anchored->mapRectToScene(anchored->boundingRect());
+    QQuickItem *item = nullptr;
+    QMetaObject::invokeMethod(topView(), "anchorItem", Q_RETURN_ARG(QQuickItem *, item),
+                              Q_ARG(int, static_cast<int>(anchor.kind)), Q_ARG(int, anchor.section),
+                              Q_ARG(int, anchor.row), Q_ARG(int, anchor.button));
+    return item == nullptr ? QRectF() : item->mapRectToScene(item->boundingRect());
 }
 
 QObject *QmlPresenter::topView() const

@@ -19,7 +19,7 @@ Item {
     readonly property double controlsTop: textHeight + Theme.half
     readonly property int lines: Theme.largeText ? 6 : 2
 
-    height: textHeight + (controlsBelow ? controlsHeight + Theme.half : 0)
+    height: textHeight + (wait.active ? wait.y - first.height + wait.height : 0) + (controlsBelow ? controlsHeight + Theme.half : 0)
 
     Loader {
         id: wait

@@ -2,7 +2,9 @@
 #pragma once
 
 #include "app/MEditUserDialog.h"
+#include "app/MTextEditViewController.h"
 #include "device_ui/CVConnectViewController.h"
+#include "device_ui/CVTransferViewController.h"
 
 #include <QObject>
 #include <QtQml/qqml.h>
@@ -23,6 +25,22 @@ struct MEditUserDialogType
     Q_GADGET
     QML_FOREIGN(cvtamber::MEditUserDialog)
     QML_NAMED_ELEMENT(MEditUserDialog)
+    QML_UNCREATABLE("Screens are made in C++.")
+};
+
+struct CVTransferViewControllerType
+{
+    Q_GADGET
+    QML_FOREIGN(cvtamber::CVTransferViewController)
+    QML_NAMED_ELEMENT(CVTransferViewController)
+    QML_UNCREATABLE("Screens are made in C++.")
+};
+
+struct MTextEditViewControllerType
+{
+    Q_GADGET
+    QML_FOREIGN(cvtamber::MTextEditViewController)
+    QML_NAMED_ELEMENT(MTextEditViewController)
     QML_UNCREATABLE("Screens are made in C++.")
 };
 

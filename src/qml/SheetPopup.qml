@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
 import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import CVTamber
 
 // A menu of actions: at the bottom of a phone, beside what it belongs to on a larger window. Escape and a touch beside
@@ -47,7 +48,7 @@ Popup {
     y: !isAnchored ? parent.height - height - Theme.unit : fitsBelow ? anchor.y + anchor.height + Theme.half : Math.max(Theme.unit, anchor.y - height - Theme.half)
     z: 10
 
-    Overlay.modal: Rectangle {
+    T.Overlay.modal: Rectangle {
         color: Theme.scrim
 
         TapHandler {

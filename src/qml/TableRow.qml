@@ -97,7 +97,7 @@ TableCellItem {
                 anchors.verticalCenter: parent.verticalCenter
                 cell: tableRow
                 controlsHeight: tableRow.controlsHeight
-                controlsWidth: parts.item === null || tableRow.isFilled ? 0 : parts.implicitWidth
+                controlsWidth: tableRow.isFilled ? 0 : Math.max(0, parts.implicitWidth - Theme.unit)
                 visible: !tableRow.isFilled
                 width: parent.width - x - Theme.margin - (ends.width > 0 ? ends.width : 0)
                 x: picture.x + (picture.visible ? picture.width + Theme.unit * 1.5 : 0)

@@ -5,7 +5,7 @@ import QtQuick.Controls.Basic
 import CVTamber
 
 // Any table: sections of rows on cards, a button under them, and words where there are no rows.
-Screen {
+ScreenView {
     id: screen
 
     required property TableViewController controller

@@ -58,6 +58,7 @@ QtObject {
     readonly property int gap: 16
     readonly property int margin: 16
     readonly property int radius: 12
+    readonly property int panelRadius: 10
     // The least that a finger hits.
     readonly property int target: 44
     // Rows and forms grow no wider than what is read at a glance.

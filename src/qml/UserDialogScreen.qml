@@ -3,7 +3,7 @@ import QtQuick
 import CVTamber
 
 // The form for a user's names.
-Screen {
+ScreenView {
     id: screen
 
     required property MEditUserDialog controller

@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import QtQuick.Controls.Basic
+import CVTamber
+
+// How far a transfer is, what stops it, and the button that closes it.
+ScreenView {
+    id: view
+
+    required property CVTransferViewController controller
+    readonly property int percent: Math.round(controller.progress * 100)
+
+    function takeFocus(): bool {
+        (controller.okVisible ? ok : about).forceActiveFocus(Qt.OtherFocusReason);
+        return true;
+    }
+    function cancel(): bool {
+        if (controller.okVisible)
+            controller.okClicked();
+        return true;
+    }
+
+    Flickable {
+        id: content
+
+        anchors.fill: parent
+        boundsBehavior: Flickable.StopAtBounds
+        contentHeight: panel.height + Theme.gap * 2
+        contentWidth: width
+
+        Rectangle {
+            id: panel
+
+            border.color: Theme.separator
+            border.width: Theme.cardBorder
+            color: Theme.card
+            height: column.height + Theme.gap * 2
+            radius: Theme.panelRadius
+            width: Math.min(parent.width - Theme.margin * 2, 420)
+            x: (parent.width - width) / 2
+            y: Math.max(Theme.gap, (content.height - height) / 2)
+
+            Column {
+                id: column
+
+                spacing: Theme.gap
+                width: parent.width - Theme.gap * 2
+                x: Theme.gap
+                y: Theme.gap
+
+                Heading {
+                    id: about
+
+                    horizontalAlignment: Text.AlignHCenter
+                    text: view.controller.labelText === "" ? qsTrId("Transfer") : view.controller.labelText
+                    width: parent.width
+                    wrapMode: Text.Wrap
+                }
+                ProgressBar {
+                    id: bar
+
+                    Accessible.name: qsTrId("Progress: %1 %").arg(view.percent)
+                    height: Theme.unit
+                    padding: 0
+                    value: view.controller.progress
+                    width: parent.width
+
+                    background: Rectangle {
+                        border.color: Theme.outline
+                        border.width: 1
+                        color: Theme.background
+                        radius: height / 2
+                    }
+                    contentItem: Item {
+                        Rectangle {
+                            color: view.controller.stalled ? Theme.secondaryText : Theme.accent
+                            height: parent.height
+                            radius: height / 2
+                            width: parent.width * bar.position
+                        }
+                    }
+                }
+                AppText {
+                    Accessible.name: text
+                    Accessible.role: Accessible.StaticText
+                    color: view.controller.finished ? Theme.success : Theme.secondaryText
+                    font.pixelSize: Theme.detailSize
+                    horizontalAlignment: Text.AlignHCenter
+                    text: view.controller.statusText
+                    visible: text !== ""
+                    width: parent.width
+                    wrapMode: Text.Wrap
+                }
+                AppText {
+                    Accessible.name: text
+                    Accessible.role: Accessible.StaticText
+                    color: Theme.destructive
+                    font.pixelSize: Theme.detailSize
+                    horizontalAlignment: Text.AlignHCenter
+                    text: view.controller.problemText
+                    visible: text !== ""
+                    width: parent.width
+                    wrapMode: Text.Wrap
+                }
+                PlainButton {
+                    id: ok
+
+                    filled: true
+                    text: view.controller.okTitle
+                    visible: view.controller.okVisible
+                    width: parent.width
+                    wraps: true
+
+                    onClicked: view.controller.okClicked()
+                    // The way out takes the focus when it appears.
+                    onVisibleChanged: if (visible && view.activeFocus)
+                        forceActiveFocus(Qt.OtherFocusReason)
+                }
+            }
+        }
+    }
+}
