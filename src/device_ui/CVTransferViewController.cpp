@@ -13,8 +13,13 @@ namespace cvtamber {
 
 namespace {
 
+using namespace std::chrono_literals;
+
 // Where a reader is told how far it is; the end is told in words.
 constexpr int announcedSteps = 4;
+
+// As long as the device object waits for a confirmation.
+constexpr auto stallTime = 6s;
 
 } // namespace
 
@@ -59,6 +64,7 @@ CVTransferViewController::withInputTextAndCaption(AppContext &context, const QSt
 CVTransferViewController::CVTransferViewController(AppContext &context)
     : ViewController(context.presenter)
     , _context(context)
+    , _stallWatch(context.runLoop)
 {}
 
 CVTransferViewController::~CVTransferViewController()
@@ -164,12 +170,12 @@ const char *CVTransferViewController::lossProblem() const
 
 const char *CVTransferViewController::fetchProblem() const
 {
-    if (!_outcome.endedBySilence)
-        return nullptr;
-    if (_outcome.receivedBytes == 0 && _outcome.listedSize != 0)
+    // An end alone is all that comes of a name that the device does not know, as its own codes may have changed it.
+    const bool mayBeEmpty = _outcome.listedSize == 0 || (_outcome.listedSize < 0 && !_outcome.endedBySilence);
+    if (_outcome.receivedBytes == 0 && !mayBeEmpty)
         return "The Corvane sent nothing. The file has not been fetched.";
     // Translation changes the length, so nothing is known of a translated text.
-    if (!_isTranslated && _outcome.receivedBytes < _outcome.listedSize)
+    if (_outcome.endedBySilence && !_isTranslated && _outcome.receivedBytes < _outcome.listedSize)
         return "The Corvane stopped before the end of the file. The file has not been fetched.";
     return nullptr;
 }
@@ -199,12 +205,8 @@ void CVTransferViewController::viewDidAppear()
 
 void CVTransferViewController::viewDidDisappear()
 {
-    if (hasGone())
-        letGoOfDevice();
-}
-
-void CVTransferViewController::letGoOfDevice()
-{
+    if (!hasGone())
+        return;
     if (_step == Step::Running)
         setStep(Step::Failed);
     CVBTDevice &device = _context.device;
@@ -216,10 +218,14 @@ void CVTransferViewController::letGoOfDevice()
 
 void CVTransferViewController::setStep(Step step)
 {
-    if (step == Step::Running)
+    _stallWatch.cancel();
+    if (step == Step::Running) {
         _context.device.addLinkObserver(*this);
-    else if (_step == Step::Running)
+        // A link that stalled before this transfer is not told again.
+        _stallWatch.start(stallTime, [this] { linkStalled(); });
+    } else if (_step == Step::Running) {
         _context.device.removeLinkObserver(*this);
+    }
     _step = step;
     _isStalled = false;
     emit changed();
@@ -289,6 +295,7 @@ void CVTransferViewController::startTransfer(bool isTranslated)
 
 void CVTransferViewController::showProgress(float fraction)
 {
+    goesOn();
     const double shown = shownProgress(fraction);
     if (std::exchange(_progress, shown) != shown)
         emit progressChanged();
@@ -301,24 +308,21 @@ void CVTransferViewController::showProgress(float fraction)
 
 void CVTransferViewController::goesOn()
 {
+    _stallWatch.cancel();
     if (std::exchange(_isStalled, false))
         emit changed();
 }
 
 void CVTransferViewController::cvUploadProgress(float fraction)
 {
-    if (!isSending())
-        return;
-    goesOn();
-    showProgress(fraction);
+    if (isSending())
+        showProgress(fraction);
 }
 
 void CVTransferViewController::cvDownloadProgress(float fraction)
 {
-    if (!isFetching())
-        return;
-    goesOn();
-    showProgress(fraction);
+    if (isFetching())
+        showProgress(fraction);
 }
 
 void CVTransferViewController::cvUploadReplacedCharacters(qsizetype count)
@@ -389,7 +393,7 @@ void CVTransferViewController::cvFileDownloaded(const QString &text)
 
 void CVTransferViewController::tellDoubts() const
 {
-    if (_outcome.endedBySilence && _outcome.receivedBytes > 0)
+    if (_outcome.endedBySilence)
         presenter().showNotice(
             localized("The Corvane did not say that the file was complete. Its end may be missing."));
     if (_outcome.undefinedBytes > 0)

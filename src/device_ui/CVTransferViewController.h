@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/DelayedCall.h"
 #include "device/CVDeviceDelegates.h"
 #include "device/LinkObserver.h"
 #include "ui/ViewController.h"
@@ -154,7 +155,6 @@ private:
     void fail(const char *problem);
     void setStep(Step step);
     void tellDoubts() const;
-    void letGoOfDevice();
     std::shared_ptr<CVTransferViewController> self();
 
     AppContext &_context;
@@ -172,6 +172,8 @@ private:
     Step _step = Step::Idle;
     double _progress = 0;
     int _announcedQuarters = 0;
+    // Until the first confirmation.
+    DelayedCall _stallWatch;
     bool _isStalled = false;
     bool _isTranslated = false;
     bool _hasFailedWrite = false;

@@ -73,6 +73,11 @@ void MCVFilesViewController::addBarButtons()
 
 void MCVFilesViewController::viewWillAppear()
 {
+    // The list that another screen has asked for is still to take the place of this one.
+    if (!_isRefreshing && _context.device.pendingCommand() == CommandEngine::DirectoryCommand) {
+        _isRefreshing = true;
+        watchRefresh();
+    }
     reloadData();
 }
 

@@ -6,6 +6,7 @@
 #include "main/CVTamberCommandLine.h"
 #include "main/RadioChoice.h"
 #include "main/SignalWatcher.h"
+#include "qml/IconProvider.h"
 #include "ui/NavigationController.h"
 
 #include <QGuiApplication>
@@ -106,6 +107,7 @@ int main(int argc, char *argv[])
     QGuiApplication::setApplicationName(u"cvtamber"_s);
     QGuiApplication::setApplicationDisplayName(u"CVTamber"_s);
     QGuiApplication::setDesktopFileName(Identifier);
+    QGuiApplication::setWindowIcon(IconProvider::applicationIcon());
     QTranslator english;
     if (english.load(u":/translations/cvtamber_en.qm"_s))
         QCoreApplication::installTranslator(&english);

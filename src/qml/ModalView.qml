@@ -5,7 +5,7 @@ import QtQuick.Templates as T
 import CVTamber
 
 // A screen above the others: a card in the middle of a large window, else over all of it.
-Popup {
+Dialog {
     id: modal
 
     required property ViewController controller
@@ -19,6 +19,10 @@ Popup {
     readonly property bool isCard: formSheet && Math.min(parent.width, parent.height) >= Theme.tabletSide
     readonly property int duration: animated ? Theme.motion : 0
     readonly property double restY: (parent.height - height) / 2
+    readonly property string spokenTitle: {
+        const navigation = controller as NavigationController;
+        return navigation !== null && navigation.topViewController !== null ? navigation.topViewController.title : controller.title;
+    }
 
     function takeFocus(): void {
         const navigation = host.view as NavigationView;
@@ -37,6 +41,10 @@ Popup {
     closePolicy: Popup.NoAutoClose
     dim: isCard
     focus: true
+    // The name for screen readers; it is drawn by what is inside.
+    title: spokenTitle !== "" ? spokenTitle : qsTrId("Dialog")
+    footer: null
+    header: null
     height: isCard ? Math.min(parent.height - Theme.unit * 8, Theme.sheetHeight) : parent.height
     modal: true
     padding: 0
@@ -69,8 +77,6 @@ Popup {
                 heading.forceActiveFocus(Qt.OtherFocusReason);
         }
 
-        Accessible.name: modal.controller.title !== "" ? modal.controller.title : qsTrId("Dialog")
-        Accessible.role: Accessible.Dialog
         clip: modal.isCard
         visible: !modal.covered
 

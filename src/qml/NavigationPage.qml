@@ -15,7 +15,8 @@ FocusScope {
     // A sheet has its title in the bar, unless texts are so large that the buttons leave no room for it there.
     readonly property bool hasLargeTitle: (!modal || Theme.largeText) && controller.title !== ""
     readonly property ScreenView screen: host.view as ScreenView
-    readonly property double scrolled: screen === null ? 0 : screen.scrolled
+    // Assigned, not bound: a list tells it in the midst of laying out its rows.
+    property double scrolled: 0
     property bool wasFocused: false
 
     function takeFocus(): void {
@@ -118,6 +119,8 @@ FocusScope {
             text: page.controller.title
             width: parent.width
             wrapMode: Text.Wrap
+            // Room for the ring of the focus under the bar.
+            y: Theme.half
         }
     }
     ScreenHost {
@@ -129,6 +132,13 @@ FocusScope {
         anchors.top: bar.bottom
         controller: page.controller
         focus: true
+    }
+    Connections {
+        function onScrolledChanged() {
+            page.scrolled = page.screen.scrolled;
+        }
+
+        target: page.screen
     }
     Binding {
         property: "topInset"

@@ -230,7 +230,7 @@ QObject *QmlPresenter::makeSheet(const ActionSheet &sheet)
 {
     const QVariantMap properties{
         {QStringLiteral("parent"), QVariant::fromValue<QObject *>(_window->contentItem())},
-        {QStringLiteral("title"), sheet.title},
+        {QStringLiteral("heading"), sheet.title},
         {QStringLiteral("buttons"), sheet.buttons},
         {QStringLiteral("cancelIndex"), sheet.cancelButtonIndex},
         {QStringLiteral("destructiveIndex"), sheet.destructiveButtonIndex},

@@ -6,10 +6,11 @@ import CVTamber
 
 // A menu of actions: at the bottom of a phone, beside what it belongs to on a larger window. Escape and a touch beside
 // it are the Cancel button.
-Popup {
+Dialog {
     id: sheet
 
-    required property string title
+    // Over the choices; the title is what screen readers say of the menu, also where nothing is over them.
+    required property string heading
     required property list<string> buttons
     required property int cancelIndex
     required property int destructiveIndex
@@ -40,9 +41,12 @@ Popup {
 
     closePolicy: Popup.NoAutoClose
     focus: true
+    footer: null
+    header: null
     margins: Theme.unit
     modal: true
     padding: Theme.unit
+    title: heading !== "" ? heading : qsTrId("Actions")
     width: isAnchored ? Math.min(parent.width - Theme.gap, 320 * Math.min(Theme.textScale, 1.5)) : Math.min(parent.width - Theme.gap, Theme.sheetWidth)
     x: isAnchored ? Math.max(Theme.unit, Math.min(parent.width - width - Theme.unit, anchor.x + (anchor.width - width) / 2)) : (parent.width - width) / 2
     y: !isAnchored ? parent.height - height - Theme.unit : fitsBelow ? anchor.y + anchor.height + Theme.half : Math.max(Theme.unit, anchor.y - height - Theme.half)
@@ -64,8 +68,6 @@ Popup {
     contentItem: Flickable {
         id: content
 
-        Accessible.name: sheet.title !== "" ? sheet.title : qsTrId("Actions")
-        Accessible.role: Accessible.Dialog
         boundsBehavior: Flickable.StopAtBounds
         clip: true
         contentHeight: column.height
@@ -88,7 +90,7 @@ Popup {
                 color: Theme.secondaryText
                 font.pixelSize: Theme.detailSize
                 horizontalAlignment: Text.AlignHCenter
-                text: sheet.title
+                text: sheet.heading
                 topPadding: Theme.unit
                 visible: text !== ""
                 width: parent.width

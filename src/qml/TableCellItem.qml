@@ -33,7 +33,9 @@ Item {
     readonly property bool selectable: canHighlight && cellEnabled && table.allowsSelection
     readonly property int controlCount: controls === undefined ? 0 : controls.length
     readonly property bool showsDelete: table.editing && deletable
-    readonly property string spokenName: accessibleName !== "" ? accessibleName : detail === "" ? text : text + ", " + detail
+    // A colon that parts label and value for the eye is a comma for the ear.
+    readonly property string spokenLabel: text.replace(/:+$/, "")
+    readonly property string spokenName: accessibleName !== "" ? accessibleName : detail === "" ? spokenLabel : spokenLabel + ", " + detail
 
     // What Enter does: the row's own action, else that of its first control.
     function activate(): bool {

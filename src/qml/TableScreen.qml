@@ -106,12 +106,15 @@ ScreenView {
         return false;
     }
 
-    scrolled: rows.contentY - rows.originY
-
     ListView {
         id: rows
 
         readonly property bool animates: Theme.motion > 0 && screen.visible
+
+        // No binding: reading the origin may lay out the rows anew, which changes both.
+        function tellScrolled(): void {
+            screen.scrolled = contentY - originY;
+        }
 
         Accessible.name: screen.controller.title
         Accessible.role: Accessible.List
@@ -160,8 +163,12 @@ ScreenView {
             width: rows.width
         }
 
-        onOriginYChanged: if (screen.isUntouched)
-            positionViewAtBeginning()
+        onContentYChanged: tellScrolled()
+        onOriginYChanged: {
+            if (screen.isUntouched)
+                positionViewAtBeginning();
+            tellScrolled();
+        }
         Keys.onPressed: event => event.accepted = screen.handleKey(event)
         onCurrentIndexChanged: place.follow()
         onMovementStarted: {

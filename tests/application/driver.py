@@ -1,0 +1,280 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Starts the application on a display and a session bus of its own, and uses it as a person does.
+
+Desk is the place: folders, display, buses. Program is one run of the application on it, read through the tree that
+screen readers use, and driven by its actions or by keys. What a person would wait for is waited for with a limit.
+"""
+import os
+import pathlib
+import shutil
+import signal
+import subprocess
+import tempfile
+import time
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, GLib  # noqa: E402
+
+# A sanitized program draws slowly on a busy machine, and the device link has silences of several seconds by rule.
+LIMIT = 60
+STEP = 0.05
+SIZES = {"phone": (390, 844), "tablet": (820, 1180), "desktop": (1280, 800)}
+
+
+class Missing(AssertionError):
+    """What was waited for did not come."""
+
+
+def until(condition, what, limit=LIMIT):
+    end = time.monotonic() + limit
+    while True:
+        try:
+            result = condition()
+        except GLib.Error:  # Something went while it was being read.
+            result = None
+        if result:
+            return result
+        if time.monotonic() > end:
+            raise Missing(what)
+        time.sleep(STEP)
+
+
+class Desk:
+    """A display, a session bus and empty folders; gone at the end of a `with` block."""
+
+    def __init__(self, screen=(1400, 1240)):
+        self.root = pathlib.Path(tempfile.mkdtemp(prefix="cvtamber-desk-"))
+        self._children = []
+        self._screen = screen
+        self.env = dict(os.environ, LC_ALL="C.UTF-8", HOME=str(self.root / "home"))
+        self.env.pop("AT_SPI_BUS_ADDRESS", None)
+        self.env.pop("WAYLAND_DISPLAY", None)
+        for name in ("DATA", "CONFIG", "STATE", "CACHE", "RUNTIME"):
+            folder = self.root / name.lower()
+            folder.mkdir(mode=0o700)
+            self.env["XDG_RUNTIME_DIR" if name == "RUNTIME" else f"XDG_{name}_HOME"] = str(folder)
+        (self.root / "home").mkdir()
+
+    def __enter__(self):
+        try:
+            self._start_display()
+            self._start_bus()
+        except BaseException:
+            self.__exit__()
+            raise
+        return self
+
+    def __exit__(self, *_):
+        for child in reversed(self._children):
+            child.terminate()
+        for child in self._children:
+            try:
+                child.wait(10)
+            except subprocess.TimeoutExpired:
+                child.kill()
+                child.wait()
+        shutil.rmtree(self.root, ignore_errors=True)
+
+    def _spawn(self, command, **options):
+        child = subprocess.Popen(command, env=self.env, **options)
+        self._children.append(child)
+        return child
+
+    def _start_display(self):
+        read, write = os.pipe()
+        size = f"{self._screen[0]}x{self._screen[1]}x24"
+        self._spawn(["Xvfb", "-displayfd", str(write), "-screen", "0", size, "-nolisten", "tcp", "-noreset"], pass_fds=[write],
+                    stderr=subprocess.DEVNULL)
+        os.close(write)
+        with os.fdopen(read) as pipe:
+            number = pipe.readline().strip()
+        if not number:
+            raise Missing("a display")
+        self.env["DISPLAY"] = os.environ["DISPLAY"] = f":{number}"
+
+    def _start_bus(self):
+        bus = self._spawn(["dbus-daemon", "--session", "--print-address", "--nofork"], stdout=subprocess.PIPE, text=True)
+        self.env["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().strip()
+        os.environ.update({name: self.env[name] for name in ("DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR")})
+        os.environ.pop("AT_SPI_BUS_ADDRESS", None)
+        self.env["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
+        Atspi.init()
+
+    @property
+    def documents(self):
+        return self.root / "data" / "cvtamber" / "Documents"
+
+    @property
+    def settings(self):
+        return self.root / "config" / "cvtamber" / "settings.ini"
+
+    def run(self, command, **options):
+        return subprocess.run(command, env=self.env, check=True, capture_output=True, text=True, **options)
+
+
+class Program:
+    """One run of the application. Nodes are those of the tree that a screen reader sees."""
+
+    def __init__(self, desk, binary, arguments=(), size="phone", **environment):
+        self.desk = desk
+        self.size = SIZES[size] if isinstance(size, str) else size
+        self.log = desk.root / f"log-{time.monotonic_ns()}"
+        suppressions = pathlib.Path(__file__).with_name("lsan.supp")
+        env = dict(desk.env, QT_QUICK_BACKEND="software",
+                   LSAN_OPTIONS=f"suppressions={suppressions}:print_suppressions=0", **environment)
+        with open(self.log, "wb") as log:
+            self.process = subprocess.Popen([binary, *arguments], env=env, stdout=log, stderr=log, cwd=desk.root)
+        try:
+            self.app = until(self._application, "the application on the accessibility bus")
+            self.window = until(self._window, "a window").split()[-1]
+            self.resize(*self.size)
+            until(lambda: self.app.get_child_at_index(0).get_child_count(), "a first screen")
+        except BaseException:
+            self.process.kill()
+            raise
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, kind, *_):
+        status = self.stop()
+        if kind is None and status != 0:
+            raise Missing(f"a clean end; it was {status}:\n{self.said()[-4000:]}")
+
+    def stop(self):
+        if self.process.poll() is None:
+            self.process.send_signal(signal.SIGTERM)
+        try:
+            return self.process.wait(LIMIT)
+        except subprocess.TimeoutExpired:
+            self.process.kill()
+            self.process.wait()
+            return "a hang"
+
+    def said(self):
+        return self.log.read_text(errors="replace")
+
+    def _application(self):
+        if self.process.poll() is not None:
+            raise Missing(f"a running program; it ended with {self.process.returncode}:\n{self.said()[-4000:]}")
+        desktop = Atspi.get_desktop(0)
+        for i in range(desktop.get_child_count()):
+            child = desktop.get_child_at_index(i)
+            if child and child.get_process_id() == self.process.pid and child.get_child_count() > 0:
+                return child
+        return None
+
+    def _window(self):
+        done = subprocess.run(["xdotool", "search", "--onlyvisible", "--pid", str(self.process.pid)], env=self.desk.env,
+                              capture_output=True, text=True)
+        return done.stdout
+
+    def xdotool(self, *arguments):
+        self.desk.run(["xdotool", *(str(argument) for argument in arguments)])
+
+    def resize(self, width, height):
+        self.xdotool("windowsize", "--sync", self.window, width, height)
+        self.xdotool("windowfocus", "--sync", self.window)
+        self.size = (width, height)
+
+    # Reading
+
+    def nodes(self, root=None):
+        """All nodes below the root, in reading order."""
+        stack = [root or self.app]
+        while stack:
+            node = stack.pop()
+            if node is None:
+                continue
+            yield node
+            for i in reversed(range(node.get_child_count())):
+                stack.append(node.get_child_at_index(i))
+
+    @staticmethod
+    def showing(node):
+        return node.get_state_set().contains(Atspi.StateType.SHOWING)
+
+    def find(self, name=None, role=None, root=None):
+        """The first showing node of that name (or beginning of a name, with "..." at the end) and role; else None."""
+        for node in self.nodes(root):
+            if role is not None and node.get_role_name() != role:
+                continue
+            if name is not None and not matches(node.get_name(), name):
+                continue
+            if self.showing(node):
+                return node
+        return None
+
+    def see(self, name=None, role=None, limit=LIMIT):
+        try:
+            return until(lambda: self.find(name, role), "", limit)
+        except Missing:
+            raise Missing(f"{name!r} ({role or 'any role'}) is not there. There is:\n{self.outline()}") from None
+
+    def see_no(self, name, role=None, limit=LIMIT):
+        until(lambda: self.find(name, role) is None, f"{name!r} is still there:\n{self.outline()}", limit)
+
+    def outline(self, root=None, level=0):
+        """The tree in words, one line a showing node."""
+        node = root or self.app
+        try:
+            words = f"{'  ' * level}{node.get_role_name()} {node.get_name()!r}"
+            description = node.get_description()
+            lines = [words + (f" ({description})" if description else "")] if level == 0 or self.showing(node) else []
+            for i in range(node.get_child_count()):
+                child = node.get_child_at_index(i)
+                lines += [self.outline(child, level + 1)] if child else []
+        except GLib.Error:
+            return ""
+        return "\n".join(line for line in lines if line)
+
+    def names(self, role):
+        return [node.get_name() for node in self.nodes() if node.get_role_name() == role and self.showing(node)]
+
+    # Doing
+
+    def press(self, name, role=None):
+        """Does what touching the node does."""
+        node = self.see(name, role)
+        # The second action of the name is the view's own where there are two.
+        places = [i for i in range(node.get_n_actions()) if node.get_action_name(i) in ("Press", "Toggle")]
+        if not places:
+            raise Missing(f"an action of {name!r}")
+        node.do_action(places[-1])
+
+    def focus(self, name, role=None):
+        node = self.see(name, role)
+        node.grab_focus()
+        until(lambda: node.get_state_set().contains(Atspi.StateType.FOCUSED), f"the focus on {name!r}")
+
+    def fill(self, name, text):
+        """Replaces the text of a field by typing."""
+        self.focus(name, "text")
+        self.keys("ctrl+a", "Delete")
+        self.write(text)
+
+    def focused(self):
+        found = None
+        for node in self.nodes():
+            # A list and its current row both say that they have it.
+            if node.get_state_set().contains(Atspi.StateType.FOCUSED) and node.get_role_name() != "frame":
+                found = node
+        return found
+
+    def keys(self, *names):
+        for name in names:
+            self.xdotool("key", "--window", self.window, name)
+
+    def write(self, text):
+        self.xdotool("type", "--window", self.window, "--delay", "10", text)
+
+    def shot(self, file):
+        pathlib.Path(file).parent.mkdir(parents=True, exist_ok=True)
+        width, height = self.size
+        self.desk.run(["import", "-window", self.window, "-crop", f"{width}x{height}+0+0", "+repage", str(file)])
+
+
+def matches(name, wanted):
+    return name.startswith(wanted[:-3]) if wanted.endswith("...") else name == wanted
