@@ -54,9 +54,8 @@ public:
     // Puts a user's record there, "First/Last/Display"; the directory, for more to be put into it.
     QString putUser(const QString &names, List list = List::Active)
     {
-        const QString directory =
-            (list == List::Active ? u"ActiveUsers/" : u"ArchivedUsers/") %
-            QStringLiteral("10000000-0000-0000-0000-%1").arg(++_users, 12, 10, QChar(u'0'));
+        QString directory = (list == List::Active ? u"ActiveUsers/" : u"ArchivedUsers/") %
+                            QStringLiteral("10000000-0000-0000-0000-%1").arg(++_users, 12, 10, QChar(u'0'));
         rig.put(directory % u"/user.txt", QString(names).replace(u'/', u'\n').toUtf8() + '\n');
         return directory;
     }

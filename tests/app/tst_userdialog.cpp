@@ -51,7 +51,7 @@ private slots:
 private:
     std::shared_ptr<MEditUserDialog> show(UsersBench &bench, const std::shared_ptr<TamberUser> &user)
     {
-        const auto dialog = std::make_shared<MEditUserDialog>(bench.context);
+        auto dialog = std::make_shared<MEditUserDialog>(bench.context);
         if (user)
             dialog->setUser(user);
         dialog->setDelegate(_recorder);
