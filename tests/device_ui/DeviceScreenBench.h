@@ -8,6 +8,7 @@
 #include "simulator/SimulatedRadio.h"
 #include "support/Recorders.h"
 #include "support/RecordingPresenter.h"
+#include "support/Rows.h"
 #include "support/StoreRig.h"
 #include "support/TemporaryLocations.h"
 #include "ui/DocumentPreview.h"
@@ -40,6 +41,26 @@ public:
     void show(const QString &, std::function<void(bool)>) override {}
 };
 
+inline Fault fault(Fault::Kind kind, const QByteArray &command = {}, const QByteArray &bytes = {},
+                   std::chrono::milliseconds time = {})
+{
+    Fault fault;
+    fault.kind = kind;
+    fault.command = command;
+    fault.bytes = bytes;
+    fault.time = time;
+    return fault;
+}
+
+// Keeps the device that a scan has found last.
+class FoundDevice final : public CVBluetoothManagerDelegate
+{
+public:
+    void newDeviceFound(const CVBTPeripheralPtr &device) override { found = device; }
+
+    CVBTPeripheralPtr found;
+};
+
 // The surroundings of a device screen: a recording presenter, and a real device object on a radio with simulated
 // devices. Time moves only when told.
 class DeviceScreenBench
@@ -63,6 +84,19 @@ public:
                       std::chrono::nanoseconds limit = std::chrono::minutes(2))
     {
         return rig.loop.advanceUntil(condition, limit);
+    }
+    // Scans, and hands the device over when the scan has let go of it.
+    void findDevice(const std::function<void(const BluetoothPeripheralPtr &)> &found)
+    {
+        const auto scan = std::make_shared<FoundDevice>();
+        manager->setDelegate(scan);
+        manager->startDeviceScan();
+        if (!advanceUntil([&] { return scan->found != nullptr; }))
+            qFatal("No simulated device was found");
+        manager->releasePeripherals([this, found, peripheral = scan->found->peripheral()] {
+            manager->stopDeviceScan();
+            found(peripheral);
+        });
     }
     SimulatedDevice &simulated(int index = 0) const { return *radio->devices().at(index); }
     // The only one there is, or the last one presented.

@@ -82,15 +82,6 @@ struct ConnectBench : DeviceScreenBench
     std::shared_ptr<CVConnectViewController> dialog;
 };
 
-Fault fault(Fault::Kind kind, const QByteArray &command = {}, const QByteArray &bytes = {})
-{
-    Fault fault;
-    fault.kind = kind;
-    fault.command = command;
-    fault.bytes = bytes;
-    return fault;
-}
-
 } // namespace
 
 // From a scan to a link that works, and everything that may come between.
