@@ -19,6 +19,8 @@ ScreenView {
         return true;
     }
 
+    spokenTitle: about.text
+
     // What had the focus may be hidden now.
     Connections {
         function onChanged() {

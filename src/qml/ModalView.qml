@@ -21,7 +21,9 @@ Dialog {
     readonly property double restY: (parent.height - height) / 2
     readonly property string spokenTitle: {
         const navigation = controller as NavigationController;
-        return navigation !== null && navigation.topViewController !== null ? navigation.topViewController.title : controller.title;
+        if (navigation !== null)
+            return navigation.topViewController === null ? "" : navigation.topViewController.title;
+        return controller.title !== "" || page.screen === null ? controller.title : page.screen.spokenTitle;
     }
 
     function takeFocus(): void {

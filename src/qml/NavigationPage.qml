@@ -19,7 +19,14 @@ FocusScope {
     property double scrolled: 0
     property bool wasFocused: false
 
+    // Whether a person writes in it already: the slide of a sheet ends after a quick hand has begun.
+    function isWrittenIn(): bool {
+        const field = page.Window.activeFocusItem as TextInput;
+        return field !== null && page.activeFocus;
+    }
     function takeFocus(): void {
+        if (page.isWrittenIn())
+            return;
         page.forceActiveFocus();
         if (page.wasFocused && page.Window.activeFocusItem !== page && page.Window.activeFocusItem !== page.screen)
             return;

@@ -6,6 +6,8 @@ import CVTamber
 FocusScope {
     // Room that the content leaves free at the top, for the large title that scrolls away with it.
     property double topInset: 0
+    // What a screen without a title is called for screen readers.
+    property string spokenTitle: ""
     // How far the content has been scrolled.
     property double scrolled: 0
 

@@ -27,7 +27,12 @@ TableCellItem {
     width: list.width
 
     Accessible.onPressAction: tableRow.activate()
-    ListView.onReused: opacity = 1
+    // A row that waits to be used again is not drawn, but screen readers would still find it.
+    ListView.onPooled: visible = false
+    ListView.onReused: {
+        opacity = 1;
+        visible = true;
+    }
 
     Rectangle {
         id: card

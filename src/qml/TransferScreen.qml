@@ -20,6 +20,8 @@ ScreenView {
         return true;
     }
 
+    spokenTitle: about.text
+
     Flickable {
         id: content
 

@@ -120,6 +120,7 @@ class Program:
     def __init__(self, desk, binary, arguments=(), size="phone", **environment):
         self.desk = desk
         self.size = SIZES[size] if isinstance(size, str) else size
+        self.shots = desk.root
         self.log = desk.root / f"log-{time.monotonic_ns()}"
         suppressions = pathlib.Path(__file__).with_name("lsan.supp")
         env = dict(desk.env, QT_QUICK_BACKEND="software",
@@ -254,6 +255,9 @@ class Program:
         self.focus(name, "text")
         self.keys("ctrl+a", "Delete")
         self.write(text)
+        node = self.see(name, "text")
+        # Keys travel on their own: what follows must not overtake them.
+        until(lambda: Atspi.Text.get_text(node, 0, -1) == text, f"{text!r} in {name!r}")
 
     def focused(self):
         found = None
@@ -270,8 +274,12 @@ class Program:
     def write(self, text):
         self.xdotool("type", "--window", self.window, "--delay", "10", text)
 
+    def shot_of(self, name):
+        """A picture of the screen as it stands, once it has come to rest."""
+        self.shots.mkdir(parents=True, exist_ok=True)
+        self.shot(self.shots / f"{name}.png")
+
     def shot(self, file):
-        pathlib.Path(file).parent.mkdir(parents=True, exist_ok=True)
         width, height = self.size
         self.desk.run(["import", "-window", self.window, "-crop", f"{width}x{height}+0+0", "+repage", str(file)])
 
