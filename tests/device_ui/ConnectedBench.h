@@ -14,9 +14,7 @@ struct ConnectedBench : DeviceScreenBench
     {
         const auto states = std::make_shared<RecordingDelegates>();
         device.setCvStateDelegate(states);
-        findDevice([this](const BluetoothPeripheralPtr &peripheral) {
-            device.connectAsCVCommWithPeripheral(peripheral);
-        });
+        device.connectAsCVCommWithPeripheral(findDevice());
         if (!advanceUntil([&] { return states->events.contains(u"state 1"); }))
             qFatal("The simulated device could not be connected");
         device.setCvStateDelegate(nullptr);

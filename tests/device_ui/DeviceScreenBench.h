@@ -85,18 +85,19 @@ public:
     {
         return rig.loop.advanceUntil(condition, limit);
     }
-    // Scans, and hands the device over when the scan has let go of it.
-    void findDevice(const std::function<void(const BluetoothPeripheralPtr &)> &found)
+    // The device that a scan finds first; the scan has ended and let go of it.
+    BluetoothPeripheralPtr findDevice()
     {
         const auto scan = std::make_shared<FoundDevice>();
         manager->setDelegate(scan);
         manager->startDeviceScan();
-        if (!advanceUntil([&] { return scan->found != nullptr; }))
+        bool isReleased = false;
+        if (advanceUntil([&] { return scan->found != nullptr; }))
+            manager->releasePeripherals([&] { isReleased = true; });
+        if (!advanceUntil([&] { return isReleased; }))
             qFatal("No simulated device was found");
-        manager->releasePeripherals([this, found, peripheral = scan->found->peripheral()] {
-            manager->stopDeviceScan();
-            found(peripheral);
-        });
+        manager->stopDeviceScan();
+        return scan->found->peripheral();
     }
     SimulatedDevice &simulated(int index = 0) const { return *radio->devices().at(index); }
     // The only one there is, or the last one presented.
