@@ -30,6 +30,17 @@ public:
     QByteArray bytes;
 };
 
+// With a link that is up and all of it confirmed; types 6 and 2 ask nothing themselves.
+struct LinkedRig : DeviceRig
+{
+    explicit LinkedRig(int code = SingleBraces)
+    {
+        linkWithCode(code);
+        drain();
+        told->take();
+    }
+};
+
 } // namespace
 
 // The command engine: framing, the send queue, waiting for replies, and who is told.
@@ -38,23 +49,12 @@ class tst_Engine : public QObject
     Q_OBJECT
 
 private slots:
-    void commandsAreFramedAndLogged_data()
+    void commandsAreLogged()
     {
-        columns<int, QByteArray>("code", "expected");
-        row("single braces", SingleBraces, "{NW}"_ba);
-        row("double braces", DoubleBraces, "{{NW}}"_ba);
-    }
-
-    void commandsAreFramedAndLogged()
-    {
-        QFETCH(int, code);
-        QFETCH(QByteArray, expected);
-        DeviceRig rig;
+        LinkedRig rig;
         QCOMPARE(rig.log.count(u"[info] CVBTDevice:init"_s), 1);
-        rig.linkWithCode(code);
-        rig.sent();
         rig.device->sendCommand(u"NW"_s);
-        QCOMPARE(rig.sent(), expected);
+        QCOMPARE(rig.sent(), "{NW}");
         QCOMPARE(rig.log.count(u"[debug] - (void) sendCommand:(NSString*)\"NW\" ("_s), 1);
         QCOMPARE(rig.device->pendingCommand(), 0);
         rig.device->deleteFile(u"LETTER"_s);
@@ -64,36 +64,30 @@ private slots:
 
     void waitedCommandsEndBySilence_data()
     {
-        columns<int, int, QByteArray, int>("code", "number", "expected", "seconds");
+        columns<int, QByteArray, std::chrono::seconds>("number", "text", "silence");
         const QList<QByteArray> texts{"PC S2 ON", "VER", "VER1", "PCR", "DIR", "FREE", "PR A B"};
-        for (int i = 0; i < texts.size(); ++i) {
-            const auto seconds = i == 6 ? 26 : 2;
-            QTest::addRow("{%s}", texts[i].data())
-                << SingleBraces << i + 1 << "{" + texts[i] + "}" << seconds;
-            QTest::addRow("{{%s}}", texts[i].data())
-                << DoubleBraces << i + 1 << "{{" + texts[i] + "}}" << seconds;
-        }
+        for (int i = 0; i < texts.size(); ++i)
+            row(texts[i], i + 1, texts[i], i == 6 ? 26s : 2s);
     }
-
     void waitedCommandsEndBySilence()
     {
-        QFETCH(int, code);
         QFETCH(int, number);
-        QFETCH(QByteArray, expected);
-        QFETCH(int, seconds);
-        DeviceRig rig;
-        rig.linkWithCode(code);
-        rig.sent();
-        if (number == 7)
-            rig.device->sendWaitCommand(7, u"A B"_s);
-        else
-            rig.device->sendWaitCommand(number);
-        QCOMPARE(rig.sent(), expected);
-        QCOMPARE(rig.device->pendingCommand(), number);
-        rig.loop.advance(std::chrono::seconds(seconds) - 1ms);
-        QCOMPARE(rig.device->pendingCommand(), number);
-        rig.loop.advance(1ms);
-        QCOMPARE(rig.device->pendingCommand(), number == 3 ? 2 : 0); // a silent VER1 asks VER
+        QFETCH(QByteArray, text);
+        QFETCH(std::chrono::seconds, silence);
+        for (const int code : {SingleBraces, DoubleBraces}) {
+            LinkedRig rig(code);
+            if (number == 7)
+                rig.device->sendWaitCommand(7, u"A B"_s);
+            else
+                rig.device->sendWaitCommand(number);
+            const int braces = code == SingleBraces ? 1 : 2;
+            QCOMPARE(rig.sent(), QByteArray(braces, '{') + text + QByteArray(braces, '}'));
+            QCOMPARE(rig.device->pendingCommand(), number);
+            rig.loop.advance(silence - 1ms);
+            QCOMPARE(rig.device->pendingCommand(), number);
+            rig.loop.advance(1ms);
+            QCOMPARE(rig.device->pendingCommand(), number == 3 ? 2 : 0); // a silent VER1 asks VER
+        }
     }
 
     void textLeavesInPieces_data()
@@ -111,14 +105,11 @@ private slots:
         row("combining marks", u"e\u0301"_s.repeated(12), QList<QByteArray>{QByteArray(12, '\x82')});
         row("a lone surrogate", QString(QChar(0xD83D)), QList<QByteArray>{"?"});
     }
-
     void textLeavesInPieces()
     {
         QFETCH(QString, text);
         QFETCH(QList<QByteArray>, pieces);
-        DeviceRig rig;
-        rig.linkWithCode(SingleBraces);
-        rig.drain();
+        LinkedRig rig;
         const auto before = rig.peripheral->writes().size();
         QVERIFY(!rig.device->sendString(text));
         for (int i = 0; i < pieces.size(); ++i) {
@@ -132,9 +123,7 @@ private slots:
 
     void commandGoesOutWhileEarlierWritesAreUnconfirmed()
     {
-        DeviceRig rig;
-        rig.linkWithCode(SingleBraces);
-        rig.drain();
+        LinkedRig rig;
         for (const auto &command : {u"A"_s, u"B"_s, u"C"_s})
             rig.device->sendCommand(command);
         QCOMPARE(rig.sent(), "{A}{B}{C}");
@@ -155,9 +144,7 @@ private slots:
 
     void queueKeepsItsOrder()
     {
-        DeviceRig rig;
-        rig.linkWithCode(SingleBraces);
-        rig.drain();
+        LinkedRig rig;
         QVERIFY(!rig.device->sendData(QByteArray(30, 'a')));
         QVERIFY(rig.device->sendData(QByteArray(30, 'b')));
         QVERIFY(rig.device->sendString(u"c"_s));
@@ -171,8 +158,7 @@ private slots:
 
     void everyPieceRestartsTheSilence()
     {
-        DeviceRig rig;
-        rig.linkWithCode(SingleBraces);
+        LinkedRig rig;
         rig.device->sendWaitCommand(5);
         for (const char *piece : {"A.TXT ", "12", "0\r\nB"}) {
             rig.loop.advance(1999ms);
@@ -205,14 +191,12 @@ private slots:
         row("too short to cut", QList<QByteArray>{"abc}"}, QString(), u"abc}"_s);
         row("wrong byte", QList<QByteArray>{"text{PC\xFC}"}, QString(), u"text"_s);
     }
-
     void trailerEndsAFetchAtOnce()
     {
         QFETCH(QList<QByteArray>, pieces);
         QFETCH(QString, atOnce);
         QFETCH(QString, bySilence);
-        DeviceRig rig;
-        rig.linkWithCode(SingleBraces);
+        LinkedRig rig;
         rig.device->setCvDownloadDelegate(rig.told);
         rig.device->getFile(u"A"_s, PlainTransfer);
         rig.told->take();
@@ -267,7 +251,6 @@ private slots:
         row("behind other text", "noise{{PC\x2c}}"_ba, 3, "{VER}{X}"_ba, QStringList());
         row("nothing behind it", "{PC"_ba, 1, "{{PCR}}{{X}}"_ba, QStringList());
     }
-
     void linkReplySelectsTypeAndBraces()
     {
         QFETCH(QByteArray, reply);
@@ -295,7 +278,6 @@ private slots:
         row("mixed case", "{Pc\x01}"_ba);
         row("huge", QByteArray(5000, '{'));
     }
-
     void noLinkReplyEndsTheAttempt()
     {
         QFETCH(QByteArray, reply);
@@ -318,7 +300,6 @@ private slots:
         row("type 3", 34, QList<QByteArray>{}, DeviceRig::defaultVersion());
         row("type 1", 1, QList<QByteArray>{DeviceRig::pcrReply(), DeviceRig::defaultVersion()}, QByteArray());
     }
-
     void identificationNeedsAConnectedPeripheral()
     {
         QFETCH(int, code);
@@ -342,9 +323,7 @@ private slots:
 
     void freeIsAnsweredByNothing()
     {
-        DeviceRig rig;
-        rig.linkWithCode(SingleBraces);
-        rig.told->take();
+        LinkedRig rig;
         rig.device->sendWaitCommand(6);
         rig.told->take();
         rig.reply("1234");
@@ -356,9 +335,7 @@ private slots:
 
     void soundGoesOutOnRequest()
     {
-        DeviceRig rig;
-        rig.linkWithCode(SingleBraces);
-        rig.drain();
+        LinkedRig rig;
         QByteArray block;
         for (int i = 0; i < 45; ++i)
             block.append(static_cast<char>('A' + i));
@@ -405,27 +382,20 @@ private slots:
                  1);
     }
 
-    void notificationsOfAnySizeAreWhole_data()
-    {
-        QTest::addColumn<int>("size");
-        for (const int size : {0, 1, 31, 32, 33, 512})
-            QTest::addRow("%d", size) << size;
-    }
-
     void notificationsOfAnySizeAreWhole()
     {
-        QFETCH(int, size);
-        DeviceRig rig;
-        rig.identify();
-        const QByteArray bytes(size, 'x');
-        rig.peripheral->notify(bytes);
-        QCOMPARE(rig.told->take(),
-                 size == 0 ? QStringList() : QStringList{u"live "_s + QString::fromLatin1(bytes)});
-        rig.device->setCvDownloadDelegate(rig.told);
-        rig.device->getFile(u"A"_s, PlainTransfer);
-        rig.peripheral->notify(bytes);
-        rig.peripheral->notify("{PC\xFD}");
-        QVERIFY(rig.told->events.contains(u"downloaded "_s + QString::fromLatin1(bytes)));
+        for (const int size : {0, 1, 31, 32, 33, 512}) {
+            DeviceRig rig;
+            rig.identify();
+            const QString text(size, u'x');
+            rig.peripheral->notify(text.toLatin1());
+            QCOMPARE(rig.told->take(), size == 0 ? QStringList() : QStringList{QString(u"live "_s + text)});
+            rig.device->setCvDownloadDelegate(rig.told);
+            rig.device->getFile(u"A"_s, PlainTransfer);
+            rig.peripheral->notify(text.toLatin1());
+            rig.peripheral->notify("{PC\xFD}");
+            QVERIFY(rig.told->events.contains(u"downloaded "_s + text));
+        }
     }
 
     void uploadEndsOnFirstConfirmationWithAnEmptyQueue_data()
@@ -438,7 +408,6 @@ private slots:
         row("queued", 50,
             QList<QStringList>{{u"upload 0.4"_s}, {u"upload 0.8"_s}, {u"upload 1"_s}, end, {}, {}, {}});
     }
-
     void uploadEndsOnFirstConfirmationWithAnEmptyQueue()
     {
         QFETCH(int, length);
