@@ -28,6 +28,9 @@ ScreenView {
         anchors.right: parent.right
         anchors.top: parent.top
         anchors.topMargin: screen.topInset
+        Accessible.ignored: true
+        ScrollBar.horizontal.Accessible.ignored: true
+        ScrollBar.vertical.Accessible.ignored: true
         contentWidth: availableWidth
 
         TextArea {

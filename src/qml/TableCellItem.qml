@@ -35,7 +35,7 @@ Item {
     readonly property bool showsDelete: table.editing && deletable
     // A colon that parts label and value for the eye is a comma for the ear.
     readonly property string spokenLabel: text.replace(/:+$/, "")
-    readonly property string spokenName: accessibleName !== "" ? accessibleName : detail === "" ? spokenLabel : spokenLabel + ", " + detail
+    readonly property string spokenName: accessibleName !== "" ? accessibleName : text === "" && controlCount > 0 ? controls[0].title : detail === "" ? spokenLabel : spokenLabel + ", " + detail
 
     // What Enter does: the row's own action, else that of its first control.
     function activate(): bool {

@@ -193,13 +193,23 @@ class Program:
             for i in reversed(range(node.get_child_count())):
                 stack.append(node.get_child_at_index(i))
 
+    def top(self):
+        """The dialog above all others, else the window."""
+        frame = self.app.get_child_at_index(0)
+        children = [frame.get_child_at_index(i) for i in range(frame.get_child_count())]
+        dialogs = [child for child in children if child and child.get_role_name() == "dialog" and self.showing(child)]
+        return dialogs[-1] if dialogs else frame
+
     @staticmethod
     def showing(node):
         return node.get_state_set().contains(Atspi.StateType.SHOWING)
 
     def find(self, name=None, role=None, root=None):
-        """The first showing node of that name (or beginning of a name, with "..." at the end) and role; else None."""
-        for node in self.nodes(root):
+        """The first showing node of that name (or beginning of a name, with "..." at the end) and role; else None.
+
+        What stands under a sheet or a question cannot be used, so it is not looked at.
+        """
+        for node in self.nodes(root or self.top()):
             if role is not None and node.get_role_name() != role:
                 continue
             if name is not None and not matches(node.get_name(), name):
@@ -233,6 +243,10 @@ class Program:
 
     def names(self, role):
         return [node.get_name() for node in self.nodes() if node.get_role_name() == role and self.showing(node)]
+
+    def text_of(self, name):
+        node = self.find(name, "text")
+        return Atspi.Text.get_text(node, 0, -1) if node else ""
 
     # Doing
 
@@ -277,7 +291,16 @@ class Program:
     def shot_of(self, name):
         """A picture of the screen as it stands, once it has come to rest."""
         self.shots.mkdir(parents=True, exist_ok=True)
-        self.shot(self.shots / f"{name}.png")
+        file = self.shots / f"{name}.png"
+        last = None
+        # What turns for ever never rests.
+        for _ in range(4):
+            self.shot(file)
+            now = file.read_bytes()
+            if now == last:
+                break
+            last = now
+            time.sleep(STEP * 3)
 
     def shot(self, file):
         width, height = self.size
