@@ -869,7 +869,7 @@
     </message>
     <message id="Please wait...">
         <source>Please wait…</source>
-        <translation>Please wait…</translation>
+        <translation>Please wait...</translation>
     </message>
     <message id="1.1">
         <source>Delete this user?</source>
@@ -905,7 +905,7 @@
     </message>
     <message id="1.9">
         <source>Only if it is another, for example Mrs Lee</source>
-        <translation>Only if it is another, for example Mrs Lee</translation>
+        <translation>Such as Mrs Lee</translation>
     </message>
     <message id="1.10">
         <source>Move to the archive</source>

@@ -49,7 +49,7 @@ Dialog {
     header: null
     height: isCard ? Math.min(parent.height - Theme.unit * 8, Theme.sheetHeight) : parent.height
     modal: true
-    padding: 0
+    padding: isCard ? (background as Rectangle).border.width : 0
     width: isCard ? Math.min(parent.width - Theme.unit * 8, Theme.sheetWidth) : parent.width
     x: (parent.width - width) / 2
     y: restY

@@ -12,9 +12,11 @@ Item {
     readonly property bool isPair: cell.style === TableCell.Value1 || cell.style === TableCell.Value2
     readonly property bool isSmallLabel: cell.style === TableCell.Value2
     readonly property double labelWidth: isSmallLabel ? Math.min(160 * Theme.textScale, width * 0.32) : Math.max(0, width - second.implicitWidth - Theme.gap)
+    // A label of several words may take two lines; one word is never broken.
+    readonly property double labelLines: Theme.largeText || !cell.text.includes(" ") ? 1 : 1.6
     readonly property bool controlsBelow: controlsWidth > 0 && (isSmallLabel ? labelWidth : first.implicitWidth) + second.implicitWidth + controlsWidth + Theme.gap + Theme.unit > width
     readonly property double room: width - (controlsBelow || controlsWidth === 0 ? 0 : controlsWidth + Theme.unit)
-    readonly property bool stacked: !isPair || (isSmallLabel ? first.implicitWidth > labelWidth * 1.6 || (Theme.largeText && labelWidth + second.implicitWidth + Theme.gap > room) : first.implicitWidth + second.implicitWidth + Theme.gap > room)
+    readonly property bool stacked: !isPair || (isSmallLabel ? first.implicitWidth > labelWidth * labelLines || (Theme.largeText && labelWidth + second.implicitWidth + Theme.gap > room) : first.implicitWidth + second.implicitWidth + Theme.gap > room)
     readonly property double textHeight: stacked ? first.height + (second.visible ? second.height + 2 : 0) : Math.max(first.height, second.height)
     readonly property double controlsTop: textHeight + Theme.half
     readonly property int lines: Theme.largeText ? 6 : 2

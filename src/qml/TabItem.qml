@@ -9,6 +9,8 @@ Item {
     property string title: ""
     required property string image
     required property bool selected
+    // A rail has room for two lines, and little for long words.
+    property bool wraps: false
 
     signal chosen
 
@@ -61,7 +63,9 @@ Item {
         font.bold: tab.selected
         font.pixelSize: Math.min(Theme.noteSize, 22)
         horizontalAlignment: Text.AlignHCenter
+        maximumLineCount: tab.wraps ? 2 : 1
         text: tab.title
+        wrapMode: tab.wraps ? Text.Wrap : Text.NoWrap
     }
     MouseArea {
         id: press

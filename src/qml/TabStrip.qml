@@ -48,6 +48,7 @@ Rectangle {
                 image: strip.controller.tabImage(index)
                 selected: strip.controller.selectedIndex === index
                 width: strip.cellWidth
+                wraps: strip.vertical || Theme.largeText
 
                 onChosen: strip.selectAndFocus(index)
                 Keys.onLeftPressed: strip.selectAndFocus(index - 1)

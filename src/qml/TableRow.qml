@@ -53,6 +53,20 @@ TableCellItem {
             width: parent.width - Theme.cardBorder * 2
             x: Theme.cardBorder
             y: tableRow.isFirst ? parent.height - height : 0
+
+            // The card's own border goes round the corner here.
+            Repeater {
+                model: Theme.cardBorder > 0 ? [-Theme.cardBorder, parent.width] : []
+
+                Rectangle {
+                    required property double modelData
+
+                    color: Theme.separator
+                    height: parent.height
+                    width: Theme.cardBorder
+                    x: modelData
+                }
+            }
         }
         MouseArea {
             id: press
