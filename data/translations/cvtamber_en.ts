@@ -523,9 +523,9 @@
         <source>Corvane</source>
         <translation>Corvane</translation>
     </message>
-    <message id="%@ is larger than 16 MB and was not opened.">
-        <source>%@ is larger than 16 MB and was not opened.</source>
-        <translation>%@ is larger than 16 MB and was not opened.</translation>
+    <message id="%@ is larger than 2 MB and was not opened.">
+        <source>%@ is larger than 2 MB and was not opened.</source>
+        <translation>%@ is larger than 2 MB and was not opened.</translation>
     </message>
     <message id="%@ does not hold text that can be read.">
         <source>%@ does not hold text that can be read.</source>
@@ -1014,6 +1014,10 @@
     <message id="The attachment is empty, because it cannot hold all characters of the text.">
         <source>The attachment is empty, because it cannot hold all characters of the text.</source>
         <translation>The attachment is empty, because it cannot hold all characters of the text.</translation>
+    </message>
+    <message id="%@ more could not be opened.">
+        <source>%@ more could not be opened.</source>
+        <translation>%@ more could not be opened.</translation>
     </message>
 </context>
 </TS>

@@ -5,6 +5,7 @@
 #include "base/Locations.h"
 #include "base/SystemLog.h"
 #include "base/TaskRunner.h"
+#include "base/VisibleText.h"
 #include "store/CoordinatedFiles.h"
 #include "store/FileCoordinator.h"
 #include "store/StoreNames.h"
@@ -127,12 +128,13 @@ void Inbox::copyNext()
 void Inbox::fileRead(const QString &path, const ReadResult &read)
 {
     const QString name = FileURL::file(path).lastPathComponent();
+    const QString shown = visibleText(name);
     if (std::max<qint64>(read.stamp.size, read.bytes.size()) > LargestImport)
-        refuse(localizedFormat("%@ is larger than 16 MB and was not opened.", name));
+        refuse(localizedFormat("%@ is larger than 2 MB and was not opened.", shown));
     else if (!read.ok())
-        refuse(localizedFormat("%@ could not be opened.", name) % u" ("_s % read.message % u')');
+        refuse(localizedFormat("%@ could not be opened.", shown) % u" ("_s % read.message % u')');
     else if (const FileResult made = _store.disk.makeFolders(_folder); !made.ok())
-        refuse(localizedFormat("%@ could not be taken over.", name) % u" ("_s % made.message % u')');
+        refuse(localizedFormat("%@ could not be taken over.", shown) % u" ("_s % made.message % u')');
     else
         write(name, read.bytes, 1);
 }
@@ -150,8 +152,8 @@ void Inbox::write(const QString &name, const QByteArray &bytes, int attempt)
                 return;
             }
             if (!result.ok()) {
-                refuse(localizedFormat("%@ could not be taken over.", name) % u" ("_s % result.message %
-                       u')');
+                refuse(localizedFormat("%@ could not be taken over.", visibleText(name)) % u" ("_s %
+                       result.message % u')');
                 return;
             }
             _copies.push_back(copy);
@@ -171,6 +173,8 @@ void Inbox::copyEnded()
     _isCopying = false;
     giveOut();
     copyNext();
+    if (!isCopying() && _receiver.copied)
+        _receiver.copied();
 }
 
 } // namespace cvtamber

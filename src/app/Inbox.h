@@ -32,6 +32,8 @@ public:
         std::function<void(const FileURL &copy)> take;
         // A sentence for the person.
         std::function<void(const QString &sentence)> refused;
+        // Of all that was handed over, every file has been copied or refused.
+        std::function<void()> copied;
     };
 
     Inbox(StoreContext &store, TaskRunner &tasks, Locations &locations);
@@ -48,8 +50,9 @@ public:
     void handOver(const QStringList &paths);
     // Gives the next copies out, as far as the receiver takes them.
     void giveOut();
+    bool isCopying() const { return _isCopying || !_waiting.empty(); }
     // Nothing waits and nothing is being copied.
-    bool isIdle() const { return _waiting.empty() && _copies.empty() && !_isCopying; }
+    bool isIdle() const { return _copies.empty() && !isCopying(); }
 
 private:
     void copyNext();

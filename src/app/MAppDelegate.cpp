@@ -72,7 +72,8 @@ bool MAppDelegate::applicationDidFinishLaunchingWithOptions(const std::optional<
     _services.store.problems.setObserver(_notices);
     _inbox.setReceiver({[this] { return _tabController || _docToOpenURL.isNil(); },
                         [this](const FileURL &copy) { applicationOpenURL(copy, {}); },
-                        [this](const QString &sentence) { _services.presenter.showNotice(sentence); }});
+                        [this](const QString &sentence) { _refusals.append(sentence); },
+                        [this] { tellRefusals(); }});
     prepareDefaults();
     locateStore();
     return true;
@@ -228,6 +229,7 @@ void MAppDelegate::tearDown()
 {
     _presentLater.cancel();
     _imports.clear();
+    _refusals.clear();
     _inbox.setReceiver({});
     MGlobals::setCurrentActiveUser(nullptr);
     MGlobals::setTabBarController(nullptr);

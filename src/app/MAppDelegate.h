@@ -68,8 +68,9 @@ public:
     void applicationWillTerminate() {}
     void applicationDidBecomeActive();
 
-    // Files of other programs, absolute paths: each is copied to the Inbox and then opened from there.
-    void handOver(const QStringList &paths) { _inbox.handOver(paths); }
+    // Files of other programs, absolute paths: each is copied to the Inbox and then opened from there. What is named beside
+    // them and is no file of this computer is told.
+    void handOver(const QStringList &paths, const QStringList &others = {});
     // A file in the Inbox. Always true.
     bool applicationOpenURL(const FileURL &url, const QString &sourceApplication);
     // Shows the text in an editor of its own; one after the other.
@@ -104,6 +105,7 @@ private:
     void presentImports();
     bool presentImport(TabBarController &tabs, const FileURL &url);
     void importShown(const FileURL &url);
+    void tellRefusals();
     void dismissPresented(std::function<void()> completion);
     // The document that waits, as UTF-8; null when it is none.
     QString waitingText();
@@ -123,6 +125,8 @@ private:
     bool _isLocating = false;
     // The first one is being presented or waits until nothing else is.
     std::deque<FileURL> _imports;
+    // Sentences about files that cannot be opened, told together once all have been looked at.
+    QStringList _refusals;
     DelayedCall _presentLater;
 };
 

@@ -4,6 +4,7 @@
 #include "app/MGlobals.h"
 #include "app/TextImport.h"
 #include "base/UserDefaults.h"
+#include "base/VisibleText.h"
 #include "store/CoordinatedFiles.h"
 #include "store/FileCoordinator.h"
 #include "store/StoreDisk.h"
@@ -28,6 +29,8 @@ namespace {
 
 // How often it is looked whether what covers the tabs has gone, while a file waits.
 constexpr std::chrono::seconds PresentationRetry{1};
+// More sentences in one notice than these nobody reads.
+constexpr qsizetype MostRefusalsTold = 3;
 
 struct SwitchOutcome
 {
@@ -51,7 +54,7 @@ QString whyNotImported(const QString &name, const ImportedText &import)
 {
     switch (import.outcome) {
     case ImportedText::Outcome::TooLarge:
-        return localizedFormat("%@ is larger than 16 MB and was not opened.", name);
+        return localizedFormat("%@ is larger than 2 MB and was not opened.", name);
     case ImportedText::Outcome::NotText:
         return localizedFormat("%@ does not hold text that can be read.", name);
     default:
@@ -60,6 +63,27 @@ QString whyNotImported(const QString &name, const ImportedText &import)
 }
 
 } // namespace
+
+void MAppDelegate::handOver(const QStringList &paths, const QStringList &others)
+{
+    for (const QString &other : others)
+        _refusals.append(
+            localizedFormat("%@ is not on this computer and was not opened.", visibleText(other)));
+    _inbox.handOver(paths);
+    tellRefusals();
+}
+
+// A notice takes the place of the one before it.
+void MAppDelegate::tellRefusals()
+{
+    if (_refusals.isEmpty() || _inbox.isCopying())
+        return;
+    QStringList told = std::exchange(_refusals, {});
+    if (const qsizetype more = told.size() - MostRefusalsTold; more > 0)
+        told = told.first(MostRefusalsTold)
+               << localizedFormat("%@ more could not be opened.", QString::number(more));
+    _services.presenter.showNotice(told.join(u' '));
+}
 
 bool MAppDelegate::applicationOpenURL(const FileURL &url, const QString &sourceApplication)
 {
@@ -92,15 +116,17 @@ void MAppDelegate::presentImports()
         _presentLater.cancel();
     else
         _presentLater.start(PresentationRetry, [this] { presentImports(); });
+    tellRefusals();
 }
 
-// False when there is nothing to show, which has been told.
+// False when there is nothing to show; the copy has gone then.
 bool MAppDelegate::presentImport(TabBarController &tabs, const FileURL &url)
 {
     const ImportedText import =
         readTextFile(_services.store.disk, url, _services.preferredLanguages().value(0));
     if (!import.ok()) {
-        _services.presenter.showNotice(whyNotImported(url.lastPathComponent(), import));
+        _refusals.append(whyNotImported(visibleText(url.lastPathComponent()), import));
+        removeHandedOver(url);
         return false;
     }
     const auto editor = std::make_shared<MTextEditViewController>(*_context);

@@ -5,6 +5,7 @@
 #include "store/StoreDisk.h"
 
 #include <QStringDecoder>
+#include <QTextBoundaryFinder>
 
 namespace cvtamber {
 
@@ -35,6 +36,20 @@ StringEncoding codePageOf(const QString &preferredLanguage)
     return StringEncoding::WindowsCP1252;
 }
 
+bool hasTooLongWord(const QString &text)
+{
+    if (text.size() <= LongestWord)
+        return false;
+    QTextBoundaryFinder breaks(QTextBoundaryFinder::Line, text);
+    qsizetype last = 0;
+    for (qsizetype next = breaks.toNextBoundary(); next >= 0; next = breaks.toNextBoundary()) {
+        if (next - last > LongestWord)
+            return true;
+        last = next;
+    }
+    return false;
+}
+
 } // namespace
 
 QString textOfBytes(QByteArrayView bytes, const QString &preferredLanguage)
@@ -56,7 +71,7 @@ ImportedText readTextFile(const StoreDisk &disk, const FileURL &url, const QStri
     if (!read.ok())
         return {Outcome::Unreadable, {}, read.message};
     QString text = textOfBytes(read.bytes, preferredLanguage);
-    if (text.isNull() || text.contains(QChar(u'\0')))
+    if (text.isNull() || text.contains(QChar(u'\0')) || hasTooLongWord(text))
         return {Outcome::NotText, {}, {}};
     return {Outcome::Ok, std::move(text), {}};
 }

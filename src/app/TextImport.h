@@ -10,8 +10,12 @@ namespace cvtamber {
 
 class StoreDisk;
 
-// The largest file that is taken in: 16 MiB, some eight thousand pages of braille.
-inline constexpr qint64 LargestImport = qint64{16} * 1024 * 1024;
+// The largest file that is taken in: 2 MiB, some two thousand pages of braille. The window stands still for about a second per MiB
+// while a text is laid out.
+inline constexpr qint64 LargestImport = qint64{2} * 1024 * 1024;
+// The most characters in a row without a place for a line break. What has more is no writing, and the time to lay it out grows
+// with its square.
+inline constexpr qsizetype LongestWord = 4096;
 
 // What became of a handed-over file.
 struct ImportedText
@@ -20,7 +24,7 @@ struct ImportedText
         Ok,
         Unreadable,
         TooLarge,
-        // Neither UTF-8 nor the language's code page, or with zero characters: no text.
+        // Neither UTF-8 nor the language's code page, with zero characters, or with a word that is too long: no text.
         NotText,
     };
 

@@ -149,9 +149,7 @@ void CVTamberApplication::launch(const std::optional<LaunchOptions> &options)
 void CVTamberApplication::openFiles(const QStringList &paths, const QStringList &others)
 {
     launch(LaunchOptions{paths});
-    for (const QString &other : others)
-        _presenter->showNotice(localizedFormat("%@ is not on this computer and was not opened.", other));
-    _delegate->handOver(paths);
+    _delegate->handOver(paths, others);
 }
 
 void CVTamberApplication::performAction(const QString &name)

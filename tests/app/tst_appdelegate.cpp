@@ -212,14 +212,14 @@ private slots:
         QVERIFY(!bench.hasLocal(u"Inbox/My letter.v2.txt"_s));
     }
 
-    void whatCannotBeImportedIsToldAndKept_data()
+    void whatCannotBeImportedIsToldAndItsCopyRemoved_data()
     {
         columns<QByteArray>("bytes");
         row("undecodable", QByteArray("\x81\x8D"));
         row("binary", QByteArray("\0\1\2", 3));
         row("too large", QByteArray(LargestImport + 1, 'x'));
     }
-    void whatCannotBeImportedIsToldAndKept()
+    void whatCannotBeImportedIsToldAndItsCopyRemoved()
     {
         QFETCH(QByteArray, bytes);
         AppBench bench;
@@ -230,7 +230,37 @@ private slots:
         QVERIFY(!bench.editor());
         QCOMPARE(bench.presenter->notices().size(), 1);
         QCOMPARE(bench.presenter->alertCount(), 0U);
-        QVERIFY(bench.hasLocal(u"Inbox/Odd.txt"_s));
+        QVERIFY(!bench.hasLocal(u"Inbox/Odd.txt"_s));
+    }
+
+    void allThatCannotBeImportedIsToldAtOnce_data()
+    {
+        columns<int, int, QString>("missing", "binary", "last");
+        row("of both kinds", 1, 1, u"b0.txt does not hold text that can be read."_s);
+        row("more than are told", 3, 4, u"5 more could not be opened."_s);
+    }
+    void allThatCannotBeImportedIsToldAtOnce()
+    {
+        QFETCH(int, missing);
+        QFETCH(int, binary);
+        QFETCH(QString, last);
+        AppBench bench;
+        bench.launchWhole();
+        QStringList paths;
+        for (int i = 0; i < missing; ++i)
+            paths.append(bench.rig.path(u'm' % QString::number(i)));
+        for (int i = 0; i < binary; ++i) {
+            const QString name = u'b' % QString::number(i) % u".txt"_s;
+            bench.rig.put(name, QByteArray("\0", 1));
+            paths.append(bench.rig.path(name));
+        }
+        bench.delegate->handOver(paths, {u"https://example.org/a"_s});
+        bench.rig.settle();
+        QCOMPARE(bench.presenter->notices().size(), 1);
+        QVERIFY(bench.presenter->notices().first().startsWith(u"https://example.org/a is not on this"));
+        QVERIFY2(bench.presenter->notices().first().endsWith(last),
+                 qPrintable(bench.presenter->notices().first()));
+        QVERIFY(bench.rig.has(u"b0.txt"_s));
     }
 
     void aFileThatHasVanishedIsTold()

@@ -25,7 +25,8 @@ public:
                                texts.append(rig.disk.read(copy).bytes);
                                ready = !takesOneOnly;
                            },
-                           [this](const QString &sentence) { refusals.append(sentence); }});
+                           [this](const QString &sentence) { refusals.append(sentence); },
+                           [this] { refusedAtEnds.append(refusals.size()); }});
     }
     QStringList inInbox() const
     {
@@ -41,6 +42,8 @@ public:
     QStringList taken;
     QByteArrayList texts;
     QStringList refusals;
+    // How many files had been refused at each end of the copying.
+    QList<qsizetype> refusedAtEnds;
 };
 
 } // namespace
@@ -114,6 +117,7 @@ private slots:
         bench.inbox.handOver({path, bench.rig.path(u"Good.txt"_s)});
         bench.rig.settle();
         QCOMPARE(bench.refusals.size(), 1);
+        QCOMPARE(bench.refusedAtEnds, QList<qsizetype>{1});
         QVERIFY(bench.refusals.first().contains(u"Odd.txt"));
         QCOMPARE(bench.taken, QStringList{u"Good.txt"_s});
     }

@@ -40,6 +40,25 @@ private slots:
         QCOMPARE(result.isNull(), text.isNull());
     }
 
+    void aWordWithoutEndIsNoText_data()
+    {
+        columns<QByteArray, bool>("bytes", "isText");
+        const QByteArray longest(LongestWord, 'x');
+        row("longest", longest, true);
+        row("longer", longest + 'x', false);
+        row("longer, after others", "two words " + longest + "x\n", false);
+        row("two of the longest", longest.chopped(1) + '\n' + longest, true);
+        row("Chinese without blanks", QString(LongestWord + 1, u'盲').toUtf8(), true);
+    }
+    void aWordWithoutEndIsNoText()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(bool, isText);
+        StoreRig rig;
+        rig.put(u"text.txt"_s, bytes);
+        QCOMPARE(readTextFile(rig.disk, rig.file(u"text.txt"_s), u"en"_s).ok(), isText);
+    }
+
     void aFileIsReadOrToldWhyNot()
     {
         using Outcome = ImportedText::Outcome;
@@ -47,7 +66,7 @@ private slots:
         const auto outcome = [&rig](const QString &name) {
             return readTextFile(rig.disk, rig.file(name), u"en"_s).outcome;
         };
-        rig.put(u"whole.txt"_s, QByteArray(LargestImport, 'x'));
+        rig.put(u"whole.txt"_s, QByteArray(LargestImport, '\n'));
         rig.put(u"larger.txt"_s, QByteArray(LargestImport + 1, 'x'));
         rig.put(u"binary.txt"_s, QByteArray("\x7F"
                                             "ELF\0\1",
