@@ -579,22 +579,6 @@
         <source>Documents are kept on this computer.</source>
         <translation>Documents are kept on this computer.</translation>
     </message>
-    <message id="A cloud folder has not been chosen yet. Choose one, or turn the switch off to go back to the documents on this computer.">
-        <source>A cloud folder has not been chosen yet. Choose one, or turn the switch off to go back to the documents on this computer.</source>
-        <translation>A cloud folder has not been chosen yet. Choose one, or turn the switch off to go back to the documents on this computer.</translation>
-    </message>
-    <message id="The cloud folder is not there. Start the program that keeps it up to date, choose another folder, or turn the switch off to go back to the documents on this computer.">
-        <source>The cloud folder is not there. Start the program that keeps it up to date, choose another folder, or turn the switch off to go back to the documents on this computer.</source>
-        <translation>The cloud folder is not there. Start the program that keeps it up to date, choose another folder, or turn the switch off to go back to the documents on this computer.</translation>
-    </message>
-    <message id="Nothing can be written to the cloud folder. Choose another folder, or turn the switch off to go back to the documents on this computer.">
-        <source>Nothing can be written to the cloud folder. Choose another folder, or turn the switch off to go back to the documents on this computer.</source>
-        <translation>Nothing can be written to the cloud folder. Choose another folder, or turn the switch off to go back to the documents on this computer.</translation>
-    </message>
-    <message id="Documents are kept in the cloud folder. CVTamber goes over to it when its window comes to the front.">
-        <source>Documents are kept in the cloud folder. CVTamber goes over to it when its window comes to the front.</source>
-        <translation>Documents are kept in the cloud folder. CVTamber goes over to it when its window comes to the front.</translation>
-    </message>
     <message id="Keep documents in the cloud">
         <source>Keep documents in the cloud</source>
         <translation>Keep documents in the cloud</translation>
@@ -1018,6 +1002,46 @@
     <message id="%@ more could not be opened.">
         <source>%@ more could not be opened.</source>
         <translation>%@ more could not be opened.</translation>
+    </message>
+    <message id="Documents cannot be kept on this computer, because nothing can be written to %@.">
+        <source>Documents cannot be kept on this computer, because nothing can be written to %@.</source>
+        <translation>Documents cannot be kept on this computer, because nothing can be written to %@.</translation>
+    </message>
+    <message id="A cloud folder has not been chosen yet.">
+        <source>A cloud folder has not been chosen yet.</source>
+        <translation>A cloud folder has not been chosen yet.</translation>
+    </message>
+    <message id="The cloud folder is not there.">
+        <source>The cloud folder is not there.</source>
+        <translation>The cloud folder is not there.</translation>
+    </message>
+    <message id="Nothing can be written to the cloud folder.">
+        <source>Nothing can be written to the cloud folder.</source>
+        <translation>Nothing can be written to the cloud folder.</translation>
+    </message>
+    <message id="Documents are kept in the cloud folder.">
+        <source>Documents are kept in the cloud folder.</source>
+        <translation>Documents are kept in the cloud folder.</translation>
+    </message>
+    <message id="A cloud folder lets you use them on other devices too.">
+        <source>A cloud folder lets you use them on other devices too.</source>
+        <translation>A cloud folder lets you use them on other devices too.</translation>
+    </message>
+    <message id="Put that right, or keep the documents in a cloud folder.">
+        <source>Put that right, or keep the documents in a cloud folder.</source>
+        <translation>Put that right, or keep the documents in a cloud folder.</translation>
+    </message>
+    <message id="Start your cloud program, choose another folder, or turn the switch off to go back to the documents on this computer.">
+        <source>Start your cloud program, choose another folder, or turn the switch off to go back to the documents on this computer.</source>
+        <translation>Start your cloud program, choose another folder, or turn the switch off to go back to the documents on this computer.</translation>
+    </message>
+    <message id="Choose a folder, or turn the switch off to go back to the documents on this computer.">
+        <source>Choose a folder, or turn the switch off to go back to the documents on this computer.</source>
+        <translation>Choose a folder, or turn the switch off to go back to the documents on this computer.</translation>
+    </message>
+    <message id="CVTamber goes over to it when its window comes to the front.">
+        <source>CVTamber goes over to it when its window comes to the front.</source>
+        <translation>CVTamber goes over to it when its window comes to the front.</translation>
     </message>
 </context>
 </TS>

@@ -9,6 +9,7 @@
 #include "base/UserDefaults.h"
 #include "device/CVBluetoothManager.h"
 #include "device_ui/CVDeviceTableViewController.h"
+#include "store/StoreDisk.h"
 #include "store/StoreProblems.h"
 #include "store/TamberStorage.h"
 #include "store/TamberUsers.h"
@@ -197,11 +198,15 @@ void MAppDelegate::applicationDidBecomeActive()
     showRegistries();
 }
 
-// Nothing while there is a store.
+// Nothing while there is a store. One whose folder has gone is none: what is written would make a new folder in the old place.
 void MAppDelegate::lookForStoreAgain()
 {
-    if (gTamberStorage || !_tabController)
+    if (!_tabController || (gTamberStorage && _services.store.disk.isFolder(gTamberStorage->storeURL())))
         return;
+    if (gTamberStorage) {
+        closeStorage();
+        showRegistries();
+    }
     const bool isCloud = _services.defaults.boolValue(CloudOn);
     makeStorage(_services.store, isCloud ? ubiquotusStorageURL() : localStorageURL());
     if (!gTamberStorage)

@@ -3,6 +3,7 @@
 
 #include "base/Locations.h"
 #include "base/UserDefaults.h"
+#include "base/VisibleText.h"
 #include "ui/Texts.h"
 
 #include <QDir>
@@ -50,6 +51,11 @@ void SettingsViewController::viewDidLoad()
 
 void SettingsViewController::viewWillAppear()
 {
+    refresh();
+}
+
+void SettingsViewController::refresh()
+{
     _defaults.synchronize();
     reloadData();
 }
@@ -76,14 +82,15 @@ QString SettingsViewController::cloudFolder() const
 
 SettingsViewController::Status SettingsViewController::status() const
 {
+    const auto isUsable = [](const QFileInfo &folder) { return folder.isDir() && folder.isWritable(); };
     if (!_defaults.boolValue(CloudOn))
-        return Status::Local;
-    const QFileInfo folder(cloudFolder());
+        return isUsable(QFileInfo(_locations.documentsFolder())) ? Status::Local : Status::LocalUnusable;
     if (cloudFolder().isEmpty())
         return Status::NothingChosen;
+    const QFileInfo folder(cloudFolder());
     if (!folder.isDir())
         return Status::Missing;
-    return folder.isWritable() ? Status::Cloud : Status::NotWritable;
+    return isUsable(folder) ? Status::Cloud : Status::NotWritable;
 }
 
 QString SettingsViewController::statusText() const
@@ -91,21 +98,41 @@ QString SettingsViewController::statusText() const
     switch (status()) {
     case Status::Local:
         return localized("Documents are kept on this computer.");
+    case Status::LocalUnusable:
+        return localizedFormat(
+            "Documents cannot be kept on this computer, because nothing can be written to %@.",
+            visibleText(_locations.documentsFolder()));
     case Status::NothingChosen:
-        return localized("A cloud folder has not been chosen yet. Choose one, or turn the switch off to go "
-                         "back to the documents on this computer.");
+        return localized("A cloud folder has not been chosen yet.");
     case Status::Missing:
-        return localized("The cloud folder is not there. Start the program that keeps it up to date, choose "
-                         "another folder, or turn the switch off to go back to the documents on this "
-                         "computer.");
+        return localized("The cloud folder is not there.");
     case Status::NotWritable:
-        return localized("Nothing can be written to the cloud folder. Choose another folder, or turn the "
-                         "switch off to go back to the documents on this computer.");
+        return localized("Nothing can be written to the cloud folder.");
     case Status::Cloud:
         break;
     }
-    return localized("Documents are kept in the cloud folder. CVTamber goes over to it when its window comes "
-                     "to the front.");
+    return localized("Documents are kept in the cloud folder.");
+}
+
+QString SettingsViewController::adviceText() const
+{
+    switch (status()) {
+    case Status::Local:
+        return localized("A cloud folder lets you use them on other devices too.");
+    case Status::LocalUnusable:
+        return localized("Put that right, or keep the documents in a cloud folder.");
+    case Status::Missing:
+        return localized(
+            "Start your cloud program, choose another folder, or turn the switch off to go back to the "
+            "documents on this computer.");
+    case Status::NothingChosen:
+    case Status::NotWritable:
+        return localized(
+            "Choose a folder, or turn the switch off to go back to the documents on this computer.");
+    case Status::Cloud:
+        break;
+    }
+    return localized("CVTamber goes over to it when its window comes to the front.");
 }
 
 TableCell SettingsViewController::cellForRow(IndexPath path) const
@@ -123,13 +150,12 @@ TableCell SettingsViewController::cellForRow(IndexPath path) const
     } else if (path.row == FolderRow) {
         cell.style = TableCell::Style::Subtitle;
         cell.text = localized("Cloud folder");
-        cell.detail = cloudFolder().isEmpty() ? localized("Not chosen yet") : cloudFolder();
+        cell.detail = cloudFolder().isEmpty() ? localized("Not chosen yet") : visibleText(cloudFolder());
         cell.accessory = TableCell::Accessory::Disclosure;
     } else {
-        cell.style = TableCell::Style::Subtitle;
-        cell.detail = statusText();
+        cell.style = TableCell::Style::Centered;
+        cell.text = path.row == StatusRow ? statusText() : adviceText();
         cell.canHighlight = false;
-        cell.accessibleName = cell.detail;
     }
     return cell;
 }
@@ -139,9 +165,13 @@ void SettingsViewController::controlActivated(IndexPath, int control, bool on)
     if (control != CloudSwitch || on == _defaults.boolValue(CloudOn))
         return;
     _defaults.setValue(CloudOn, on);
-    reloadRow({0, SwitchRow});
-    reloadRow({0, StatusRow});
-    presenter().announce(statusText());
+    tellStatus();
+}
+
+void SettingsViewController::tellStatus()
+{
+    refresh();
+    presenter().announce(statusText() % u' ' % adviceText());
 }
 
 void SettingsViewController::didSelectRow(IndexPath path)
@@ -172,7 +202,7 @@ void SettingsViewController::chooseFolder(const QString &typed)
 {
     const QString path = absolutePath(typed);
     if (path.isEmpty() || !QFileInfo(path).isDir()) {
-        presenter().showNotice(localizedFormat("%@ is not a folder.", typed.trimmed()));
+        presenter().showNotice(localizedFormat("%@ is not a folder.", visibleText(typed.trimmed())));
         return;
     }
     const QString own = QFileInfo(_locations.documentsFolder()).canonicalFilePath();
@@ -183,9 +213,7 @@ void SettingsViewController::chooseFolder(const QString &typed)
         return;
     }
     _defaults.setValue(CloudFolder, path);
-    reloadRow({0, FolderRow});
-    reloadRow({0, StatusRow});
-    presenter().announce(statusText());
+    tellStatus();
 }
 
 } // namespace cvtamber

@@ -18,7 +18,7 @@ class SettingsViewController final : public TableViewController
 
 public:
     enum Control : int { CloudSwitch = 1 };
-    enum class Status { Local, NothingChosen, Missing, NotWritable, Cloud };
+    enum class Status { Local, LocalUnusable, NothingChosen, Missing, NotWritable, Cloud };
 
     SettingsViewController(Presenter &presenter, UserDefaults &defaults, Locations &locations);
 
@@ -28,6 +28,8 @@ public:
     quintptr rowIdentity(IndexPath path) const override;
 
     Status status() const;
+    // Folders come and go while another program is in front.
+    void refresh();
 
 protected:
     void viewDidLoad() override;
@@ -36,10 +38,12 @@ protected:
     void controlActivated(IndexPath path, int control, bool on) override;
 
 private:
-    enum Row : int { SwitchRow, FolderRow, StatusRow, RowCount };
+    enum Row : int { SwitchRow, FolderRow, StatusRow, AdviceRow, RowCount };
 
     QString cloudFolder() const;
     QString statusText() const;
+    QString adviceText() const;
+    void tellStatus();
     void askForFolder();
     void chooseFolder(const QString &typed);
 

@@ -52,6 +52,11 @@ int showSettings(QGuiApplication &application)
     window->setTitle(settings->title());
     window->show();
     desktop.setHandlers({[window](const QString &) { window->requestActivate(); }, {}, {}});
+    QObject::connect(&application, &QGuiApplication::applicationStateChanged, window,
+                     [settings](Qt::ApplicationState state) {
+                         if (state == Qt::ApplicationActive)
+                             settings->refresh();
+                     });
     const SignalWatcher signalWatcher([](int) { QCoreApplication::quit(); });
     const int status = application.exec();
     desktop.setHandlers({});

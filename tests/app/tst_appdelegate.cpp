@@ -263,6 +263,17 @@ private slots:
         QVERIFY(bench.rig.has(u"b0.txt"_s));
     }
 
+    void aStoreWhoseFolderHasGoneIsNotWrittenTo()
+    {
+        AppBench bench;
+        bench.putLocalUser();
+        bench.launchWhole();
+        QCOMPARE(bench.shownUsers(), 1U);
+        QVERIFY(QDir(bench.local.path()).removeRecursively());
+        bench.delegate->applicationDidBecomeActive();
+        QCOMPARE(bench.shownUsers(), 0U);
+    }
+
     void aFileThatHasVanishedIsTold()
     {
         AppBench bench;

@@ -7,6 +7,7 @@
 #include "support/TemporaryLocations.h"
 #include "ui/NavigationController.h"
 
+#include <QSignalSpy>
 #include <QTemporaryDir>
 
 using namespace cvtamber;
@@ -22,7 +23,8 @@ public:
         presenter.showRoot(NavigationController::withRoot(presenter, settings));
         loop.advance({});
     }
-    QString cell(int row) const { return settings->cellForRow({0, row}).detail; }
+    QString folderShown() const { return settings->cellForRow({0, 1}).detail; }
+    QString advice() const { return settings->cellForRow({0, 3}).text; }
     bool isSwitchOn() const { return settings->cellForRow({0, 0}).controls.value(0).isOn; }
     void chooseFolder(const QString &typed)
     {
@@ -66,12 +68,20 @@ private slots:
         QCOMPARE(bench.settings->status(), Status::Local);
         bench.settings->controlClicked(0, 0, SettingsViewController::CloudSwitch, true);
         QCOMPARE(bench.settings->status(), Status::NothingChosen);
-        QVERIFY(bench.cell(2).contains(u"turn the switch off"));
+        QVERIFY(bench.advice().contains(u"turn the switch off"));
         bench.chooseFolder(bench.folder.path());
         QCOMPARE(bench.settings->status(), Status::Cloud);
         QVERIFY(bench.folder.remove());
+        QSignalSpy changes(bench.settings->modelPointer(), &QAbstractItemModel::dataChanged);
+        bench.settings->refresh();
+        QVERIFY(!changes.isEmpty());
         QCOMPARE(bench.settings->status(), Status::Missing);
-        QVERIFY(bench.cell(2).contains(u"turn the switch off"));
+        QVERIFY(bench.advice().contains(u"turn the switch off"));
+        QFile instead(bench.locations.documentsFolder());
+        QVERIFY(QDir().rmdir(instead.fileName()) && instead.open(QIODevice::WriteOnly));
+        bench.settings->controlClicked(0, 0, SettingsViewController::CloudSwitch, false);
+        QCOMPARE(bench.settings->status(), Status::LocalUnusable);
+        QVERIFY(bench.settings->cellForRow({0, 2}).text.contains(instead.fileName()));
     }
 
     void aFolderThatWillDoIsTaken_data()
@@ -92,7 +102,7 @@ private slots:
         const bool isTaken = bench.defaults.value(u"cloudFolder"_s).toString() == bench.folder.path();
         QTEST(isTaken, "isTaken");
         QCOMPARE(bench.presenter.notices().size(), isTaken ? 0 : 1);
-        QCOMPARE(bench.cell(1) == bench.folder.path(), isTaken);
+        QCOMPARE(bench.folderShown() == bench.folder.path(), isTaken);
     }
 
     void theComputersOwnDocumentsAreNoCloudFolder()
