@@ -33,7 +33,7 @@ public:
 // Save is enabled once a person has typed, unless all three fields are empty; filling the fields from the user is no
 // typing. Cancel and Save are bar buttons. Scrolling a field out from under the keyboard is the view's business.
 // Thread: main thread. Owner: shared, see ViewController.
-class MEditUserDialog final : public ViewController
+class MEditUserDialog final : public cvtamber::ViewController
 {
     Q_OBJECT
     // The fields, from the top: label, text, and what an empty field shows. The view fills its fields from the texts and

@@ -32,7 +32,7 @@ public:
 //   unsaved -> saving (a place was picked) -> saved | unsaved (the save failed, which a notice tells)
 // While it is saving, closing waits for the outcome. Without a Save button nothing is asked on closing.
 // Thread: main thread. Owner: shared, see ViewController.
-class MTextEditViewController final : public ViewController,
+class MTextEditViewController final : public cvtamber::ViewController,
                                       public CVTransferControllerDelegate,
                                       public TamberPickUserOrFolderViewControllerDelegate
 {

@@ -46,7 +46,7 @@ public:
 //
 // While connecting it is the device's state delegate, and it gives the role back to who had it. Thread: main
 // thread. Owner: whoever presents it, which is the delegate (weak) and dismisses it.
-class CVConnectViewController final : public ViewController,
+class CVConnectViewController final : public cvtamber::ViewController,
                                       public CVDeviceStateDelegate,
                                       public CVBTViewDelegate,
                                       public LinkObserver

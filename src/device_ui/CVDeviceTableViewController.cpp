@@ -131,6 +131,7 @@ TableCell CVDeviceTableViewController::stateCell() const
 {
     TableCell cell = tableCellWithLabel(
         localized("State:"), _details.isConnected ? localized("Connected") : localized("Disconnected"));
+    cell.detailTone = _details.isConnected ? TableCell::Tone::Success : TableCell::Tone::Normal;
     cell.controls.append(
         _details.isConnected
             ? button(ConnectButton, localized("Disconnect..."), localized("Disconnect from Corvane"))

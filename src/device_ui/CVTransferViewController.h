@@ -38,7 +38,7 @@ public:
 // failure; one that may lack it comes with a notice.
 // From viewDidLoad until it has gone the screen is the device's upload and download delegate, and while a transfer
 // runs a link observer. Thread: main thread. Owner: whoever presents it; the delegate is weak.
-class CVTransferViewController final : public ViewController,
+class CVTransferViewController final : public cvtamber::ViewController,
                                        public CVUploadFileDelegate,
                                        public CVDownloadFileDelegate,
                                        public LinkObserver

@@ -63,8 +63,6 @@ Dialog {
         radius: Theme.radius
     }
     contentItem: Flickable {
-        id: content
-
         boundsBehavior: Flickable.StopAtBounds
         clip: true
         contentHeight: column.height
@@ -78,7 +76,7 @@ Dialog {
             id: column
 
             spacing: Theme.unit
-            width: content.width
+            width: dialog.availableWidth
 
             Heading {
                 horizontalAlignment: Text.AlignHCenter

@@ -9,8 +9,12 @@ ScreenView {
     required property CVConnectViewController controller
 
     function takeFocus(): bool {
-        const button = controller.doneVisible ? done : controller.retryVisible ? retry : null;
-        (button === null ? about : button).forceActiveFocus(Qt.OtherFocusReason);
+        if (controller.doneVisible)
+            done.forceActiveFocus(Qt.OtherFocusReason);
+        else if (controller.retryVisible)
+            retry.forceActiveFocus(Qt.OtherFocusReason);
+        else
+            about.forceActiveFocus(Qt.OtherFocusReason);
         return true;
     }
     function cancel(): bool {

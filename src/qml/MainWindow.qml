@@ -12,8 +12,12 @@ Window {
     property string notice: ""
 
     function takeFocus(): void {
-        if (host.view !== null && host.view.takeFocus !== undefined)
-            host.view.takeFocus();
+        const tabs = host.view as TabsView;
+        const navigation = host.view as NavigationView;
+        if (tabs !== null)
+            tabs.takeFocus();
+        else if (navigation !== null)
+            navigation.takeFocus();
         else
             host.forceActiveFocus();
     }
@@ -27,7 +31,6 @@ Window {
     height: 844
     minimumHeight: 480
     minimumWidth: 320
-    title: Qt.application.displayName
     width: 390
 
     ScreenHost {

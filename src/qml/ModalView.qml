@@ -65,57 +65,61 @@ Dialog {
         radius: modal.isCard ? Theme.radius : 0
     }
     contentItem: FocusScope {
-        id: page
+        FocusScope {
+            id: page
 
-        readonly property ScreenView screen: host.view as ScreenView
-        property bool wasFocused: false
+            readonly property ScreenView screen: host.view as ScreenView
+            property bool wasFocused: false
 
-        function takeFocus(): void {
-            page.forceActiveFocus();
-            if (page.wasFocused && page.Window.activeFocusItem !== page && page.Window.activeFocusItem !== page.screen)
-                return;
-            page.wasFocused = true;
-            if (page.screen === null || !page.screen.takeFocus())
-                heading.forceActiveFocus(Qt.OtherFocusReason);
-        }
+            function takeFocus(): void {
+                page.forceActiveFocus();
+                if (page.wasFocused && page.Window.activeFocusItem !== page && page.Window.activeFocusItem !== page.screen)
+                    return;
+                page.wasFocused = true;
+                if (page.screen === null || !page.screen.takeFocus())
+                    heading.forceActiveFocus(Qt.OtherFocusReason);
+            }
 
-        clip: modal.isCard
-        visible: !modal.covered
-
-        Keys.onEscapePressed: event => event.accepted = page.screen !== null && page.screen.cancel()
-        Keys.onBackPressed: event => event.accepted = page.screen !== null && page.screen.cancel()
-
-        Heading {
-            id: heading
-
-            anchors.left: parent.left
-            anchors.leftMargin: Theme.margin
-            anchors.right: parent.right
-            anchors.rightMargin: Theme.margin
-            height: visible ? Math.max(52, implicitHeight + Theme.gap) : 0
-            horizontalAlignment: Text.AlignHCenter
-            text: modal.controller.title
-            verticalAlignment: Text.AlignVCenter
-            visible: !(host.view instanceof NavigationView) && text !== ""
-            wrapMode: Text.Wrap
-        }
-        ScreenHost {
-            id: host
-
-            anchors.bottom: parent.bottom
-            anchors.bottomMargin: modal.isCard ? Theme.half : 0
-            anchors.left: parent.left
-            anchors.right: parent.right
-            anchors.top: heading.bottom
-            anchors.topMargin: modal.isCard ? Theme.half : 0
-            controller: modal.controller
+            anchors.fill: parent
+            clip: modal.isCard
             focus: true
-        }
-        Binding {
-            property: "modal"
-            target: host.view as NavigationView
-            value: true
-            when: host.view instanceof NavigationView
+            visible: !modal.covered
+
+            Keys.onEscapePressed: event => event.accepted = page.screen !== null && page.screen.cancel()
+            Keys.onBackPressed: event => event.accepted = page.screen !== null && page.screen.cancel()
+
+            Heading {
+                id: heading
+
+                anchors.left: parent.left
+                anchors.leftMargin: Theme.margin
+                anchors.right: parent.right
+                anchors.rightMargin: Theme.margin
+                height: visible ? Math.max(52, implicitHeight + Theme.gap) : 0
+                horizontalAlignment: Text.AlignHCenter
+                text: modal.controller.title
+                verticalAlignment: Text.AlignVCenter
+                visible: !(host.view instanceof NavigationView) && text !== ""
+                wrapMode: Text.Wrap
+            }
+            ScreenHost {
+                id: host
+
+                anchors.bottom: parent.bottom
+                anchors.bottomMargin: modal.isCard ? Theme.half : 0
+                anchors.left: parent.left
+                anchors.right: parent.right
+                anchors.top: heading.bottom
+                anchors.topMargin: modal.isCard ? Theme.half : 0
+                controller: modal.controller
+                focus: true
+            }
+            Binding {
+                property: "modal"
+                target: host.view as NavigationView
+                value: true
+                when: host.view instanceof NavigationView
+            }
         }
     }
     enter: Transition {

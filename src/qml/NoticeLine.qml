@@ -8,6 +8,8 @@ Popup {
     id: line
 
     required property string text
+    // What is shown: the words stay while the line fades.
+    property string words: ""
 
     closePolicy: Popup.NoAutoClose
     focus: false
@@ -17,7 +19,7 @@ Popup {
     topPadding: Theme.unit * 1.5
     bottomPadding: Theme.unit * 1.5
     visible: text !== ""
-    width: Math.min(parent.width - Theme.margin * 2, Math.max(240, words.implicitWidth + leftPadding + rightPadding), Theme.readableWidth)
+    width: Math.min(parent.width - Theme.margin * 2, Math.max(240, implicitContentWidth + leftPadding + rightPadding), Theme.readableWidth)
     x: (parent.width - width) / 2
     y: parent.height - height - Theme.unit * 10
     z: 20
@@ -29,11 +31,10 @@ Popup {
         radius: Theme.radius
     }
     contentItem: AppText {
-        id: words
-
         color: Theme.noticeText
         font.pixelSize: Theme.detailSize
         horizontalAlignment: Text.AlignHCenter
+        text: line.words
         wrapMode: Text.Wrap
     }
     enter: Transition {
@@ -52,8 +53,7 @@ Popup {
         }
     }
 
-    // The words stay while the line fades.
     onTextChanged: if (text !== "")
-        words.text = text
-    Component.onCompleted: words.text = text
+        words = text
+    Component.onCompleted: words = text
 }

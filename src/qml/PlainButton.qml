@@ -38,28 +38,11 @@ Button {
             target: button
         }
     }
-    contentItem: Item {
-        implicitHeight: button.iconName === "" ? label.implicitHeight : Theme.iconSize
-        implicitWidth: button.iconName === "" ? label.implicitWidth : Theme.iconSize
-
-        Icon {
-            anchors.centerIn: parent
-            color: label.color
-            name: button.iconName
-            visible: button.iconName !== ""
-        }
-        AppText {
-            id: label
-
-            Accessible.ignored: true
-            anchors.fill: parent
-            color: button.filled && !button.down ? Theme.accentText : button.enabled ? button.foreground : Theme.disabledText
-            font: button.font
-            horizontalAlignment: Text.AlignHCenter
-            text: button.text
-            verticalAlignment: Text.AlignVCenter
-            visible: button.iconName === ""
-            wrapMode: button.wraps ? Text.Wrap : Text.NoWrap
-        }
+    contentItem: ButtonFace {
+        ink: button.filled && !button.down ? Theme.accentText : button.enabled ? button.foreground : Theme.disabledText
+        iconName: button.iconName
+        textFont: button.font
+        words: button.text
+        wraps: button.wraps
     }
 }

@@ -7,6 +7,7 @@
 #include "qml/ViewRegistry.h"
 #include "ui/NavigationController.h"
 
+#include <QGuiApplication>
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QQuickWindow>
@@ -48,6 +49,8 @@ QmlPresenter::QmlPresenter(RunLoop &runLoop)
     _engine->addImageProvider(QStringLiteral("cvtamber"), new IconProvider);
     QObject *window = ViewRegistry::of(*_engine).createObject(QStringLiteral("MainWindow"), {}, nullptr);
     _window = qobject_cast<QQuickWindow *>(window);
+    if (_window)
+        _window->setTitle(QGuiApplication::applicationDisplayName());
     connect(_questions.get(), &QuestionQueue::gone, this, &QmlPresenter::giveFocus);
 }
 

@@ -49,7 +49,7 @@ Item {
     AppText {
         id: second
 
-        color: !body.cell.cellEnabled ? Theme.disabledText : body.isSmallLabel ? Theme.text : Theme.secondaryText
+        color: !body.cell.cellEnabled ? Theme.disabledText : body.cell.detailTone === TableCell.Success ? Theme.success : body.isSmallLabel ? Theme.text : Theme.secondaryText
         elide: Text.ElideRight
         font.pixelSize: body.isSmallLabel ? Theme.bodySize : Theme.detailSize
         horizontalAlignment: body.cell.style === TableCell.Value1 && !body.stacked ? Text.AlignRight : Text.AlignLeft

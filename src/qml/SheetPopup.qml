@@ -66,8 +66,6 @@ Dialog {
         radius: Theme.radius
     }
     contentItem: Flickable {
-        id: content
-
         boundsBehavior: Flickable.StopAtBounds
         clip: true
         contentHeight: column.height
@@ -81,7 +79,7 @@ Dialog {
             id: column
 
             spacing: Theme.half
-            width: content.width
+            width: sheet.availableWidth
 
             AppText {
                 Accessible.name: text

@@ -10,6 +10,7 @@ Item {
     required property int style
     required property string text
     required property string detail
+    required property int detailTone
     required property string image
     required property int accessory
     required property string accessoryName

@@ -32,6 +32,7 @@ TableCellItem {
     ListView.onReused: {
         opacity = 1;
         visible = true;
+        z = 0;
     }
 
     Rectangle {

@@ -131,6 +131,24 @@ ScreenView {
         ScrollBar.vertical: ScrollBar {
             Accessible.ignored: true
         }
+        // A new row stands above those that still make room for it: one that is used again would be under them.
+        add: Transition {
+            enabled: rows.animates
+
+            SequentialAnimation {
+                PropertyAction {
+                    property: "z"
+                    value: 1
+                }
+                PauseAnimation {
+                    duration: Theme.shortMotion
+                }
+                PropertyAction {
+                    property: "z"
+                    value: 0
+                }
+            }
+        }
         delegate: TableRow {
             list: rows
             side: screen.side

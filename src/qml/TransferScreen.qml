@@ -11,7 +11,10 @@ ScreenView {
     readonly property int percent: Math.round(controller.progress * 100)
 
     function takeFocus(): bool {
-        (controller.okVisible ? ok : about).forceActiveFocus(Qt.OtherFocusReason);
+        if (controller.okVisible)
+            ok.forceActiveFocus(Qt.OtherFocusReason);
+        else
+            about.forceActiveFocus(Qt.OtherFocusReason);
         return true;
     }
     function cancel(): bool {

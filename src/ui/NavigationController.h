@@ -11,7 +11,7 @@ namespace cvtamber {
 //
 // While it is not seen (made but not presented yet, in another tab, covered) its stack changes at once and without an
 // animation; otherwise a change waits for the transitions before it.
-class NavigationController : public ViewController
+class NavigationController : public cvtamber::ViewController
 {
     Q_OBJECT
     Q_PROPERTY(cvtamber::ViewController *topViewController READ topPointer NOTIFY stackChanged)

@@ -8,7 +8,7 @@
 namespace cvtamber {
 
 // Screens side by side, one of them shown. It forwards its own life to the selected one.
-class TabBarController : public ViewController
+class TabBarController : public cvtamber::ViewController
 {
     Q_OBJECT
     Q_PROPERTY(int count READ count NOTIFY tabsChanged)

@@ -52,10 +52,14 @@ public:
     Q_ENUM(Style)
     enum class Accessory { None, Disclosure, DetailDisclosure };
     Q_ENUM(Accessory)
+    // How the detail is coloured; what it means is said by its words.
+    enum class Tone { Normal, Success };
+    Q_ENUM(Tone)
 
     Style style = Style::Default;
     QString text;
     QString detail;
+    Tone detailTone = Tone::Normal;
     // Name of an image in the program's resources; decoration.
     QString image;
     Accessory accessory = Accessory::None;

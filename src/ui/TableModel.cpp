@@ -31,6 +31,7 @@ QHash<int, QByteArray> TableModel::roleNames() const
         {StyleRole, "style"},
         {TextRole, "text"},
         {DetailRole, "detail"},
+        {DetailToneRole, "detailTone"},
         {ImageRole, "image"},
         {AccessoryRole, "accessory"},
         {AccessoryNameRole, "accessoryName"},
@@ -68,6 +69,8 @@ QVariant TableModel::cellData(const TableCell &cell, int role) const
         return cell.text;
     case DetailRole:
         return cell.detail;
+    case DetailToneRole:
+        return static_cast<int>(cell.detailTone);
     case ImageRole:
         return cell.image;
     case AccessoryRole:

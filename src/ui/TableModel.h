@@ -25,6 +25,7 @@ public:
         StyleRole = Qt::UserRole + 1, // style
         TextRole,                     // text, also the display role
         DetailRole,                   // detail
+        DetailToneRole,               // detailTone: TableCell's, as a number
         ImageRole,                    // image
         AccessoryRole,                // accessory
         AccessoryNameRole,            // accessoryName
@@ -38,6 +39,7 @@ public:
         HeaderRole,                   // header of the section
         DeletableRole,                // deletable
     };
+    Q_ENUM(Role)
 
     explicit TableModel(const TableViewController &table);
 

@@ -33,7 +33,7 @@ enum class RowAnimation { None, Automatic, Fade, Top };
 // into the difference and a warning; one that fits in number while other rows have moved into the new order.
 // The table is first asked after viewDidLoad; changes told before that are dropped.
 // Thread: main thread.
-class TableViewController : public ViewController
+class TableViewController : public cvtamber::ViewController
 {
     Q_OBJECT
     Q_PROPERTY(QAbstractItemModel *model READ modelPointer CONSTANT)
