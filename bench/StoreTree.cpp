@@ -41,16 +41,21 @@ qint64 walkFrom(int parent, const char *name)
 } // namespace
 
 StoreTree::StoreTree(int users, int documentsPerUser)
+    : _isComplete(fill(_folder.path(), users, documentsPerUser))
+{}
+
+bool StoreTree::fill(const QString &root, int users, int documentsPerUser)
 {
-    const QString active = _folder.filePath(QStringLiteral("ActiveUsers"));
-    _isComplete = QDir().mkpath(active) && QDir().mkpath(_folder.filePath(QStringLiteral("ArchivedUsers")));
-    for (int user = 0; user < users && _isComplete; ++user) {
-        const QString folder = QString(active % u'/' % userFolder(user) % u'/');
-        _isComplete = QDir().mkpath(folder) &&
-                      writeFile(QString(folder % QLatin1String("user.txt")), "Ada\nLovelace\nAda L.\n");
-        for (int number = 0; number < documentsPerUser && _isComplete; ++number)
-            _isComplete = writeFile(QString(folder % documentName(number)), "A short text.\n");
+    const QString active = root + u"/ActiveUsers/";
+    bool isComplete = QDir().mkpath(active) && QDir().mkpath(root + u"/ArchivedUsers");
+    for (int user = 0; user < users && isComplete; ++user) {
+        const QString folder = QString(active % userFolder(user) % u'/');
+        isComplete = QDir().mkpath(folder) &&
+                     writeFile(QString(folder % QLatin1String("user.txt")), "Ada\nLovelace\nAda L.\n");
+        for (int number = 0; number < documentsPerUser && isComplete; ++number)
+            isComplete = writeFile(QString(folder % documentName(number)), "A short text.\n");
     }
+    return isComplete;
 }
 
 QString StoreTree::userFolder(int number)

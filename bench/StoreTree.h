@@ -11,6 +11,8 @@ class StoreTree
 {
 public:
     StoreTree(int users, int documentsPerUser);
+    // The same in a folder that is somebody else's; whether all of it could be written.
+    static bool fill(const QString &root, int users, int documentsPerUser);
 
     bool isComplete() const { return _isComplete; }
     QString root() const { return _folder.path(); }
