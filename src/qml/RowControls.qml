@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
-import QtQuick.Controls.Basic
 import CVTamber
 
 // The controls of a row. Keys reach those of the row that the focus is on.

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
-import CVTamber
 
 // What a page asks of the screen's view that it shows.
 FocusScope {

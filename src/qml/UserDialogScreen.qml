@@ -34,7 +34,7 @@ ScreenView {
         id: content
 
         anchors.fill: parent
-        anchors.bottomMargin: Qt.inputMethod.visible ? Qt.inputMethod.keyboardRectangle.height / Screen.devicePixelRatio : 0
+        anchors.bottomMargin: InputMethod.visible ? InputMethod.keyboardRectangle.height / Screen.devicePixelRatio : 0
         boundsBehavior: Flickable.StopAtBounds
         contentHeight: column.y + column.height + Theme.gap
         contentWidth: width
