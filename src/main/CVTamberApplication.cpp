@@ -24,6 +24,8 @@ const QString WindowHeight = QStringLiteral("windowHeight");
 
 // How long the end of the program waits for a device that does not let go.
 constexpr std::chrono::seconds ReleaseLimit{3};
+// A question that has been answered has closed by then.
+constexpr std::chrono::milliseconds QuestionCloses{400};
 // How long a program that the bus has started waits to be told what for.
 constexpr std::chrono::seconds RequestLimit{30};
 
@@ -55,6 +57,7 @@ CVTamberApplication::CVTamberApplication(QGuiApplication &application, EventRunL
     , _preview(runLoop, QDBusConnection::sessionBus())
     , _presenter(std::make_unique<QmlPresenter>(runLoop))
     , _stopLater(runLoop)
+    , _settle(runLoop)
 {
     CVBluetoothManager::setDefaultManager(_manager);
     _delegate = std::make_shared<MAppDelegate>(services());
@@ -204,7 +207,13 @@ void CVTamberApplication::stop()
     saveWindow();
     _delegate->applicationWillTerminate();
     _stopLater.start(ReleaseLimit, [] { QCoreApplication::quit(); });
-    _manager->releasePeripherals([] { QCoreApplication::quit(); });
+    // A question is acted upon once it has closed, and a screen's answer once the screen has gone: what a person has just saved
+    // is not written yet.
+    _settle.start(QuestionCloses, [this] {
+        _presenter->transitions().add([this](const TransitionQueue::Done &) {
+            _manager->releasePeripherals([] { QCoreApplication::quit(); });
+        });
+    });
 }
 
 } // namespace cvtamber

@@ -40,7 +40,7 @@ public:
 // The running application: every object of the operating system, and the wires between them.
 //
 // start() -> launch(), at once or at the bus's first request -> the window is closed, or a signal comes -> stop(): the
-// link is let go -> the event loop ends -> the destructor, which closes the store. Owner: main().
+// screens finish what they are about, the link is let go -> the event loop ends -> the destructor, which closes the store. Owner: main().
 class CVTamberApplication
 {
 public:
@@ -92,6 +92,7 @@ private:
     std::unique_ptr<QmlPresenter> _presenter;
     std::shared_ptr<MAppDelegate> _delegate;
     DelayedCall _stopLater;
+    DelayedCall _settle;
     std::unique_ptr<SignalWatcher> _signals;
     bool _isTheOne = false;
     bool _isLaunched = false;
