@@ -36,10 +36,12 @@ Window {
     ScreenHost {
         id: host
 
-        anchors.fill: parent
         controller: window.controller
         focus: true
+        // Not that of the parent, which has none before the window is shown.
+        height: window.height
         visible: !window.covered
+        width: window.width
     }
     NoticeLine {
         text: window.notice

@@ -54,6 +54,9 @@ QQuickItem *ViewRegistry::createItem(const QString &component, ViewController &c
     // A screen belongs to those who share it, never to the script engine.
     QQmlEngine::setObjectOwnership(&controller, QQmlEngine::CppOwnership);
     properties.insert(QStringLiteral("controller"), QVariant::fromValue<QObject *>(&controller));
+    // With its size from the start: it would be laid out for none first.
+    properties.insert(QStringLiteral("width"), parent.width());
+    properties.insert(QStringLiteral("height"), parent.height());
     auto *item = qobject_cast<QQuickItem *>(createObject(component, properties, &parent));
     if (item == nullptr) {
         return nullptr;
