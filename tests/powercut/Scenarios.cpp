@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "powercut/Scenarios.h"
 
+#include "app/StoreSwitch.h"
+
 namespace cvtamber {
 
 using namespace Qt::StringLiterals;
@@ -165,6 +167,29 @@ std::vector<Scenario> recordScenarios()
     };
 }
 
+// Where everything is listed does not change: each user is in one store or the other.
+std::vector<Scenario> switchingScenarios()
+{
+    Scenario toCloud{"move all users to the cloud", Between::OneOrTheOther,
+                     [](OpenStore &store, const Done &) {
+                         moveUsersToCloud(store.rig.context, store.rig.root(), store.storage->storeURL());
+                     },
+                     [](StoreListing &) {},
+                     [](OpenStore &store) {
+                         const FileURL second = store.rig.root().appendingDirectory(SecondStore.toString());
+                         QDir().mkpath(second.path());
+                         store.storage->setStoreURL(second);
+                         store.storage->activeUsers();
+                         store.storage->archivedUsers();
+                         store.rig.settle();
+                     }};
+    toCloud.isToSecondStore = true;
+    Scenario toOtherFileSystem = toCloud;
+    toOtherFileSystem.name = "move all users to the cloud on another file system";
+    toOtherFileSystem.isBetweenFileSystems = true;
+    return {toCloud, toOtherFileSystem};
+}
+
 std::shared_ptr<TamberUser> user(const std::shared_ptr<TamberUsers> &registry, const QString &name)
 {
     return registry->findUserWithURL(registry->url().appendingDirectory(name));
@@ -176,8 +201,8 @@ const std::vector<Scenario> &scenarios()
 {
     static const std::vector<Scenario> all = [] {
         std::vector<Scenario> result = savingScenarios();
-        for (const auto &some :
-             {movingScenarios(), betweenFileSystems(), deletingScenarios(), recordScenarios()})
+        for (const auto &some : {movingScenarios(), betweenFileSystems(), deletingScenarios(),
+                                 recordScenarios(), switchingScenarios()})
             result.insert(result.end(), some.begin(), some.end());
         return result;
     }();
@@ -185,8 +210,12 @@ const std::vector<Scenario> &scenarios()
 }
 
 OpenStore::OpenStore(StoreRig &givenRig)
+    : OpenStore(givenRig, givenRig.root())
+{}
+
+OpenStore::OpenStore(StoreRig &givenRig, const FileURL &root)
     : rig(givenRig)
-    , storage(TamberStorage::withURL(givenRig.context, givenRig.root()))
+    , storage(TamberStorage::withURL(givenRig.context, root))
 {
     if (!storage)
         qFatal("the store could not be opened");

@@ -19,6 +19,7 @@ class OpenStore
 {
 public:
     explicit OpenStore(StoreRig &rig);
+    OpenStore(StoreRig &rig, const FileURL &root);
     OpenStore(const OpenStore &) = delete;
     OpenStore &operator=(const OpenStore &) = delete;
     ~OpenStore();
@@ -64,7 +65,12 @@ struct Scenario
     std::function<void(StoreListing &)> alsoFound = [](StoreListing &) {};
     // The archived users are on a file system of their own.
     bool isBetweenFileSystems = false;
+    // The users go to the second store: what counts is that each is in one of the two.
+    bool isToSecondStore = false;
 };
+
+// The directory of a second store, below the first one's root.
+inline constexpr QStringView SecondStore = u"Second";
 
 const std::vector<Scenario> &scenarios();
 

@@ -23,8 +23,19 @@ StoreListing listingAfterReopening(const TreeImage &tree)
     StoreRig rig;
     if (!writeTree(tree, rig.root().path()))
         qFatal("a tree could not be written");
+    StoreListing listing;
+    const FileURL second = rig.root().appendingDirectory(SecondStore.toString());
+    if (rig.disk.isFolder(second))
+        listing = listingOf(*OpenStore(rig, second).storage, rig.disk);
     OpenStore store(rig);
-    return listingOf(*store.storage, rig.disk);
+    // What is in both counts as it is in the second.
+    listing.merge(listingOf(*store.storage, rig.disk));
+    return listing;
+}
+
+bool hasUsers(const QString &root)
+{
+    return !QDir(root + u"/ActiveUsers").isEmpty() || !QDir(root + u"/ArchivedUsers").isEmpty();
 }
 
 bool contains(const StoreListing &whole, const StoreListing &part)
@@ -209,13 +220,16 @@ void TestPowerCut::nothingIsLost()
     QVERIFY(writeTree(OpenStore::initialTree(), root));
     OpenStore store(rig);
     if (scenario.isBetweenFileSystems)
-        recording.setOtherFileSystem(root + u"/ArchivedUsers"_s);
+        recording.setOtherFileSystem(
+            root + (scenario.isToSecondStore ? u'/' + SecondStore.toString() : u"/ArchivedUsers"_s));
     scenario.prepare(store);
     const TreeImage before = readTree(root);
     recording.start(root);
     scenario.act(store, [&recording] { recording.noteDone(); });
     rig.settle();
     recording.noteDone();
+
+    QCOMPARE(!hasUsers(root), scenario.isToSecondStore);
 
     DiskModel model(before);
     Judge judge(scenario, before, readTree(root));
