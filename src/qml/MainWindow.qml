@@ -44,7 +44,8 @@ Window {
         width: window.width
     }
     NoticeLine {
-        text: window.notice
+        content: window.contentItem
+        notice: window.notice
     }
     Announcer {
         Accessible.name: text

@@ -1,59 +1,51 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import CVTamber
 
-// One line over everything that goes by itself. It takes neither focus nor touches.
-Popup {
+// One line over everything that goes by itself. It takes neither focus nor touches, and the announcer speaks it: a popup
+// would stand among the dialogs, without a name.
+Rectangle {
     id: line
 
-    required property string text
+    required property string notice
+    required property Item content
     // What is shown: the words stay while the line fades.
     property string words: ""
 
-    closePolicy: Popup.NoAutoClose
-    focus: false
-    margins: Theme.margin
-    modal: false
-    padding: Theme.gap
-    topPadding: Theme.unit * 1.5
-    bottomPadding: Theme.unit * 1.5
-    visible: text !== ""
-    width: Math.min(parent.width - Theme.margin * 2, Math.max(240, implicitContentWidth + leftPadding + rightPadding), Theme.readableWidth)
+    border.color: Theme.outline
+    border.width: Theme.cardBorder
+    color: Theme.notice
+    height: label.height + Theme.unit * 3
+    opacity: notice !== "" ? 1 : 0
+    // Questions and forms are drawn in the overlay, which is there only while one of them is.
+    parent: T.Overlay.overlay !== null && T.Overlay.overlay.visible ? T.Overlay.overlay as Item : content
+    radius: Theme.radius
+    visible: opacity > 0
+    width: Math.min(parent.width - Theme.margin * 2, Math.max(240, label.implicitWidth + Theme.gap * 2), Theme.readableWidth)
     x: (parent.width - width) / 2
     y: parent.height - height - Theme.unit * 10
     z: 20
 
-    background: Rectangle {
-        border.color: Theme.outline
-        border.width: Theme.cardBorder
-        color: Theme.notice
-        radius: Theme.radius
+    Behavior on opacity {
+        NumberAnimation {
+            duration: Theme.shortMotion
+        }
     }
-    contentItem: AppText {
+
+    onNoticeChanged: if (notice !== "")
+        words = notice
+
+    AppText {
+        id: label
+
+        Accessible.ignored: true
+        anchors.centerIn: parent
         color: Theme.noticeText
         font.pixelSize: Theme.detailSize
         horizontalAlignment: Text.AlignHCenter
         text: line.words
+        width: Math.min(implicitWidth, line.width - Theme.gap * 2)
         wrapMode: Text.Wrap
     }
-    enter: Transition {
-        NumberAnimation {
-            duration: Theme.shortMotion
-            from: 0
-            property: "opacity"
-            to: 1
-        }
-    }
-    exit: Transition {
-        NumberAnimation {
-            duration: Theme.shortMotion
-            property: "opacity"
-            to: 0
-        }
-    }
-
-    onTextChanged: if (text !== "")
-        words = text
-    Component.onCompleted: words = text
 }

@@ -34,7 +34,8 @@ Button {
         radius: Theme.unit
 
         FocusRing {
-            inset: 0
+            // On a filled button it would have the colour of what is under it.
+            inset: button.filled ? -Theme.half : 0
             target: button
         }
     }
