@@ -5,6 +5,7 @@ option(CVTAMBER_TESTS "Build the tests" ON)
 option(CVTAMBER_BENCH "Build the benchmarks (needs Google Benchmark)" OFF)
 option(CVTAMBER_FUZZ "Build the fuzz targets" OFF)
 option(CVTAMBER_WERROR "Treat warnings as errors" ON)
+option(CVTAMBER_PCH "Precompile headers of Qt; off, a build shows what sources forget to include" OFF)
 set(CVTAMBER_SANITIZE "" CACHE STRING "Sanitizers for -fsanitize, separated by commas")
 
 set(CMAKE_CXX_STANDARD 20)
@@ -47,12 +48,47 @@ else()
     endif()
 endif()
 
+# For tests: no time for optimising what runs once, and without the macros that the headers of Qt Test look at, that
+# differ from test to test, and that none needs.
+add_library(cvtamber_test_options INTERFACE)
+if(NOT MSVC)
+    target_compile_options(cvtamber_test_options INTERFACE
+        $<$<CONFIG:Debug>:-O0> -UQT_NETWORK_LIB -UQT_TESTCASE_BUILDDIR -UQT_TESTCASE_SOURCEDIR)
+endif()
+
+# cvtamber_precompile(TARGET WHICH lib ...): gives a target the precompiled headers WHICH, which are made once for all
+# targets, with the flags of these libraries. Those for libraries and programs hold little more than nearly every
+# source reads anyway.
+set(cvtamber_core_headers <QString> <QStringList> <algorithm> <functional> <memory> <optional> <utility> <vector>)
+set(cvtamber_qml_headers ${cvtamber_core_headers} <QQmlComponent> <QQmlContext> <QQmlEngine> <QtQml/qqmlprivate.h>)
+set(cvtamber_test_headers ${cvtamber_core_headers}
+    <QCoreApplication> <QDir> <QFile> <QMap> <QSet> <QSignalSpy> <QTemporaryDir> <QTest> <deque> <map>)
+function(cvtamber_precompile name which)
+    if(NOT CVTAMBER_PCH)
+        return()
+    endif()
+    set(from cvtamber_${which}_headers)
+    if(NOT TARGET ${from})
+        set(source ${CMAKE_BINARY_DIR}/${from}.cpp)
+        file(CONFIGURE OUTPUT ${source} CONTENT "")
+        add_library(${from} OBJECT ${source})
+        target_link_libraries(${from} PRIVATE cvtamber_options ${ARGN})
+        target_precompile_headers(${from} PRIVATE ${${from}})
+    endif()
+    target_precompile_headers(${name} REUSE_FROM ${from})
+endfunction()
+
 # cvtamber_library(NAME SOURCES a.cpp ... [PUBLIC lib ...] [PRIVATE lib ...])
 # One library a folder; PUBLIC only for what its headers need.
 function(cvtamber_library name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;PUBLIC;PRIVATE")
     add_library(${name} STATIC ${arg_SOURCES})
     target_link_libraries(${name} PUBLIC cvtamber_options ${arg_PUBLIC} PRIVATE ${arg_PRIVATE})
+    if("Qt6::Qml" IN_LIST arg_PRIVATE)
+        cvtamber_precompile(${name} qml Qt6::Qml)
+    else()
+        cvtamber_precompile(${name} core Qt6::Core)
+    endif()
 endfunction()
 
 # cvtamber_program(NAME SOURCES main.cpp ... LIBRARIES lib ...)
@@ -60,6 +96,7 @@ function(cvtamber_program name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LIBRARIES")
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE cvtamber_options ${arg_LIBRARIES})
+    cvtamber_precompile(${name} core Qt6::Core)
 endfunction()
 
 # cvtamber_test(NAME SOURCES tst_x.cpp ... LIBRARIES lib ...): a Qt Test program, run by CTest without a display.
@@ -69,6 +106,10 @@ function(cvtamber_test name)
     set_target_properties(${name} PROPERTIES AUTOMOC ON)
     target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
     target_link_libraries(${name} PRIVATE cvtamber_options Qt6::Test ${arg_LIBRARIES})
+    if(NOT arg_LIBRARIES MATCHES "Qt6::(Gui|Qml|Quick)")
+        target_link_libraries(${name} PRIVATE cvtamber_test_options)
+        cvtamber_precompile(${name} test Qt6::Test cvtamber_test_options)
+    endif()
     add_test(NAME ${name} COMMAND ${name})
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
