@@ -4,6 +4,7 @@
 Desk is the place: folders, display, buses. Program is one run of the application on it, read through the tree that
 screen readers use, and driven by its actions or by keys. What a person would wait for is waited for with a limit.
 """
+import ctypes
 import os
 import pathlib
 import shutil
@@ -39,6 +40,14 @@ def until(condition, what, limit=LIMIT):
         if time.monotonic() > end:
             raise Missing(what)
         time.sleep(STEP)
+
+
+class ClientMessage(ctypes.Structure):
+    """As big as any event of the display."""
+
+    _fields_ = [("type", ctypes.c_int), ("serial", ctypes.c_ulong), ("send_event", ctypes.c_int),
+                ("display", ctypes.c_void_p), ("window", ctypes.c_ulong), ("message_type", ctypes.c_ulong),
+                ("format", ctypes.c_int), ("data", ctypes.c_long * 5), ("pad", ctypes.c_long * 24)]
 
 
 class Desk:
@@ -130,7 +139,9 @@ class Program:
         try:
             self.app = until(self._application, "the application on the accessibility bus")
             self.window = until(self._window, "a window").split()[-1]
-            self.resize(*self.size)
+            # Without a size the window has the one that it was left with.
+            if self.size:
+                self.resize(*self.size)
             until(lambda: self.app.get_child_at_index(0).get_child_count(), "a first screen")
         except BaseException:
             self.process.kill()
@@ -180,6 +191,18 @@ class Program:
         self.xdotool("windowfocus", "--sync", self.window)
         self.size = (width, height)
 
+    def close_window(self):
+        """What a window manager sends for the button in the title bar."""
+        x11 = ctypes.CDLL("libX11.so.6")
+        x11.XOpenDisplay.restype = ctypes.c_void_p
+        x11.XInternAtom.restype = ctypes.c_ulong
+        display = ctypes.c_void_p(x11.XOpenDisplay(self.desk.env["DISPLAY"].encode()))
+        event = ClientMessage(type=33, window=int(self.window), format=32,
+                              message_type=x11.XInternAtom(display, b"WM_PROTOCOLS", 0))
+        event.data[0] = x11.XInternAtom(display, b"WM_DELETE_WINDOW", 0)
+        x11.XSendEvent(display, ctypes.c_ulong(int(self.window)), 0, 0, ctypes.byref(event))
+        x11.XCloseDisplay(display)
+
     # Reading
 
     def nodes(self, root=None):
@@ -198,6 +221,8 @@ class Program:
         frame = self.app.get_child_at_index(0)
         children = [frame.get_child_at_index(i) for i in range(frame.get_child_count())]
         dialogs = [child for child in children if child and child.get_role_name() == "dialog" and self.showing(child)]
+        # The line of a notice is told as a dialog with nothing in it.
+        dialogs = [dialog for dialog in dialogs if dialog.get_child_count() > 0]
         return dialogs[-1] if dialogs else frame
 
     @staticmethod
