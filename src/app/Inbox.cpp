@@ -3,6 +3,7 @@
 
 #include "app/TextImport.h"
 #include "base/Locations.h"
+#include "base/PathBytes.h"
 #include "base/SystemLog.h"
 #include "base/TaskRunner.h"
 #include "base/VisibleText.h"
@@ -12,8 +13,7 @@
 #include "store/TamberStorage.h"
 #include "ui/Texts.h"
 
-#include <QFileInfo>
-
+#include <filesystem>
 #include <utility>
 
 namespace cvtamber {
@@ -24,11 +24,13 @@ namespace {
 
 constexpr int MostNamesTried = 100;
 
-// The name without links in it; the path itself where Qt cannot say, as for names that are not UTF-8.
+// The name without links in it; the path itself where there is no such file.
 FileURL withoutLinks(const QString &path)
 {
-    const QString resolved = QFileInfo(path).canonicalFilePath();
-    return FileURL::file(resolved.isEmpty() ? path : resolved);
+    // Qt cannot name what is not UTF-8.
+    std::error_code error;
+    const auto resolved = std::filesystem::canonical(bytesOfPath(path).toStdString(), error);
+    return FileURL::file(error ? path : pathOfBytes(QByteArray::fromStdString(resolved.string())));
 }
 
 // Any thread. A file that is too large comes without bytes and with its size in the stamp.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/SettingsViewController.h"
 #include "base/NullLog.h"
+#include "base/PathBytes.h"
 #include "base/StderrLog.h"
 #include "main/CVTamberApplication.h"
 #include "main/CVTamberCommandLine.h"
@@ -14,6 +15,8 @@
 #include <QTranslator>
 
 #include <cstdio>
+#include <filesystem>
+#include <string>
 
 using namespace cvtamber;
 using namespace Qt::StringLiterals;
@@ -96,7 +99,9 @@ int main(int argc, char *argv[])
     QByteArrayList arguments;
     for (int i = 1; i < argc; ++i)
         arguments.append(QByteArray(argv[i]));
-    const ParsedCVTamberCommandLine parsed = parseCVTamberCommandLine(arguments, QDir::currentPath());
+    std::error_code error;
+    const std::string folder = std::filesystem::current_path(error).string();
+    const ParsedCVTamberCommandLine parsed = parseCVTamberCommandLine(arguments, pathOfBytes(folder));
     if (!parsed.error.isEmpty())
         return fail(parsed.error + u" See cvtamber --help.", ExitStatus::WrongUsage);
     const CVTamberCommandLine &commandLine = parsed.commandLine;

@@ -27,9 +27,10 @@ def put(desk, name, content):
     return file
 
 
-def give(desk, binary, *files):
+def give(desk, binary, *files, cwd=None):
     """A second start."""
-    done = subprocess.run([binary, *files], env=desk.env, capture_output=True, text=True, timeout=LIMIT, check=False)
+    done = subprocess.run([binary, *files], env=desk.env, cwd=cwd, capture_output=True, text=True, timeout=LIMIT,
+                          check=False)
     assert done.returncode == 0, done.stderr
 
 

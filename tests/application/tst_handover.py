@@ -103,6 +103,12 @@ def names_of_every_kind(desk, binary, p):
     for i in range(len(names)):
         sees_text(p, f"text {i}")
         leave_editor(p)
+    folder = put(desk, b"folder \xff/name.txt", b"below").parent
+    for file in ("name.txt", "../" + folder.name + "/name.txt"):
+        give(desk, binary, file, cwd=folder)
+        sees_text(p, "below")
+        leave_editor(p)
+        p.see("Users", "heading")
     p.see("Users", "heading")
 
 
