@@ -49,8 +49,11 @@ QmlPresenter::QmlPresenter(RunLoop &runLoop)
     _engine->addImageProvider(QStringLiteral("cvtamber"), new IconProvider);
     QObject *window = ViewRegistry::of(*_engine).createObject(QStringLiteral("MainWindow"), {}, nullptr);
     _window = qobject_cast<QQuickWindow *>(window);
-    if (_window)
+    if (_window) {
         _window->setTitle(QGuiApplication::applicationDisplayName());
+        // Without it the rows that a list makes in advance would be made at once, before the next frame.
+        _engine->setIncubationController(_window->incubationController());
+    }
     connect(_questions.get(), &QuestionQueue::gone, this, &QmlPresenter::giveFocus);
 }
 
