@@ -29,7 +29,7 @@ Item {
         color: face.ink
         font: face.textFont
         horizontalAlignment: Text.AlignHCenter
-        text: face.words
+        text: face.iconName === "" ? face.words : ""
         verticalAlignment: Text.AlignVCenter
         visible: face.iconName === ""
         wrapMode: face.wraps ? Text.Wrap : Text.NoWrap

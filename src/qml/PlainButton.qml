@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import CVTamber
 
 // A button of words, or of an icon with words for readers.
-Button {
+T.Button {
     id: button
 
     property string iconName: ""

@@ -2,33 +2,40 @@
 import QtQuick
 import CVTamber
 
-// What stands at the end of a row: a sign that it leads on, or a button for details.
-Item {
+// What stands at the end of a row: nothing, a sign that it leads on, or a button for details.
+Loader {
     id: accessory
 
     required property TableCellItem cell
-    readonly property bool isButton: cell.accessory === TableCell.DetailDisclosure
 
-    implicitHeight: Theme.target
-    implicitWidth: isButton ? detail.implicitWidth : Theme.iconSize + Theme.half
+    active: cell.accessory !== TableCell.None
+    sourceComponent: cell.accessory === TableCell.DetailDisclosure ? details : sign
 
-    Icon {
-        anchors.verticalCenter: parent.verticalCenter
-        color: Theme.secondaryText
-        name: "chevron"
-        size: Theme.iconSize - 6
-        visible: !accessory.isButton
+    Component {
+        id: sign
+
+        Item {
+            implicitHeight: Theme.target
+            implicitWidth: Theme.iconSize + Theme.half
+
+            Icon {
+                anchors.verticalCenter: parent.verticalCenter
+                color: Theme.secondaryText
+                name: "chevron"
+                size: Theme.iconSize - 6
+            }
+        }
     }
-    PlainButton {
-        id: detail
+    Component {
+        id: details
 
-        anchors.verticalCenter: parent.verticalCenter
-        focusPolicy: accessory.cell.ListView.isCurrentItem ? Qt.StrongFocus : Qt.ClickFocus
-        iconName: "detail"
-        spokenName: accessory.cell.accessoryName
-        text: spokenName
-        visible: accessory.isButton
+        PlainButton {
+            focusPolicy: accessory.cell.ListView.isCurrentItem ? Qt.StrongFocus : Qt.ClickFocus
+            iconName: "detail"
+            spokenName: accessory.cell.accessoryName
+            text: spokenName
 
-        onClicked: accessory.cell.openDetail()
+            onClicked: accessory.cell.openDetail()
+        }
     }
 }

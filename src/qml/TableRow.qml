@@ -135,17 +135,13 @@ TableCellItem {
                     cell: tableRow
                 }
             }
-            Loader {
+            RowAccessory {
                 id: ends
 
-                active: tableRow.accessory !== TableCell.None
                 anchors.right: parent.right
                 anchors.rightMargin: Theme.half
                 anchors.verticalCenter: parent.verticalCenter
-
-                sourceComponent: RowAccessory {
-                    cell: tableRow
-                }
+                cell: tableRow
             }
         }
         Rectangle {
