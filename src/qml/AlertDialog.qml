@@ -156,5 +156,7 @@ Dialog {
     }
     header: null
 
-    onOpened: focusFirst()
+    // A quick hand may have begun to write.
+    onOpened: if (!field.activeFocus || field.text === initialText)
+        focusFirst()
 }

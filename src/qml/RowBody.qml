@@ -38,7 +38,6 @@ Item {
         color: !body.cell.cellEnabled ? Theme.disabledText : body.isSmallLabel ? Theme.secondaryText : body.cell.style === TableCell.Centered && body.cell.selectable ? Theme.accent : Theme.text
         elide: Text.ElideRight
         font.pixelSize: body.isSmallLabel ? Theme.detailSize : Theme.bodySize
-        height: body.cell.style === TableCell.Wait && text === "" ? Theme.iconSize : implicitHeight
         horizontalAlignment: body.cell.isCentered ? Text.AlignHCenter : Text.AlignLeft
         maximumLineCount: body.cell.isCentered ? 8 : body.lines
         text: body.cell.text

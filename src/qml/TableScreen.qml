@@ -106,6 +106,9 @@ ScreenView {
         return false;
     }
 
+    // A table without a title has its question over the first section.
+    spokenTitle: controller.titleForHeader(0)
+
     ListView {
         id: rows
 
@@ -116,7 +119,7 @@ ScreenView {
             screen.scrolled = contentY - originY;
         }
 
-        Accessible.name: screen.controller.title
+        Accessible.name: screen.controller.title !== "" ? screen.controller.title : screen.spokenTitle
         Accessible.role: Accessible.List
         activeFocusOnTab: count > 0
         anchors.fill: parent
