@@ -240,7 +240,8 @@ int main(int argc, char **argv)
     benchmark::Initialize(&argc, argv);
     VirtualDesk desk({390, 844});
     if (desk.problem() || !StoreTree::fill(desk.documents(), Pupils, DocumentsOfEach)) {
-        std::fprintf(stderr, "ui_start_bench: %s\n", desk.problem() ? desk.problem() : "no store can be made");
+        std::fprintf(stderr, "ui_start_bench: %s\n",
+                     desk.problem() ? desk.problem() : "no store can be made");
         return 2;
     }
     theDesk = &desk;
