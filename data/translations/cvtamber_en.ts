@@ -1043,5 +1043,53 @@
         <source>CVTamber goes over to it when its window comes to the front.</source>
         <translation>CVTamber goes over to it when its window comes to the front.</translation>
     </message>
+    <message id="Opening">
+        <source>Opening</source>
+        <translation>Opening</translation>
+    </message>
+    <message id="Clear text">
+        <source>Clear text</source>
+        <translation>Clear text</translation>
+    </message>
+    <message id="Clear %1">
+        <source>Clear %1</source>
+        <translation>Clear %1</translation>
+    </message>
+    <message id="Dialog">
+        <source>Dialog</source>
+        <translation>Dialog</translation>
+    </message>
+    <message id="Back">
+        <source>Back</source>
+        <translation>Back</translation>
+    </message>
+    <message id="Not available">
+        <source>Not available</source>
+        <translation>Not available</translation>
+    </message>
+    <message id="Delete %1">
+        <source>Delete %1</source>
+        <translation>Delete %1</translation>
+    </message>
+    <message id="Actions">
+        <source>Actions</source>
+        <translation>Actions</translation>
+    </message>
+    <message id="Sections">
+        <source>Sections</source>
+        <translation>Sections</translation>
+    </message>
+    <message id="%1 of %2">
+        <source>%1 of %2</source>
+        <translation>%1 of %2</translation>
+    </message>
+    <message id="Transfer">
+        <source>Transfer</source>
+        <translation>Transfer</translation>
+    </message>
+    <message id="Progress: %1 %">
+        <source>Progress: %1 %</source>
+        <translation>Progress: %1 %</translation>
+    </message>
 </context>
 </TS>
