@@ -19,7 +19,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-enum EditMenuButton : int { DeleteButton, EditButton, MoveButton, CancelButton };
+enum EditMenuButton : int { DeleteButton, EditButton, MoveButton, EditCancelButton };
 
 } // namespace
 
@@ -93,7 +93,7 @@ void MUsersViewController::askForEditAction(const User &user)
     sheet.buttons = {localized("Delete"), localized("2.5"), localized(isActiveList() ? "2.6" : "2.7"),
                      localized("Cancel")};
     sheet.destructiveButtonIndex = DeleteButton;
-    sheet.cancelButtonIndex = CancelButton;
+    sheet.cancelButtonIndex = EditCancelButton;
     sheet.anchor.kind = Anchor::Kind::TabBar;
     if (_context.presenter.isTablet()) {
         sheet.anchor.kind = Anchor::Kind::Row;

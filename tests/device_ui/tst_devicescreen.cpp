@@ -22,9 +22,9 @@ DeviceProfile withFiles(int count)
     return profile;
 }
 
-struct ScreenBench : DeviceScreenBench
+struct DeviceBench : DeviceScreenBench
 {
-    explicit ScreenBench(const DeviceProfile &profile = withFiles(2), bool isTablet = true,
+    explicit DeviceBench(const DeviceProfile &profile = withFiles(2), bool isTablet = true,
                          BluetoothCentral::State state = BluetoothCentral::State::PoweredOn)
         : DeviceScreenBench(isTablet, {profile}, state)
         , screen(std::make_shared<Screen>(context))
@@ -124,7 +124,7 @@ private slots:
 
 void tst_DeviceScreen::notConnected()
 {
-    ScreenBench bench;
+    DeviceBench bench;
     QStringList labels;
     for (int row = 0; row < bench.screen->numberOfRows(0); ++row) {
         const TableCell cell = bench.screen->cellForRow({0, row});
@@ -144,7 +144,7 @@ void tst_DeviceScreen::notConnected()
 
 void tst_DeviceScreen::notSupported()
 {
-    ScreenBench bench(withFiles(1), true, BluetoothCentral::State::Unsupported);
+    DeviceBench bench(withFiles(1), true, BluetoothCentral::State::Unsupported);
     QCOMPARE(bench.screen->numberOfSections(), 2);
     QCOMPARE(bench.screen->numberOfRows(0), 1);
     QCOMPARE(bench.screen->cellForRow({0, 0}).text, u"Bluetooth LE is not supported on this device"_s);
@@ -174,7 +174,7 @@ void tst_DeviceScreen::connectedRows()
 {
     QFETCH(DeviceProfile, profile);
     QFETCH(QStringList, details);
-    ScreenBench bench(profile);
+    DeviceBench bench(profile);
     QVERIFY(bench.connectDevice());
     QStringList shown;
     for (int row = 0; row < bench.screen->numberOfRows(0); ++row)
@@ -200,7 +200,7 @@ void tst_DeviceScreen::namesByNumber()
 {
     QFETCH(int, model);
     QFETCH(QString, name);
-    ScreenBench bench;
+    DeviceBench bench;
     QVERIFY(bench.connectDevice());
     bench.device.setCvModel(model);
     bench.screen->corvaneDeviceStateChanged(1);
@@ -217,7 +217,7 @@ void tst_DeviceScreen::connectAndDisconnect_data()
 void tst_DeviceScreen::connectAndDisconnect()
 {
     QFETCH(bool, isTablet);
-    ScreenBench bench(withFiles(2), isTablet);
+    DeviceBench bench(withFiles(2), isTablet);
     QVERIFY(bench.connectDevice());
     QCOMPARE(bench.rig.log.count(u"[info] -(void)connectButtonClicked"_s), 1);
     QCOMPARE(bench.device.cvStateDelegate().get(), static_cast<CVDeviceStateDelegate *>(bench.screen.get()));
@@ -240,7 +240,7 @@ void tst_DeviceScreen::connectAndDisconnect()
 
 void tst_DeviceScreen::cancelledConnect()
 {
-    ScreenBench bench;
+    DeviceBench bench;
     bench.click(u"State:"_s, Screen::ConnectButton);
     bench.advance(2s);
     const auto dialog = bench.dialog();
@@ -255,7 +255,7 @@ void tst_DeviceScreen::cancelledConnect()
 
 void tst_DeviceScreen::onlyOneDialog()
 {
-    ScreenBench bench;
+    DeviceBench bench;
     bench.click(u"State:"_s, Screen::ConnectButton);
     bench.click(u"State:"_s, Screen::ConnectButton);
     bench.advance(2s);
@@ -269,7 +269,7 @@ void tst_DeviceScreen::onlyOneDialog()
 // On a tablet the table stands beside the dialog.
 void tst_DeviceScreen::layoutWaitsForTheDialog()
 {
-    ScreenBench bench;
+    DeviceBench bench;
     QVERIFY(bench.openAndChoose());
     QVERIFY(bench.advanceUntil([&] { return bench.dialog()->isDoneVisible(); }));
     QVERIFY(bench.device.isConnectedAsCVComm());
@@ -304,7 +304,7 @@ void tst_DeviceScreen::uebSwitch()
     QFETCH(bool, isEnabled);
     DeviceProfile profile;
     profile.languageSwitch = language - 1;
-    ScreenBench bench(profile);
+    DeviceBench bench(profile);
     QVERIFY(bench.connectDevice());
     for (const bool on : clicks) {
         bench.click(u"UEB:"_s, Screen::SwitchUEBC, on);
@@ -333,7 +333,7 @@ void tst_DeviceScreen::refresh()
 {
     QFETCH(int, before);
     QFETCH(int, after);
-    ScreenBench bench(withFiles(before));
+    DeviceBench bench(withFiles(before));
     QVERIFY(bench.connectDevice());
     bench.simulated().firmware().restore(withFiles(after).files, 1, 1, {});
     bench.click(u"Files:"_s, Screen::RefreshFilesButton);
@@ -366,7 +366,7 @@ void tst_DeviceScreen::refreshThatNeverEnds_data()
 void tst_DeviceScreen::refreshThatNeverEnds()
 {
     QFETCH(QString, why);
-    ScreenBench bench;
+    DeviceBench bench;
     QVERIFY(bench.connectDevice());
     bench.click(u"Files:"_s, Screen::RefreshFilesButton);
     if (why == u"lost"_s) {
@@ -397,7 +397,7 @@ void tst_DeviceScreen::loss_data()
 void tst_DeviceScreen::loss()
 {
     QFETCH(bool, withError);
-    ScreenBench bench;
+    DeviceBench bench;
     QVERIFY(bench.connectDevice());
     bench.simulated().dropLink(withError);
     bench.advance(10s);
@@ -411,7 +411,7 @@ void tst_DeviceScreen::loss()
 // The dialog says it itself.
 void tst_DeviceScreen::lossWhileTheDialogIsUp()
 {
-    ScreenBench bench;
+    DeviceBench bench;
     QVERIFY(bench.openAndChoose());
     QVERIFY(bench.advanceUntil([&] { return bench.dialog()->isDoneVisible(); }));
     bench.simulated().dropLink();
@@ -426,7 +426,7 @@ void tst_DeviceScreen::lossWhileTheDialogIsUp()
 // Another screen may hold the role when the link is lost; the tab tells it all the same.
 void tst_DeviceScreen::otherStateDelegate()
 {
-    ScreenBench bench;
+    DeviceBench bench;
     QVERIFY(bench.connectDevice());
     const auto other = std::make_shared<RecordingDelegates>();
     bench.device.setCvStateDelegate(other);
@@ -438,7 +438,7 @@ void tst_DeviceScreen::otherStateDelegate()
 
 void tst_DeviceScreen::showFiles()
 {
-    ScreenBench bench;
+    DeviceBench bench;
     QVERIFY(bench.connectDevice());
     bench.click(u"Files:"_s, Screen::ShowFilesButton);
     bench.advance(2s);
