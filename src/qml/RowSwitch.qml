@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import CVTamber
 
 // A switch that shows `on` and tells of what a person does to it alone.
-Switch {
+T.Switch {
     id: toggle
 
     required property bool on

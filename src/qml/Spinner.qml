@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
-import QtQuick.Controls.Basic
 import CVTamber
 
 // Says that something is under way; it stands still where motion is reduced.
@@ -13,12 +12,7 @@ Item {
     Loader {
         active: Theme.motion > 0 && spinner.visible
         anchors.fill: parent
-
-        sourceComponent: BusyIndicator {
-            Accessible.ignored: true
-            padding: 0
-            palette.dark: Theme.accent
-        }
+        source: "BusySign.qml"
     }
     AppText {
         anchors.centerIn: parent

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQml.Models
 import QtQuick
-import QtQuick.Controls.Basic
+import QtQuick.Templates as T
 import CVTamber
 
 // Any table: sections of rows on cards, a button under them, and words where there are no rows.
@@ -131,9 +131,7 @@ ScreenView {
         reuseItems: true
         section.property: "section"
 
-        ScrollBar.vertical: ScrollBar {
-            Accessible.ignored: true
-        }
+        T.ScrollBar.vertical: ListScrollBar {}
         // A new row stands above those that still make room for it: one that is used again would be under them.
         add: Transition {
             enabled: rows.animates
