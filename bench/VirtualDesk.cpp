@@ -21,7 +21,15 @@ namespace cvtamber {
 namespace {
 
 // Places in the head of an X window dump, in words of four bytes, the most significant one first.
-enum DumpWord { HeaderSize = 0, Width = 4, Height = 5, BitsPerPixel = 11, BytesPerLine = 12, Colors = 19, Words = 25 };
+enum DumpWord {
+    HeaderSize = 0,
+    Width = 4,
+    Height = 5,
+    BitsPerPixel = 11,
+    BytesPerLine = 12,
+    Colors = 19,
+    Words = 25
+};
 // Of one entry of the colour map behind the head.
 constexpr qsizetype ColorSize = 12;
 
@@ -60,9 +68,11 @@ Child::Child(const QByteArrayList &command, int kept)
     arguments.push_back(nullptr);
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
-    // Onto itself: the descriptor then stays open in the program.
-    if (kept >= 0)
+    if (kept >= 0) {
+        // Onto itself: the descriptor then stays open in the program.
         posix_spawn_file_actions_adddup2(&actions, kept, kept);
+        posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    }
     if (::posix_spawnp(&_pid, arguments.front(), &actions, nullptr, arguments.data(), environ) != 0)
         _pid = -1;
     posix_spawn_file_actions_destroy(&actions);
@@ -112,8 +122,8 @@ bool VirtualDesk::startDisplay(QSize screen)
 {
     const QByteArray size = QByteArray::number(screen.width()) + 'x' + QByteArray::number(screen.height());
     const QByteArray number = startAndRead(
-        _server, {"setpriv", "--pdeathsig", "TERM", "Xvfb", "-displayfd", "%", "-screen", "0", size + "x24", "-fbdir",
-                  QFile::encodeName(_folder.path()), "-nolisten", "tcp", "-noreset", "-nocursor"});
+        _server, {"setpriv", "--pdeathsig", "TERM", "Xvfb", "-displayfd", "%", "-screen", "0", size + "x24",
+                  "-fbdir", QFile::encodeName(_folder.path()), "-nolisten", "tcp", "-noreset", "-nocursor"});
     qputenv("DISPLAY", ":" + number);
     return !number.isEmpty();
 }
@@ -142,7 +152,8 @@ bool VirtualDesk::mapScreen()
 bool VirtualDesk::startBus()
 {
     const QByteArray address =
-        startAndRead(_bus, {"setpriv", "--pdeathsig", "TERM", "dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address=%"});
+        startAndRead(_bus, {"setpriv", "--pdeathsig", "TERM", "dbus-daemon", "--session", "--nofork",
+                            "--nopidfile", "--print-address=%"});
     qputenv("DBUS_SESSION_BUS_ADDRESS", address);
     return !address.isEmpty();
 }

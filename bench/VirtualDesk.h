@@ -18,7 +18,7 @@ namespace cvtamber {
 class Child
 {
 public:
-    // `kept` is a descriptor that the program gets as well; -1 for none.
+    // `kept` is a descriptor that the program gets as well, to answer there; its complaints are then dropped. -1 for none.
     explicit Child(const QByteArrayList &command, int kept = -1);
     Child(const Child &) = delete;
     Child &operator=(const Child &) = delete;

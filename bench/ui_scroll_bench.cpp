@@ -182,8 +182,11 @@ public:
     {
         QQuickItem *item = nullptr;
         QMetaObject::invokeMethod(window(), "anchorItem", Q_RETURN_ARG(QQuickItem *, item),
-                                  Q_ARG(int, SheetAnchor::Row), Q_ARG(int, 1), Q_ARG(int, row), Q_ARG(int, 0));
-        return item ? item->mapRectToScene(item->boundingRect()).toAlignedRect().translated(window()->position())
+                                  Q_ARG(int, SheetAnchor::Row), Q_ARG(int, 1), Q_ARG(int, row),
+                                  Q_ARG(int, 0));
+        return item ? item->mapRectToScene(item->boundingRect())
+                          .toAlignedRect()
+                          .translated(window()->position())
                     : QRect();
     }
 
@@ -216,16 +219,16 @@ private:
     std::shared_ptr<CVBluetoothManager> _manager =
         CVBluetoothManager::create(_runLoop, _idle.log, std::make_unique<FakeCentral>(_journal));
     QmlPresenter _presenter{_runLoop};
-    std::shared_ptr<MAppDelegate> _delegate = std::make_shared<MAppDelegate>(
-        AppServices{{_runLoop, _idle.log, _idleTimer, _manager, {}},
-                    _presenter,
-                    _context,
-                    _tasks,
-                    _defaults,
-                    _locations,
-                    _mail,
-                    _preview,
-                    [] { return QStringList{QStringLiteral("en")}; }});
+    std::shared_ptr<MAppDelegate> _delegate =
+        std::make_shared<MAppDelegate>(AppServices{{_runLoop, _idle.log, _idleTimer, _manager, {}},
+                                                   _presenter,
+                                                   _context,
+                                                   _tasks,
+                                                   _defaults,
+                                                   _locations,
+                                                   _mail,
+                                                   _preview,
+                                                   [] { return QStringList{QStringLiteral("en")}; }});
     int _frames = 0;
     bool _isScrolling = false;
     quint64 _time = 1;
@@ -297,16 +300,13 @@ void scrollFromEndToEnd(benchmark::State &state)
     std::vector<FrameTime> frames;
     while (state.KeepRunning()) {
         for (int number = 0; number < Steps; ++number)
-            frames.push_back(
-                application.frame([&] { application.scrollTo(application.scrolled() + step); }));
+            frames.push_back(application.frame([&] { application.scrollTo(application.scrolled() + step); }));
     }
     report(state, frames);
 }
 
-VirtualDesk *theDesk = nullptr;
-
 // The picture of a new row in the frame after it is that of the same row at rest. The store's own work is in the time.
-void insert(benchmark::State &state)
+void insert(benchmark::State &state, const VirtualDesk *desk)
 {
     Application application(sizeOf(state));
     if (!application.isSound()) {
@@ -332,10 +332,10 @@ void insert(benchmark::State &state)
         for (int number = 1; number <= Insertions; ++number) {
             frames.push_back(application.frame([&] { add(number); }));
             std::this_thread::sleep_for(Drawing);
-            const QImage first = theDesk->picture();
+            const QImage first = desk->picture();
             application.rest();
             const QRect part = application.rowOnScreen(Row);
-            const bool isShown = !part.isEmpty() && theDesk->picture().copy(part) == first.copy(part);
+            const bool isShown = !part.isEmpty() && desk->picture().copy(part) == first.copy(part);
             shown += isShown ? 1 : 0;
         }
     }
@@ -348,22 +348,22 @@ void sizes(benchmark::internal::Benchmark *bench)
     bench->Args({390, 844})->Args({820, 1180})->Iterations(1)->UseRealTime()->Unit(benchmark::kMillisecond);
 }
 
-BENCHMARK(scroll)->Apply(sizes);
-BENCHMARK(scrollFromEndToEnd)->Apply(sizes);
-BENCHMARK(insert)->Apply(sizes);
-
 } // namespace
 
 int main(int argc, char **argv)
 {
     benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 2;
     VirtualDesk desk({820, 1180});
     if (desk.problem()) {
         std::fprintf(stderr, "ui_scroll_bench: %s\n", desk.problem());
         return 2;
     }
-    theDesk = &desk;
     const QGuiApplication application(argc, argv);
+    benchmark::RegisterBenchmark("scroll", scroll)->Apply(sizes);
+    benchmark::RegisterBenchmark("scrollFromEndToEnd", scrollFromEndToEnd)->Apply(sizes);
+    benchmark::RegisterBenchmark("insert", insert, &desk)->Apply(sizes);
     benchmark::RunSpecifiedBenchmarks();
     return 0;
 }

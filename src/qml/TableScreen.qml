@@ -47,6 +47,9 @@ ScreenView {
         rows.positionViewAtIndex(rows.currentIndex, ListView.Contain);
         if (rows.currentIndex === 0)
             rows.positionViewAtBeginning();
+        // From a control of a row back to the rows.
+        if (rows.activeFocus && rows.currentItem !== null)
+            rows.currentItem.forceActiveFocus(Qt.OtherFocusReason);
     }
     function page(forward: bool): void {
         const shown = Math.max(1, Math.floor(rows.height / Math.max(1, rows.currentItem === null ? Theme.target : rows.currentItem.height)) - 1);
@@ -182,6 +185,9 @@ ScreenView {
             width: rows.width
         }
 
+        // Tab comes back to the row, not to the control of it that had the focus last.
+        onActiveFocusChanged: if (!activeFocus && currentItem !== null)
+            currentItem.focus = true
         onContentYChanged: tellScrolled()
         onOriginYChanged: {
             if (screen.isUntouched)
