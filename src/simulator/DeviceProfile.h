@@ -40,6 +40,14 @@ struct Absence
     std::chrono::milliseconds duration{-1};
 };
 
+// What the person at the device types to a line of chat or a word of the whiteboard.
+struct PartnerAnswer
+{
+    QString when;                          // "*" stands for any text; null: said when the mode begins
+    QList<QByteArray> say;                 // each with its line end, where it has one
+    std::chrono::milliseconds after{1000}; // before each of them
+};
+
 // Everything about one simulated device, as a profile file describes it. Bytes are the device's own codes.
 struct DeviceProfile
 {
@@ -67,6 +75,9 @@ struct DeviceProfile
 
     int maximalNotification = 20; // bytes
     DeviceDelays delays;
+    // Without any, what comes is sent back.
+    QList<PartnerAnswer> chat;
+    QList<PartnerAnswer> board;
     QList<Fault> faults;
     QList<BluetoothUuid> missing; // services and characteristics
     QList<Absence> absences;

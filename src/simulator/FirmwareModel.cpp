@@ -68,7 +68,9 @@ void FirmwareModel::stopActivity()
     if (_activity == Activity::Storing)
         endFile({});
     _chatLine.clear();
-    _activity = Activity::Editing;
+    const Activity ended = std::exchange(_activity, Activity::Editing);
+    if (_activityChanged && (ended == Activity::Chat || ended == Activity::Board))
+        _activityChanged(_activity);
 }
 
 void FirmwareModel::handleToken(const BraceScanner::Token &token)
@@ -88,6 +90,9 @@ void FirmwareModel::handleToken(const BraceScanner::Token &token)
 
 void FirmwareModel::handleText(const QByteArray &text)
 {
+    const bool isLive = _activity == Activity::Chat || _activity == Activity::Board;
+    if (isLive && _liveText && _liveText(text))
+        return;
     switch (_activity) {
     case Activity::Editing:
         emboss(text);
@@ -397,8 +402,11 @@ void FirmwareModel::toggleActivity(Activity activity)
 {
     const bool wasOn = _activity == activity;
     stopActivity();
-    if (!wasOn)
-        _activity = activity;
+    if (wasOn)
+        return;
+    _activity = activity;
+    if (_activityChanged)
+        _activityChanged(activity);
 }
 
 void FirmwareModel::echoLines(const QByteArray &text)

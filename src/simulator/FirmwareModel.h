@@ -17,8 +17,8 @@ namespace cvtamber {
 //   editing    text to emboss (dropped while the embosser is off)
 //   storing    the body of a file, from BEGIN NAME to END or FM NAME to FM END
 //   sound      after FLASH: 14 header bytes, then sound bytes until the next command
-//   chat       live text, sent back after each line end
-//   board      live text, sent back as it comes
+//   chat       live text, sent back after each line end unless somebody takes it
+//   board      live text, sent back as it comes unless somebody takes it
 // While storing, the closing command and all other known commands are carried out; what is in braces and no
 // command is text. FM and FE translate, and a fetch back-translates, only in advanced mode; see
 // MarkedTranslation for what translating is here. The end of the link ends storing (what has come is kept as
@@ -33,6 +33,10 @@ public:
     using Output = std::function<void(const QByteArray &command, const QByteArray &bytes)>;
     // Files, grades or the embosser page changed.
     using Changed = std::function<void()>;
+    // Chat or the whiteboard begins, or the one that was on ends.
+    using ActivityChanged = std::function<void(Activity)>;
+    // Text of chat or the whiteboard; whether it was taken.
+    using LiveText = std::function<bool(const QByteArray &bytes)>;
 
     static constexpr char FetchTrailer[] = "{PC\xFD}";
 
@@ -42,6 +46,8 @@ public:
 
     void setOutput(const Output &output) { _output = output; }
     void setChanged(const Changed &changed) { _changed = changed; }
+    void setActivityChanged(const ActivityChanged &changed) { _activityChanged = changed; }
+    void setLiveText(const LiveText &taker) { _liveText = taker; }
 
     void receive(QByteArrayView bytes);
     void linkClosed();
@@ -130,6 +136,8 @@ private:
     BraceScanner _scanner;
     Output _output;
     Changed _changed;
+    ActivityChanged _activityChanged;
+    LiveText _liveText;
 
     Activity _activity = Activity::Editing;
     QByteArray _currentCommand;

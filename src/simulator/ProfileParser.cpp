@@ -132,12 +132,56 @@ void readFiles(JsonFields &fields, DeviceProfile &device, QString &error)
     fields.boolean(QStringLiteral("persistent"), device.persistent);
 }
 
+QByteArray readSaid(JsonFields &answer, const QJsonValue &value, const QString &place, int language,
+                    bool isLine)
+{
+    QString text = value.toString();
+    if (!value.isString())
+        answer.fail(place, QStringLiteral("must be a text in quotation marks"));
+    else if (isLine && (text.contains(QLatin1Char('\n')) || text.contains(QLatin1Char('\r'))))
+        answer.fail(place, QStringLiteral("must be one line"));
+    else if (isLine)
+        text += QStringLiteral("\r\n");
+    else
+        text.replace(QLatin1Char('\n'), QStringLiteral("\r\n"));
+    const EncodedText encoded = TextCodec::encode(text, language);
+    if (encoded.replaced > 0)
+        answer.fail(place, QStringLiteral("has characters that a device of its language cannot type"));
+    return encoded.bytes;
+}
+
+// What the person at the device answers, in chat line by line, on the whiteboard word by word.
+QList<PartnerAnswer> readPartner(JsonFields &fields, const QString &key, int language, QString &error)
+{
+    const bool isLine = key == QStringLiteral("chat");
+    QList<PartnerAnswer> answers;
+    fields.list(key, [&](const QJsonValue &value, const QString &place) {
+        JsonFields answer(value, place, error);
+        PartnerAnswer read;
+        answer.text(QStringLiteral("when"), read.when);
+        if (answer.has(QStringLiteral("when")) && read.when.isEmpty())
+            answer.fail(answer.place(QStringLiteral("when")), QStringLiteral("must not be empty"));
+        answer.list(QStringLiteral("say"), [&](const QJsonValue &said, const QString &saidPlace) {
+            read.say.append(readSaid(answer, said, saidPlace, language, isLine));
+        });
+        if (read.say.isEmpty())
+            answer.fail(answer.place(QStringLiteral("say")),
+                        QStringLiteral("must be there and not be empty"));
+        readMilliseconds(answer, QStringLiteral("after"), read.after);
+        answer.finish();
+        answers.append(read);
+    });
+    return answers;
+}
+
 DeviceProfile readDevice(JsonFields &fields, QString &error)
 {
     DeviceProfile device;
     readAir(fields, device);
     readIdentity(fields, device);
     readFiles(fields, device, error);
+    device.chat = readPartner(fields, QStringLiteral("chat"), device.language, error);
+    device.board = readPartner(fields, QStringLiteral("board"), device.language, error);
     fields.list(QStringLiteral("faults"), [&](const QJsonValue &value, const QString &place) {
         readFault(value, place, device, error);
     });

@@ -21,6 +21,7 @@ SimulatedDevice::SimulatedDevice(RunLoop &runLoop, SystemLog &log, const DeviceP
     , _log(log)
     , _profile(profile)
     , _firmware(profile)
+    , _partner(runLoop, profile, [this](const QByteArray &bytes) { type(bytes); })
     , _faults(profile.faults)
     , _stateFile(profile.persistent ? stateFolder : QString(), profile.serial)
     , _saveLater(runLoop)
@@ -35,6 +36,9 @@ SimulatedDevice::SimulatedDevice(RunLoop &runLoop, SystemLog &log, const DeviceP
         if (_stateFile.isUsed() && !_saveLater.isActive())
             _saveLater.start(SaveDelay, [this] { save(); });
     });
+    _firmware.setActivityChanged(
+        [this](FirmwareModel::Activity activity) { _partner.activityChanged(activity); });
+    _firmware.setLiveText([this](const QByteArray &bytes) { return _partner.hear(bytes); });
     for (const Absence &absence : profile.absences) {
         _script.perform(absence.after, [this] { leave(); });
         if (absence.duration >= 0ms)

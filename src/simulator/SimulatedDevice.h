@@ -4,8 +4,8 @@
 #include "base/DelayedCall.h"
 #include "base/SystemLog.h"
 #include "simulator/CallGroup.h"
+#include "simulator/ChatPartner.h"
 #include "simulator/DeviceStateFile.h"
-#include "simulator/FirmwareModel.h"
 #include "simulator/SimulatedLinkHolder.h"
 
 #include <deque>
@@ -94,6 +94,7 @@ private:
     SystemLog &_log;
     DeviceProfile _profile;
     FirmwareModel _firmware;
+    ChatPartner _partner;
     FaultScript _faults;
     DeviceCounters _counters;
     DeviceStateFile _stateFile;

@@ -20,6 +20,8 @@ constexpr char EveryKey[] = R"({
         "storageLimit": 4096, "sizes": "frenchBraille", "persistent": false, "maximalNotification": 100,
         "delays": {"connect": 1, "discover": 2, "read": 3, "write": 4, "reply": 5, "notification": 6,
                    "advertising": 7},
+        "chat": [{"say": ["\u00e9"]}, {"when": "*", "say": ["a", "b"], "after": 20}],
+        "board": [{"when": "dog", "say": ["cat\n"]}],
         "faults": [{"fault": "reply", "command": "PCR", "text": "\u00e9", "times": 2},
                    {"fault": "dropAtWrite", "write": 3, "withError": false},
                    {"fault": "mergeNotifications", "size": 64},
@@ -68,6 +70,15 @@ private slots:
         row("{\"files\": [{\"name\": \"x\", \"base64\": \"%\"}]}", "files[0].base64: must be base64.");
         row("{\"radio\": {\"state\": \"broken\"}}",
             "radio.state: must be one of on, off, unsupported, unauthorized.");
+        row(R"({"chat": [{"when": "x"}]})", "chat[0].say: must be there and not be empty.");
+        row(R"({"chat": [{"when": "", "say": ["x"]}]})", "chat[0].when: must not be empty.");
+        row(R"({"chat": [{"say": "x"}]})", "chat[0].say: must be a list.");
+        row(R"({"chat": [{"say": [1]}]})", "chat[0].say[0]: must be a text in quotation marks.");
+        row(R"({"chat": [{"say": ["a", "b\nc"]}]})", "chat[0].say[1]: must be one line.");
+        row(R"({"language": 15, "board": [{"say": ["\u4f60"]}]})",
+            "board[0].say[0]: has characters that a device of its language cannot type.");
+        row(R"({"board": [{"say": ["x"], "after": 1.5}]})",
+            "board[0].after: must be a whole number from 0 to 3600000.");
         row("{\"faults\": [7]}", "faults[0]: must be an object.");
         row("{\"faults\": [{}]}", "faults[0].fault: must be there.");
         row("{\"faults\": [{\"fault\": \"noAnswer\", \"write\": 1}]}",
@@ -126,6 +137,10 @@ private slots:
         QVERIFY(device.delays.connect == 1ms && device.delays.discover == 2ms && device.delays.read == 3ms &&
                 device.delays.write == 4ms && device.delays.reply == 5ms &&
                 device.delays.notification == 6ms && device.delays.advertising == 7ms);
+        QVERIFY(device.chat[0].when.isNull() && device.chat[0].say == QList<QByteArray>{"\x82\r\n"} &&
+                device.chat[0].after == 1s && device.chat[1].when == QStringLiteral("*") &&
+                (device.chat[1].say == QList<QByteArray>{"a\r\n", "b\r\n"}) && device.chat[1].after == 20ms);
+        QVERIFY(device.board[0].say == QList<QByteArray>{"cat\r\n"});
         QCOMPARE(device.faults.size(), 4);
         QVERIFY(device.faults[0].command == "PCR" && device.faults[0].bytes == "\x82" &&
                 device.faults[0].times == 2);
