@@ -1091,5 +1091,25 @@
         <source>Progress: %1 %</source>
         <translation>Progress: %1 %</translation>
     </message>
+    <message id="Grade 1">
+        <source>Grade 1</source>
+        <translation>Grade 1</translation>
+    </message>
+    <message id="Grade 2">
+        <source>Grade 2</source>
+        <translation>Grade 2</translation>
+    </message>
+    <message id="What was written last may not have reached the Corvane.">
+        <source>What was written last may not have reached the Corvane.</source>
+        <translation>What was written last may not have reached the Corvane.</translation>
+    </message>
+    <message id="The connection to the Corvane was lost. What was written last may not have reached it.">
+        <source>The connection to the Corvane was lost. What was written last may not have reached it.</source>
+        <translation>The connection to the Corvane was lost. What was written last may not have reached it.</translation>
+    </message>
+    <message id="Characters that the Corvane does not have are sent as &quot;?&quot;.">
+        <source>Characters that the Corvane does not have are sent as &quot;?&quot;.</source>
+        <translation>Characters that the Corvane does not have are sent as &quot;?&quot;.</translation>
+    </message>
 </context>
 </TS>

@@ -17,8 +17,9 @@ struct BarButtonItem
     Q_PROPERTY(bool enabled MEMBER isEnabled CONSTANT)
 
 public:
-    // What the view takes image, place and shortcut from. Edit turns into Done while the screen is edited.
-    enum class Kind { Add, Edit, Cancel, Done, Save, Action, Refresh };
+    // What the view takes image, place and shortcut from. Edit turns into Done while the screen is edited; Plain has
+    // nothing but its title.
+    enum class Kind { Add, Edit, Cancel, Done, Save, Action, Refresh, Plain };
     Q_ENUM(Kind)
 
     Kind kind = Kind::Done;
