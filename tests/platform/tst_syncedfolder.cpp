@@ -44,6 +44,10 @@ private slots:
             QStringList{u".syncthing.a.tamber.tmp"_s, u".cvtamber-1.a.tamber"_s, u".stversions/a.tamber"_s,
                         u"desktop.ini"_s},
             QStringList{});
+        row("hidden ones of programs nobody has heard of",
+            QStringList{u".a.tamber.aB3dE9"_s, u".getxfer.12.mega"_s, u".b.tamber"_s, u".c.tamber.owncloud"_s,
+                        u"..d.tamber.icloud"_s},
+            QStringList{});
         row("a tree: a folder's documents, then its folders",
             QStringList{u"B/x/1.tamber"_s, u"B/y.tamber"_s, u"A/2.tamber"_s, u"z.tamber"_s},
             QStringList{u"z.tamber here"_s, u"A/2.tamber here"_s, u"B/y.tamber here"_s,

@@ -156,7 +156,8 @@ void FolderScanner::addFile(const QString &name, Names &names) const
     }
     const QString behind = nameBehindPlaceholder(name);
     const QString &document = behind.isNull() ? name : behind;
-    if (isLike(QString(names.below % document), _request.filter))
+    // No title begins with a dot: it is what some program keeps for itself, or writes before it gets its name.
+    if (!document.startsWith(u'.') && isLike(QString(names.below % document), _request.filter))
         names.documents.push_back({document, name, !behind.isNull()});
 }
 
