@@ -253,6 +253,32 @@ private slots:
         QCOMPARE(_bench->loop.pendingCalls(), size_t(0));
     }
 
+    void whatCannotBeReadAtTheNextStartIsNotDeleted()
+    {
+        _bench->put(u"A/a.tamber"_s);
+        _bench->put(u"A/b.tamber"_s);
+        _bench->put(u"c.tamber"_s);
+        _bench->gather();
+        _bench->query->stop();
+        _bench->fail(Call::List, u"A"_s);
+        _bench->erase(u"A/a.tamber"_s);
+        _bench->erase(u"c.tamber"_s);
+        _bench->gather();
+        _bench->pass(20s);
+        QCOMPARE(_bench->takeEvents(), u"gg"_s);
+        QCOMPARE(_bench->listing(), (QStringList{u"A/a.tamber here"_s, u"A/b.tamber here"_s}));
+        _bench->operations.clear();
+        _bench->pass(6s);
+        QCOMPARE(_bench->listing(), QStringList{u"A/b.tamber here"_s});
+
+        // Another directory has nothing to do with it.
+        _bench->query->stop();
+        _bench->query->setPredicate(FileURL::directory(_bench->path(u"B"_s)), u"*"_s);
+        _bench->makeFolder(u"B"_s);
+        _bench->gather();
+        QCOMPARE(_bench->listing(), QStringList());
+    }
+
     void aFolderThatCannotBeReadHoldsGatheringUpForAWhile()
     {
         _bench->put(u"A/a.tamber"_s);

@@ -11,13 +11,13 @@
 
 namespace cvtamber {
 
-FolderFollower::FolderFollower(const Surroundings &surroundings, const FileURL &root, const QString &filter,
-                               Listener listener)
+FolderFollower::FolderFollower(const Surroundings &surroundings, std::shared_ptr<FolderTree> tree,
+                               const QString &filter, Listener listener)
     : _surroundings(surroundings)
-    , _root(root)
+    , _root(tree->root())
     , _filter(filter)
     , _listener(std::move(listener))
-    , _tree(root)
+    , _tree(std::move(tree))
     , _gatherer(surroundings.runLoop, [this](const FolderChanges &changes) { noteChanges(changes); })
     , _retry(surroundings.runLoop)
     , _applyLater(surroundings.runLoop)
@@ -91,9 +91,9 @@ ScanRequest FolderFollower::takePending()
     }
     for (const auto &[path, folder] : changes.folders) {
         // One that is not known comes with the folder that holds it, which has changed too.
-        if (_tree.contains(folder.url))
+        if (_tree->contains(folder.url))
             request.folders.push_back(
-                {folder.url, folder.isDeep ? QStringList() : _tree.foldersIn(folder.url)});
+                {folder.url, folder.isDeep ? QStringList() : _tree->foldersIn(folder.url)});
     }
     return request;
 }
@@ -111,7 +111,7 @@ void FolderFollower::applyLook()
 {
     const auto scanner = std::exchange(_scanner, nullptr);
     _isLookDone = false;
-    const FolderTree::Change change = _tree.apply(scanner->result(), _isLookCalm);
+    const FolderTree::Change change = _tree->apply(scanner->result(), _isLookCalm);
     for (const FileURL &folder : change.leftFolders)
         _watcher->watches()->remove(folder);
     if (scanner->result().isWatchMissing && !_isPolling)

@@ -41,7 +41,8 @@ public:
     };
     using Listener = std::function<void(const FolderTree::Change &change)>;
 
-    FolderFollower(const Surroundings &surroundings, const FileURL &root, const QString &filter,
+    // Goes on from what the tree knows, and keeps it up to date.
+    FolderFollower(const Surroundings &surroundings, std::shared_ptr<FolderTree> tree, const QString &filter,
                    Listener listener);
     FolderFollower(const FolderFollower &) = delete;
     FolderFollower &operator=(const FolderFollower &) = delete;
@@ -69,7 +70,7 @@ private:
     const QString _filter;
     Listener _listener;
     bool _isHeld = false;
-    FolderTree _tree;
+    const std::shared_ptr<FolderTree> _tree;
     std::unique_ptr<FolderWatcher> _watcher;
     bool _isPolling = false;
     ChangeGatherer _gatherer;

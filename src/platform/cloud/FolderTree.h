@@ -34,6 +34,8 @@ public:
 
     explicit FolderTree(FileURL root);
 
+    const FileURL &root() const { return _root; }
+
     // Calm: nothing was changing when the look was taken.
     Change apply(const FolderScan &scan, bool isCalm);
     bool contains(const FileURL &folder) const { return _folders.count(folder) > 0; }

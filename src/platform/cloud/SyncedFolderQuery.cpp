@@ -13,6 +13,8 @@ SyncedFolderQuery::~SyncedFolderQuery() = default;
 
 void SyncedFolderQuery::setPredicate(const FileURL &directory, const QString &filter)
 {
+    if (directory != _directory || filter != _filter)
+        _tree.reset();
     _directory = directory;
     _filter = filter;
 }
@@ -27,8 +29,11 @@ void SyncedFolderQuery::start()
     if (_follower)
         return;
     _isGathered = false;
-    _results.clear();
-    _follower = std::make_shared<FolderFollower>(_surroundings, _directory, _filter,
+    if (!_tree) {
+        _results.clear();
+        _tree = std::make_shared<FolderTree>(_directory);
+    }
+    _follower = std::make_shared<FolderFollower>(_surroundings, _tree, _filter,
                                                  [this](const auto &change) { apply(change); });
     _follower->setHeld(!_isEnabled);
     _follower->start();

@@ -45,6 +45,9 @@ private:
     bool _isEnabled = true;
     bool _isGathered = false;
     QueryResults _results;
+    // As the results are; kept while it is stopped, so that a folder that cannot be read at the next start keeps
+    // its documents. Null until a start with the present predicate.
+    std::shared_ptr<FolderTree> _tree;
     // While it is started.
     std::shared_ptr<FolderFollower> _follower;
 };
