@@ -1111,5 +1111,29 @@
         <source>Characters that the Corvane does not have are sent as &quot;?&quot;.</source>
         <translation>Characters that the Corvane does not have are sent as &quot;?&quot;.</translation>
     </message>
+    <message id="You: %@">
+        <source>You: %@</source>
+        <translation>You: %@</translation>
+    </message>
+    <message id="Device: %@">
+        <source>Device: %@</source>
+        <translation>Device: %@</translation>
+    </message>
+    <message id="Picture">
+        <source>Picture</source>
+        <translation>Picture</translation>
+    </message>
+    <message id="You are typing">
+        <source>You are typing</source>
+        <translation>You are typing</translation>
+    </message>
+    <message id="The device is typing">
+        <source>The device is typing</source>
+        <translation>The device is typing</translation>
+    </message>
+    <message id="Conversation">
+        <source>Conversation</source>
+        <translation>Conversation</translation>
+    </message>
 </context>
 </TS>

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "chat/BubbleTable/UIBubbleHeaderTableViewCell.h"
+
+#include <QRegularExpression>
+
+namespace cvtamber {
+namespace {
+
+QString mediumDateFormat(const QLocale &locale)
+{
+    // The day of the week with what parts it from the rest, at either end.
+    static const QRegularExpression weekday(
+        QStringLiteral("^[\\s,،、]*dddd(?:'[^']*')?[\\s,،、.]*|[\\s,،、]*dddd(?:'[^']*')?\\s*$"));
+    auto format = locale.dateFormat(QLocale::LongFormat);
+    format.remove(weekday);
+    return format.replace(QStringLiteral("MMMM"), QStringLiteral("MMM"));
+}
+
+} // namespace
+
+QString UIBubbleHeaderTableViewCell::title(const QDateTime &date, const QLocale &locale)
+{
+    return locale.toString(date.toLocalTime().date(), mediumDateFormat(locale)) % QStringLiteral(", ") %
+           timeOfDay(date, locale);
+}
+
+QString UIBubbleHeaderTableViewCell::timeOfDay(const QDateTime &date, const QLocale &locale)
+{
+    return locale.toString(date.toLocalTime().time(), QLocale::ShortFormat);
+}
+
+} // namespace cvtamber
