@@ -67,6 +67,15 @@ std::error_code HiddenFile::replace(const QString &path)
     return error;
 }
 
+std::error_code HiddenFile::mark(const QString &end)
+{
+    const QString marked = freshHiddenPath(_folder) % end;
+    const std::error_code error = _operations.rename(_path, marked);
+    if (!error)
+        _path = marked;
+    return error;
+}
+
 std::error_code HiddenFile::exchangeWith(const QString &path)
 {
     return _operations.exchange(_path, path);

@@ -37,6 +37,8 @@ public:
     std::error_code moveToNewName(const QString &path);
     std::error_code replace(const QString &path);
     std::error_code exchangeWith(const QString &path);
+    // Takes another hidden name, which ends like this.
+    std::error_code mark(const QString &end);
     void keep() { _isHere = false; }
 
 private:

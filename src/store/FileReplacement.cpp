@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "store/FileReplacement.h"
 
-#include "store/CloudNames.h"
+#include "store/ConflictCopies.h"
 #include "store/DiskResults.h"
+#include "store/ExchangeMark.h"
 
 #include "base/HiddenFile.h"
 
@@ -17,7 +18,6 @@ using OtherVersion = StoreDisk::OtherVersion;
 
 // Another program can come between a few times; one that does so again and again is at fault.
 constexpr int MostTries = 10;
-constexpr int MostConflictCopies = 1000;
 
 // What stood there has changed since it was looked at.
 constexpr auto TryAgain = std::errc::resource_unavailable_try_again;
@@ -83,6 +83,8 @@ std::error_code FileReplacement::placeOver(HiddenFile &file, const FileStamp &th
     std::error_code error;
     if (there != _known)
         error = keepWhatStandsThere();
+    if (!error)
+        error = file.mark(ExchangeMark{file.stamp().inode, _known.inode, _known.size}.toText());
     if (error)
         return error;
     error = file.exchangeWith(_path);
@@ -102,7 +104,8 @@ std::error_code FileReplacement::keepWhatCameOut(HiddenFile &file)
         return {};
     std::error_code error = out.error ? out.error : std::make_error_code(std::errc::invalid_argument);
     if (out.kind == Kind::File)
-        error = withFreeName([&](const QString &path) { return file.moveToNewName(path); });
+        error =
+            takeConflictCopyName(_url, _kept, [&](const QString &path) { return file.moveToNewName(path); });
     // What has no other name goes back to its own, or else stays where it is.
     if (error && file.exchangeWith(_path))
         file.keep();
@@ -129,7 +132,7 @@ std::error_code FileReplacement::keepWhatStandsThere()
 
 std::error_code FileReplacement::linkToFreeName()
 {
-    return withFreeName([this](const QString &path) {
+    return takeConflictCopyName(_url, _kept, [this](const QString &path) {
         if (const std::error_code error = _operations.link(_path, path))
             return error;
         const FileStatus linked = _operations.status(path);
@@ -143,22 +146,7 @@ std::error_code FileReplacement::copyToFreeName(const QByteArray &bytes)
     HiddenFile copy(_operations, _folder);
     if (const std::error_code error = copy.make(bytes, _path))
         return error;
-    return withFreeName([&](const QString &path) { return copy.moveToNewName(path); });
-}
-
-template<typename Take> std::error_code FileReplacement::withFreeName(Take take)
-{
-    std::error_code error;
-    for (int number = 1; number <= MostConflictCopies; ++number) {
-        const FileURL url = _url.deletingLastPathComponent().appendingFile(
-            conflictCopyName(_url.lastPathComponent(), number));
-        error = take(url.path());
-        if (!error)
-            _kept = url;
-        if (error != std::errc::file_exists)
-            break;
-    }
-    return error;
+    return takeConflictCopyName(_url, _kept, [&](const QString &path) { return copy.moveToNewName(path); });
 }
 
 } // namespace cvtamber

@@ -32,8 +32,6 @@ private:
     std::error_code keepWhatStandsThere();
     std::error_code linkToFreeName();
     std::error_code copyToFreeName(const QByteArray &bytes);
-    // Tries names until `take` does not find one in use.
-    template<typename Take> std::error_code withFreeName(Take take);
 
     FileOperations &_operations;
     FileURL _url;

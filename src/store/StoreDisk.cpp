@@ -2,9 +2,11 @@
 #include "store/StoreDisk.h"
 
 #include "store/CloudNames.h"
+#include "store/ConflictCopies.h"
 #include "store/CrossDeviceMove.h"
 #include "store/DiskResults.h"
 #include "store/DiskTree.h"
+#include "store/ExchangeMark.h"
 #include "store/FileReplacement.h"
 #include "store/StoreNames.h"
 
@@ -113,6 +115,30 @@ FileResult removeFolder(FileOperations &operations, const FileURL &url)
     const std::error_code error = operations.removeFolder(url.path());
     // Some systems say so where something has come in between.
     return resultOfFinding(error == std::errc::file_exists ? notEmpty : error);
+}
+
+// What a document is called that was made with that inode; "Untitled.tamber" when it has gone.
+FileURL documentOf(FileOperations &operations, const FileURL &directory, quint64 inode)
+{
+    QList<FolderEntry> entries;
+    operations.list(directory.path(), entries);
+    for (const FolderEntry &entry : std::as_const(entries)) {
+        FileURL url = directory.appendingFile(entry.name);
+        if (!isLeftover(entry.name) && operations.status(url.path()).stamp.inode == inode)
+            return url;
+    }
+    return directory.appendingFile(documentFileName({}));
+}
+
+void keepBeside(FileOperations &operations, const FileURL &leftover, const ExchangeMark &mark)
+{
+    const FileURL directory = parentOf(leftover);
+    FileURL kept;
+    const std::error_code error = takeConflictCopyName(
+        documentOf(operations, directory, mark.madeInode), kept,
+        [&](const QString &path) { return operations.renameToNewName(leftover.path(), path); });
+    if (!error)
+        operations.syncFolder(directory.path());
 }
 
 } // namespace
@@ -325,7 +351,12 @@ void StoreDisk::sweep(const FileURL &directory, const QStringList &leftovers) co
         if (url.isNil() || !isLeftover(name))
             continue;
         const DiskTree tree(_operations, url.path());
-        if (!tree.error() && now - tree.latestChange() > LeftoverAge)
+        if (tree.error() || now - tree.latestChange() <= LeftoverAge)
+            continue;
+        const auto mark = ExchangeMark::ofName(name);
+        if (mark && mark->isAnothersVersion(tree.items().front().status.stamp))
+            keepBeside(_operations, url, *mark);
+        else
             tree.remove();
     }
 }

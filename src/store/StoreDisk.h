@@ -80,7 +80,7 @@ public:
     };
     Walk walk(const FileURL &directory) const;
     // Removes leftovers of a crash that have not been touched for an hour, so that the work of a program that
-    // still runs stays.
+    // still runs stays. One that is another program's version of a document gets a name beside it.
     void sweep(const FileURL &directory, const QStringList &leftovers) const;
 
 private:
