@@ -1135,5 +1135,33 @@
         <source>Conversation</source>
         <translation>Conversation</translation>
     </message>
+    <message id="Whiteboard">
+        <source>Whiteboard</source>
+        <translation>Whiteboard</translation>
+    </message>
+    <message id="Chat">
+        <source>Chat</source>
+        <translation>Chat</translation>
+    </message>
+    <message id="The device sends too much text at once. Some of it is lost.">
+        <source>The device sends too much text at once. Some of it is lost.</source>
+        <translation>The device sends too much text at once. Some of it is lost.</translation>
+    </message>
+    <message id="Message">
+        <source>Message</source>
+        <translation>Message</translation>
+    </message>
+    <message id="The Corvane is not connected. What you write is not sent yet.">
+        <source>The Corvane is not connected. What you write is not sent yet.</source>
+        <translation>The Corvane is not connected. What you write is not sent yet.</translation>
+    </message>
+    <message id="What was not sent yet goes with the next space or line end.">
+        <source>What was not sent yet goes with the next space or line end.</source>
+        <translation>What was not sent yet goes with the next space or line end.</translation>
+    </message>
+    <message id="The whiteboard is full. What comes now is not kept.">
+        <source>The whiteboard is full. What comes now is not kept.</source>
+        <translation>The whiteboard is full. What comes now is not kept.</translation>
+    </message>
 </context>
 </TS>

@@ -3,6 +3,8 @@
 
 #include "app/MEditUserDialog.h"
 #include "app/MTextEditViewController.h"
+#include "chat/ChatViewController.h"
+#include "chat/text/UIMyTextView.h"
 #include "device_ui/CVConnectViewController.h"
 #include "device_ui/CVTransferViewController.h"
 
@@ -11,6 +13,22 @@
 
 // The screens that have a view of their own, under the names that the views know them by.
 namespace cvtamber {
+
+struct ChatViewControllerType
+{
+    Q_GADGET
+    QML_FOREIGN(cvtamber::ChatViewController)
+    QML_NAMED_ELEMENT(ChatViewController)
+    QML_UNCREATABLE("Screens are made in C++.")
+};
+
+struct UIMyTextViewType
+{
+    Q_GADGET
+    QML_FOREIGN(cvtamber::UIMyTextView)
+    QML_NAMED_ELEMENT(UIMyTextView)
+    QML_UNCREATABLE("The page is made in C++.")
+};
 
 struct CVConnectViewControllerType
 {

@@ -26,6 +26,7 @@ constexpr std::array views = {
     ViewOfClass{"cvtamber::CVTransferViewController", "TransferScreen"},
     ViewOfClass{"cvtamber::MTextEditViewController", "EditorScreen"},
     ViewOfClass{"cvtamber::MEditUserDialog", "UserDialogScreen"},
+    ViewOfClass{"cvtamber::ChatViewController", "WhiteboardScreen"},
 };
 
 } // namespace

@@ -35,7 +35,7 @@ public:
 // While it holds back (setHoldsBack) nothing is sent: a space or line end typed then is unsent text like any other, and
 // goes with the next one that is typed later. An edit costs the length of the unsent text at most.
 // Thread: main thread. Owner: shared; the delegate takes itself off before it goes.
-class UIMyTextView final : public QObject
+class UIMyTextView : public QObject
 {
     Q_OBJECT
 

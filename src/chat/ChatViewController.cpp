@@ -1,0 +1,188 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "chat/ChatViewController.h"
+
+#include "app/AppContext.h"
+#include "base/SystemLog.h"
+#include "device/CVBTDevice.h"
+#include "ui/Presenter.h"
+#include "ui/Texts.h"
+
+#include <QScopedValueRollback>
+
+namespace cvtamber {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// How long nothing has come before half a line is spoken, and how far apart lines are spoken at least.
+constexpr auto restTime = 1500ms;
+// A reader is given no more of what comes all at once.
+constexpr qsizetype mostSpoken = 1000;
+
+std::shared_ptr<UIMyTextView> thePage;
+bool insertsCorvaneText = false;
+
+} // namespace
+
+const std::shared_ptr<UIMyTextView> &ChatViewController::textView()
+{
+    if (!thePage)
+        thePage = std::make_shared<UIMyTextView>();
+    return thePage;
+}
+
+void ChatViewController::forgetTextView()
+{
+    thePage.reset();
+}
+
+bool ChatViewController::isInsertingCorvaneText()
+{
+    return insertsCorvaneText;
+}
+
+ChatViewController::ChatViewController(AppContext &context)
+    : ViewController(context.presenter)
+    , _context(context)
+    , _textView(textView())
+    , _gradeButtons(*this, context.device)
+    , _mode(context, QStringLiteral("BOARD"), [this] { linkChanged(); })
+    , _rest(context.runLoop)
+{
+    _textView->setDelegate(this);
+}
+
+ChatViewController::~ChatViewController()
+{
+    if (_textView->delegate() == this)
+        _textView->setDelegate(nullptr);
+}
+
+int ChatViewController::fontScale() const
+{
+    return presenter().isTablet() ? 2 : 1;
+}
+
+QString ChatViewController::statusText() const
+{
+    return _mode.isAway() ? localized("The Corvane is not connected. What you write is not sent yet.")
+                          : QString();
+}
+
+// Life
+
+void ChatViewController::viewDidLoad()
+{
+    _gradeButtons.addToBar();
+}
+
+void ChatViewController::viewWillAppear()
+{
+    _gradeButtons.updateEnabled();
+}
+
+void ChatViewController::viewDidAppear()
+{
+    _mode.appear();
+    linkChanged();
+    _context.device.setDataDelegate(std::static_pointer_cast<ChatViewController>(shared_from_this()));
+    _isRegisteredForKeyboard = true;
+}
+
+void ChatViewController::viewWillDisappear()
+{
+    _context.device.setDataDelegate(nullptr);
+}
+
+void ChatViewController::viewDidDisappear()
+{
+    _mode.disappear();
+    _isRegisteredForKeyboard = false;
+    setPageHeight(0);
+    _rest.cancel();
+    _unspoken.clear();
+}
+
+void ChatViewController::linkChanged()
+{
+    const bool heldBack = _textView->holdsBack();
+    _textView->setHoldsBack(_mode.isAway());
+    emit statusTextChanged();
+    if (_mode.isAway()) {
+        presenter().announce(statusText());
+        return;
+    }
+    _gradeButtons.updateEnabled();
+    const QStringView unsent = _textView->unsentText();
+    if (heldBack && (unsent.contains(u' ') || unsent.contains(u'\n')))
+        presenter().showNotice(localized("What was not sent yet goes with the next space or line end."));
+}
+
+// The on-screen keyboard
+
+void ChatViewController::keyboardWasShown(double top)
+{
+    if (_isRegisteredForKeyboard)
+        setPageHeight(top);
+}
+
+void ChatViewController::keyboardWillBeHidden()
+{
+    setPageHeight(0);
+}
+
+void ChatViewController::setPageHeight(double height)
+{
+    if (qFuzzyCompare(_pageHeight + 1, height + 1))
+        return;
+    _pageHeight = height;
+    emit pageHeightChanged();
+}
+
+// Text
+
+void ChatViewController::CV_newDataReceived(const QString &text)
+{
+    _context.log.info(QStringLiteral("CV_newDataReceived"));
+    const QScopedValueRollback isInserting(insertsCorvaneText, true);
+    QString inserted = text;
+    inserted.remove(u'\r');
+    _textView->insertCorvaneText(inserted);
+    speakLater(inserted);
+}
+
+void ChatViewController::newTextReady(const QString &text)
+{
+    _context.log.info(SystemLog::masked(text));
+    _mode.sendString(text);
+}
+
+void ChatViewController::pageIsFull()
+{
+    _context.log.error(QStringLiteral("The whiteboard's page is full; what comes now is dropped"));
+    presenter().showNotice(localized("The whiteboard is full. What comes now is not kept."));
+}
+
+// Screen readers
+
+void ChatViewController::speakLater(const QString &text)
+{
+    _unspoken += text.left(mostSpoken - _unspoken.size());
+    const auto now = _context.runLoop.now();
+    if (_spokenAt < 0ns || now - _spokenAt >= restTime)
+        speak(_unspoken.lastIndexOf(u'\n') + 1);
+    _rest.start(restTime, [this] { speak(_unspoken.size()); });
+}
+
+void ChatViewController::speak(qsizetype length)
+{
+    const QString words = _unspoken.left(length).trimmed();
+    _unspoken.remove(0, length);
+    if (words.isEmpty())
+        return;
+    _spokenAt = _context.runLoop.now();
+    presenter().announce(words);
+}
+
+} // namespace cvtamber

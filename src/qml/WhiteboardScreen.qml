@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import QtQuick.Controls.Basic
+import CVTamber
+
+// The page that a person and the device write on together.
+ScreenView {
+    id: screen
+
+    required property ChatViewController controller
+    readonly property double side: Math.max(Theme.margin, (width - Theme.readableWidth * controller.fontScale) / 2)
+
+    function takeFocus(): bool {
+        area.forceActiveFocus(Qt.OtherFocusReason);
+        return true;
+    }
+    function followKeyboard(): void {
+        const keyboard = Qt.inputMethod.keyboardRectangle;
+        if (Qt.inputMethod.visible && keyboard.height > 0)
+            screen.controller.keyboardWasShown(screen.mapFromItem(null, 0, keyboard.y).y);
+        else
+            screen.controller.keyboardWillBeHidden();
+    }
+
+    Connections {
+        function onKeyboardRectangleChanged() {
+            screen.followKeyboard();
+        }
+        function onVisibleChanged() {
+            screen.followKeyboard();
+        }
+
+        target: Qt.inputMethod
+    }
+    PageEditor {
+        id: editor
+
+        area: area
+        page: screen.controller.page
+    }
+    Column {
+        id: status
+
+        anchors.left: parent.left
+        anchors.leftMargin: screen.side
+        anchors.right: parent.right
+        anchors.rightMargin: screen.side
+        bottomPadding: words.visible ? Theme.unit : 0
+        y: screen.topInset
+
+        AppText {
+            id: words
+
+            Accessible.name: text
+            Accessible.role: Accessible.StaticText
+            color: Theme.destructive
+            font.pixelSize: Theme.detailSize
+            text: screen.controller.statusText
+            visible: text !== ""
+            width: parent.width
+            wrapMode: Text.Wrap
+        }
+    }
+    Flickable {
+        id: page
+
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: status.bottom
+        boundsBehavior: Flickable.StopAtBounds
+        clip: true
+        height: Math.max(0, (screen.controller.pageHeight > 0 ? screen.controller.pageHeight : screen.height) - y)
+
+        ScrollBar.vertical: ScrollBar {
+            Accessible.ignored: true
+        }
+        TextArea.flickable: TextArea {
+            id: area
+
+            Accessible.name: qsTrId("Whiteboard")
+            bottomPadding: Theme.margin
+            color: Theme.text
+            focus: true
+            font.pixelSize: Theme.bodySize * screen.controller.fontScale
+            inputMethodHints: Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText
+            leftPadding: screen.side
+            rightPadding: screen.side
+            selectByMouse: true
+            selectedTextColor: Theme.accentText
+            selectionColor: Theme.accent
+            textFormat: TextEdit.PlainText
+            topPadding: Theme.margin
+            wrapMode: TextEdit.Wrap
+
+            background: Rectangle {
+                color: Theme.card
+
+                FocusRing {
+                    inset: 2
+                    target: area
+                }
+            }
+
+            // A text area keeps Tab to itself otherwise.
+            Keys.onBacktabPressed: area.nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+            Keys.onTabPressed: area.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
+
+            DropArea {
+                anchors.fill: parent
+
+                onDropped: drop => {
+                    if (!drop.hasText)
+                        return;
+                    editor.dropText(drop.text, drop.x, drop.y);
+                    drop.accept(Qt.CopyAction);
+                }
+            }
+        }
+    }
+}
