@@ -27,7 +27,7 @@ ALLOWED = {
     "simulator": {"base", "device", "store", "ui"},
     "simulator/bluez": {"base", "device", "simulator"},
     "simulator/bluez": {"base", "device", "simulator"},
-    "cli": {"base", "device", "platform", "simulator"},
+    "cli": {"base", "device", "chat/text", "platform", "simulator"},
     "main": LOW | SCREENS | {"qml", "platform", "simulator", "simulator/bluez", "cli"},
 }
 QT_CORE_ONLY = {"base", "device", "store", "chat/text", "simulator", "cli"}

@@ -5,13 +5,18 @@
 
 namespace cvtamber {
 
-// `chat`: exchanges lines in the device's chat mode.
+// `chat`: exchanges lines in the device's chat mode. With a device whose language is Chinese, Hanzi go out as pinyin with
+// tone symbols, and those come back as marks.
 class ChatVerb final : public LiveTextVerb
 {
 public:
     ChatVerb(const VerbContext &context, const VerbRequest &request)
         : LiveTextVerb(context, request, QStringLiteral("CHAT"))
     {}
+
+private:
+    QString outgoing(const QString &line, int language) const override;
+    QString incoming(const QString &line, int language) const override;
 };
 
 } // namespace cvtamber

@@ -139,7 +139,7 @@ bool ArgumentParser::hasGlobals() const
 bool ArgumentParser::checkVerbOptions()
 {
     for (const auto id : {OptionId::BackTranslate, OptionId::Output, OptionId::Force, OptionId::As,
-                          OptionId::Translate, OptionId::Language}) {
+                          OptionId::Translate, OptionId::Language, OptionId::ToMarks}) {
         if (has(id) && (_verb->options & optionBit(id)) == 0)
             return fail(u"%1 does not go with %2."_s.arg(optionName(id), _verb->name));
     }
@@ -168,6 +168,7 @@ bool ArgumentParser::fillRequest(VerbRequest &request)
     request.backTranslate = has(OptionId::BackTranslate);
     request.translate = has(OptionId::Translate);
     request.force = has(OptionId::Force);
+    request.toMarks = has(OptionId::ToMarks);
     request.json = has(OptionId::Json);
     if ((_verb->options & optionBit(OptionId::Language)) != 0) {
         if (!has(OptionId::Language))

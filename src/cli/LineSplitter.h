@@ -3,23 +3,32 @@
 
 #include <QByteArray>
 #include <QByteArrayList>
+#include <QByteArrayView>
+
+#include <algorithm>
+#include <limits>
+#include <utility>
 
 namespace cvtamber {
 
-// Pieces of UTF-8 in, whole lines out. A line ends with LF or CR LF, which are not part of it.
+// Pieces of UTF-8 in, whole lines out. A line ends with LF or CR LF, which are not part of it. What a line has beyond
+// `longest` bytes is dropped.
 class LineSplitter
 {
 public:
-    QByteArrayList feed(const QByteArray &piece)
+    explicit LineSplitter(qsizetype longest = std::numeric_limits<qsizetype>::max())
+        : _longest(longest)
+    {}
+
+    QByteArrayList feed(QByteArrayView piece)
     {
         QByteArrayList lines;
-        qsizetype from = 0;
-        for (auto end = piece.indexOf('\n'); end >= 0; end = piece.indexOf('\n', from)) {
-            _rest += piece.mid(from, end - from);
+        for (auto end = piece.indexOf('\n'); end >= 0; end = piece.indexOf('\n')) {
+            append(piece.first(end));
             lines.append(takeRest());
-            from = end + 1;
+            piece = piece.sliced(end + 1);
         }
-        _rest += piece.mid(from);
+        append(piece);
         return lines;
     }
 
@@ -29,13 +38,28 @@ public:
     {
         QByteArray line;
         line.swap(_rest);
+        _isFull = false;
         if (line.endsWith('\r'))
             line.chop(1);
         return line;
     }
 
+    // True when bytes were dropped since the last call, once a line.
+    bool takeOverflow() { return std::exchange(_overflowed, false); }
+
 private:
+    void append(QByteArrayView bytes)
+    {
+        const qsizetype room = _longest - _rest.size();
+        if (bytes.size() > room && !std::exchange(_isFull, true))
+            _overflowed = true;
+        _rest += bytes.first(std::min(room, bytes.size()));
+    }
+
+    const qsizetype _longest;
     QByteArray _rest;
+    bool _isFull = false;
+    bool _overflowed = false;
 };
 
 } // namespace cvtamber

@@ -26,6 +26,16 @@ LiveTextVerb::LiveTextVerb(const VerbContext &context, const VerbRequest &reques
     , _longestQuiet(context.runLoop)
 {}
 
+QString LiveTextVerb::outgoing(const QString &line, int) const
+{
+    return line;
+}
+
+QString LiveTextVerb::incoming(const QString &line, int) const
+{
+    return line;
+}
+
 void LiveTextVerb::run(Session &session)
 {
     _session = &session;
@@ -41,6 +51,7 @@ void LiveTextVerb::run(Session &session)
 void LiveTextVerb::enterMode()
 {
     _session->device().sendCommand(_modeCommand);
+    _language = _session->device().cvLanguage();
     _inMode = true;
 }
 
@@ -94,7 +105,7 @@ void LiveTextVerb::takeLine(const QByteArray &line)
         refuse(u"its byte at offset %1 is no UTF-8"_s.arg(*offset));
         return;
     }
-    const QString text = readUtf8(line).text;
+    const QString text = outgoing(readUtf8(line).text, _language);
     if (text.contains(u'{')) {
         refuse(u"the device may take its opening brace for a command"_s);
         return;
@@ -193,6 +204,9 @@ void LiveTextVerb::CV_newDataReceived(const QString &text)
     if (_quiet.isActive())
         _quiet.start(QuietAfterInput, [this] { leave(); });
     const QByteArrayList lines = _received.feed(text.toUtf8());
+    if (_received.takeOverflow())
+        console().writeMessage(
+            u"The device sends a line of more than %1 bytes; the rest is dropped."_s.arg(LongestLine));
     for (const QByteArray &line : lines) {
         if (!print(line)) {
             _status = ExitStatus::Failed;
@@ -204,7 +218,7 @@ void LiveTextVerb::CV_newDataReceived(const QString &text)
 
 bool LiveTextVerb::print(const QByteArray &line)
 {
-    return console().writeOutput(visibleText(QString::fromUtf8(line)).toUtf8() + '\n');
+    return console().writeOutput(visibleText(incoming(QString::fromUtf8(line), _language)).toUtf8() + '\n');
 }
 
 void LiveTextVerb::leave()

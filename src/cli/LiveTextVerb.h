@@ -3,6 +3,7 @@
 
 #include "cli/LineSplitter.h"
 #include "cli/Verb.h"
+#include "device/DeviceTables.h"
 
 #include <deque>
 
@@ -26,7 +27,14 @@ public:
 protected:
     LiveTextVerb(const VerbContext &context, const VerbRequest &request, const QString &modeCommand);
 
+    // What is sent for a line that was typed, and printed for one that came, with a device of this language.
+    virtual QString outgoing(const QString &line, int language) const;
+    virtual QString incoming(const QString &line, int language) const;
+
 private:
+    // Of what the device sends without a line end; a person never writes as much.
+    static constexpr qsizetype LongestLine = 1'000'000;
+
     struct Line
     {
         qsizetype number;
@@ -50,8 +58,10 @@ private:
 
     const QString _modeCommand;
     Session *_session = nullptr;
+    int _language =
+        DeviceLanguage::Unknown; // as it was when the mode began: a device that is away tells none
     LineSplitter _input;
-    LineSplitter _received;
+    LineSplitter _received{LongestLine};
     qsizetype _lineNumber = 0;
     std::deque<Line> _lines; // the first is on its way while _isSending
     qsizetype _waitingCharacters = 0;

@@ -9,6 +9,7 @@
 #include "cli/GradeVerb.h"
 #include "cli/InfoVerb.h"
 #include "cli/ListVerb.h"
+#include "cli/PinyinVerb.h"
 #include "cli/PutVerb.h"
 #include "cli/RemoveVerb.h"
 #include "cli/ScanVerb.h"
@@ -44,6 +45,8 @@ VerbPtr makeVerb(const VerbContext &context, const VerbRequest &request)
         return std::make_shared<EncodeVerb>(context, request);
     case VerbId::Decode:
         return std::make_shared<DecodeVerb>(context, request);
+    case VerbId::Pinyin:
+        return std::make_shared<PinyinVerb>(context, request);
     }
     return nullptr;
 }

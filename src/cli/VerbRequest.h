@@ -5,7 +5,7 @@
 
 namespace cvtamber {
 
-enum class VerbId { Scan, Info, Ls, Get, Put, Emboss, Rm, Grade, Chat, Board, Batch, Encode, Decode };
+enum class VerbId { Scan, Info, Ls, Get, Put, Emboss, Rm, Grade, Chat, Board, Batch, Encode, Decode, Pinyin };
 
 // One verb with its operand and options, checked as far as that goes without a device.
 struct VerbRequest
@@ -17,6 +17,7 @@ struct VerbRequest
     bool backTranslate = false;
     bool translate = false;
     bool force = false;
+    bool toMarks = false;
     bool json = false;
     int language = 0;
     int grade = 0;
@@ -25,7 +26,7 @@ struct VerbRequest
     bool readsInput() const
     {
         return verb == VerbId::Chat || verb == VerbId::Board || verb == VerbId::Encode ||
-               verb == VerbId::Decode ||
+               verb == VerbId::Decode || verb == VerbId::Pinyin ||
                ((verb == VerbId::Put || verb == VerbId::Emboss) && operand == QStringLiteral("-"));
     }
 };

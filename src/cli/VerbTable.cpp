@@ -27,6 +27,7 @@ constexpr std::array Options{
     OptionEntry{OptionId::As, "as"_L1, 0, Value::Required, false},
     OptionEntry{OptionId::Translate, "translate"_L1, 0, Value::None, false},
     OptionEntry{OptionId::Language, "language"_L1, 0, Value::Required, false},
+    OptionEntry{OptionId::ToMarks, "to-marks"_L1, 0, Value::None, false},
 };
 
 constexpr unsigned GetOptions =
@@ -87,6 +88,11 @@ constexpr std::array Verbs{
     VerbEntry{VerbId::Decode, "decode"_L1, Operand::None, LanguageOption, false, "decode --language N"_L1,
               "Turn bytes of a device of language N (0 to 27) from standard input\n"
               "into UTF-8. Needs no device.\n"_L1},
+    VerbEntry{VerbId::Pinyin, "pinyin"_L1, Operand::None, optionBit(OptionId::ToMarks), false,
+              "pinyin [--to-marks]"_L1,
+              "Turn each line of standard input into what chat sends to a Chinese\n"
+              "device: Hanzi become pinyin with tone symbols. Needs no device.\n"
+              "  --to-marks        the way back: tone symbols become marks\n"_L1},
 };
 
 constexpr QLatin1StringView HelpHead = "corvane - talk to a Corvane braille writing device\n"

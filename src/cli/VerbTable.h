@@ -25,6 +25,7 @@ enum class OptionId : unsigned {
     As,
     Translate,
     Language,
+    ToMarks,
 };
 
 struct OptionEntry

@@ -70,6 +70,8 @@ void TestCommandLine::refused_data()
     row("ls --timeout 0", "1 to 3600");
     row("ls --timeout 99999999999", "1 to 3600");
     row("ls --timeout", "needs a value");
+    row("pinyin x", "does not take the word x");
+    row("chat --to-marks", "--to-marks does not go with chat");
     row("--device= ls", "not empty");
     row("--simulate= ls", "not empty");
 }
@@ -143,7 +145,7 @@ void TestCommandLine::batchLines()
     QVERIFY(parseBatchLine(u"rm \"A"_s).error.contains(u"not closed"_s));
     QVERIFY(parseBatchLine(u"rm \"\""_s).error.contains(u"not empty"_s));
     QVERIFY(parseBatchLine(u"ls --device X"_s).error.contains(u"whole batch"_s));
-    for (const auto &verb : {u"scan"_s, u"batch"_s, u"encode --language 1"_s})
+    for (const auto &verb : {u"scan"_s, u"batch"_s, u"encode --language 1"_s, u"pinyin"_s})
         QVERIFY(parseBatchLine(verb).error.contains(u"part of a batch"_s));
 }
 
@@ -244,6 +246,16 @@ void TestCommandLine::linesFromPieces()
     QVERIFY(splitter.hasRest());
     QCOMPARE(splitter.takeRest(), QByteArray("th"));
     QVERIFY(!splitter.hasRest());
+
+    LineSplitter narrow(3);
+    QCOMPARE(narrow.feed("abc\r\nab\n"), (QByteArrayList{"abc", "ab"}));
+    QVERIFY(narrow.takeOverflow());
+    QCOMPARE(narrow.feed("abc"), QByteArrayList());
+    QVERIFY(!narrow.takeOverflow());
+    QCOMPARE(narrow.feed("d"), QByteArrayList());
+    QVERIFY(narrow.takeOverflow());
+    QCOMPARE(narrow.feed("e\nf\n"), (QByteArrayList{"abc", "f"}));
+    QVERIFY(!narrow.takeOverflow());
 }
 
 void TestCommandLine::progressLine()

@@ -95,6 +95,23 @@ def codec_without_device(world):
 
 
 @case
+def pinyin_without_device(world):
+    out, _ = world.run("pinyin", data="中文。\n".encode())
+    check(out == b"zhong$ wen%.\n", out)
+    out, _ = world.run("pinyin", "--to-marks", data=out)
+    check(out == "zhōng wén.\n".encode(), out)
+    _, err = world.run("pinyin", status=1, data=b"a\xff")
+    check("offset 1" in err, err)
+
+
+@case
+def chinese_chat(world):
+    simulate = world.profile(language=15, languageSet="E", languageSwitch=7)
+    out, _ = world.run(simulate, "chat", data="中文。\n".encode())
+    check(out == "zhōng wén.\n".encode(), out)
+
+
+@case
 def bad_profiles(world):
     for name, data in (("empty", b""), ("garbage", b"\x00\xff{"), ("wrong", b'{"model": "x"}')):
         world.write(name, data)
