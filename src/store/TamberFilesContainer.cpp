@@ -6,6 +6,7 @@
 #include "store/CloudContainer.h"
 #include "store/CloudRouting.h"
 #include "store/ContainerDisk.h"
+#include "store/FileCoordinator.h"
 #include "store/StoreNames.h"
 #include "store/TamberUbiquitousFolderMonitor.h"
 
@@ -71,6 +72,8 @@ ContainerListing TamberFilesContainer::initWithFolder(const QString &folderName,
     if (!_isUbiquitous)
         return readDocuments(directory);
     _filesMonitor = makeIdleMonitor(directory, u"*.tamber"_s);
+    // Nobody lists this directory here, so nobody has met them.
+    _context.coordinator.sweep(directory, {});
     return {};
 }
 

@@ -77,6 +77,7 @@ void TamberUsers::watchCloud()
 {
     _ubiquitousMonitor = std::make_shared<TamberUbiquitousFolderMonitor>(_context, url(), registryFilter());
     _ubiquitousMonitor->setDelegate(weak_from_this());
+    _context.coordinator.sweep(url(), {});
 }
 
 void TamberUsers::setStorage(const std::shared_ptr<TamberStorage> &storage)

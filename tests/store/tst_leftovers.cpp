@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What a crash leaves behind, and what becomes of it an hour later.
+#include "RegistryBench.h"
 #include "store/ExchangeMark.h"
 #include "support/FaultyFileOperations.h"
 #include "support/Rows.h"
@@ -25,11 +26,11 @@ private:
     std::unique_ptr<StoreRig> _rig;
 
     // As it is a little more than an hour later.
-    void age(const QString &name) const
+    static void age(const StoreRig &rig, const QString &name)
     {
         const timespec then{::time(nullptr) - 3700, 0};
         const std::array<timespec, 2> times{then, then};
-        const QByteArray bytes = QFile::encodeName(_rig->path(name));
+        const QByteArray bytes = QFile::encodeName(rig.path(name));
         QCOMPARE(::utimensat(AT_FDCWD, bytes.constData(), times.data(), AT_SYMLINK_NOFOLLOW), 0);
     }
     QStringList leftovers() const { return _rig->disk.list(_rig->directory({})).leftovers; }
@@ -88,12 +89,37 @@ private slots:
             replaceFromOutside();
         if (isSavedAgain)
             QVERIFY(save("newer").ok());
-        age(leftovers().front());
+        age(*_rig, leftovers().front());
         _rig->disk.sweep(_rig->directory({}), leftovers());
         QStringList files;
         for (const QString &name : _rig->names())
             files.append(QString(name % u": "_s % QString::fromUtf8(_rig->bytes(name))));
         QCOMPARE(files, found);
+    }
+
+    // There the monitor tells what is in a directory, and leaves them out.
+    void inTheCloudTheyAreSweptToo()
+    {
+        const auto bench = RegistryBench::make(StoreRig::Place::Cloud);
+        const QString user = u"ActiveUsers/11111111-1111-1111-1111-111111111111"_s;
+        const QString folder = user % u"/22222222-2222-2222-2222-222222222222"_s;
+        const QStringList found{u"ActiveUsers/.cvtamber-1"_s, user % u"/.cvtamber-2"_s,
+                                folder % u"/.cvtamber-3"_s};
+        for (const QString &leftover : found) {
+            bench->rig.put(leftover, "x");
+            age(bench->rig, leftover);
+        }
+        for (const QString &record : {QString(user % u"/user.txt"_s), QString(folder % u"/folder.dat"_s)}) {
+            bench->rig.put(record, "Anna\n\n\n");
+            bench->rig.cloud.setItem(bench->rig.file(record), TamberUbiquitousItem::Downloaded);
+        }
+        const auto users = bench->open();
+        users->startQuery();
+        bench->rig.cloud.gather();
+        bench->rig.settle();
+        for (const QString &leftover : found)
+            QVERIFY2(!bench->rig.has(leftover), qPrintable(leftover));
+        QVERIFY(bench->rig.has(folder % u"/folder.dat"_s));
     }
 
     void onlyAWholeMarkIsOne()

@@ -141,7 +141,7 @@ void DiskFileCoordinator::move(const FileURL &from, const FileURL &to, Completio
 void DiskFileCoordinator::sweep(const FileURL &directory, const QStringList &leftovers)
 {
     auto work = [&disk = _disk, directory, leftovers] {
-        disk.sweep(directory, leftovers);
+        disk.sweep(directory, leftovers.isEmpty() ? disk.list(directory).leftovers : leftovers);
         return FileResult();
     };
     submit<FileResult>({directory}, std::move(work), nullptr);
