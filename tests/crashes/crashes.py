@@ -162,7 +162,9 @@ class Tree:
 
     def _judge(self, process, aged):
         found = self._read_listing(process)
-        journal = [json.loads(line) for line in self._journal.read_text().splitlines()]
+        # A kill may cut the last line short, where a page of the file ends.
+        journal = [json.loads(line) for line in self._journal.read_bytes().splitlines(keepends=True)
+                   if line.endswith(b"\n")]
         operations, interrupted = self._expected.apply(journal, found)
         check_disk(self._root, found)
         limit = time.monotonic() + LONGEST_SWEEP
