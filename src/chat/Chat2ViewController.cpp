@@ -18,6 +18,8 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto snapInterval = 60s;
+// A reader is given no more of one line.
+constexpr qsizetype mostSpoken = 1000;
 constexpr QRectF footerFrame(0, 0, 100, 50);
 constexpr QLatin1String lineEnd("\r\n");
 
@@ -205,7 +207,7 @@ void Chat2ViewController::CV_newDataReceived(const QString &text)
     addBubble(line, NSBubbleType::SomeoneElse);
     showConversation();
     if (isInUse())
-        presenter().announce(localizedFormat("Device: %@", spoken(line)));
+        presenter().announce(localizedFormat("Device: %@", spoken(line.left(mostSpoken))));
 }
 
 // Once until all that was kept has been shown.

@@ -3,6 +3,8 @@
 
 #include "app/AppContext.h"
 #include "base/SystemLog.h"
+#include "chat/Chat2ViewController.h"
+#include "chat/ChatViewController.h"
 #include "device/CVBTDevice.h"
 #include "device/CommandEngine.h"
 #include "device/DeviceTables.h"
@@ -44,6 +46,14 @@ CellControl button(int id, const QString &title, const QString &accessibleName)
     return control;
 }
 
+TableCell buttonCell(int id, const QString &title)
+{
+    TableCell cell;
+    cell.canHighlight = false;
+    cell.controls.append(button(id, title, title));
+    return cell;
+}
+
 } // namespace
 
 CVDeviceTableViewController::CVDeviceTableViewController(AppContext &context)
@@ -67,12 +77,14 @@ std::shared_ptr<CVDeviceTableViewController> CVDeviceTableViewController::self()
 // While the connect dialog is up the table keeps the layout of a device that is not connected.
 std::vector<CVDeviceTableViewController::Section> CVDeviceTableViewController::layout() const
 {
-    const bool isConnected = _details.isConnected && _connectWindowsClosed;
-    if (!isConnected && !_isBluetoothSupported)
+    if (!_hasChatSection && !_isBluetoothSupported)
         return {{Row::NotSupported}, {Row::Version}};
-    return {{Row::State, Row::Files, Row::Language, Row::UEB, Row::BrailleTable, Row::Mode, Row::Firmware,
-             Row::Model, Row::SerialNumber},
-            {Row::Version}};
+    std::vector<Section> sections{{Row::State, Row::Files, Row::Language, Row::UEB, Row::BrailleTable,
+                                   Row::Mode, Row::Firmware, Row::Model, Row::SerialNumber},
+                                  {Row::Version}};
+    if (_hasChatSection)
+        sections.insert(sections.begin(), {Row::Whiteboard, Row::Chat});
+    return sections;
 }
 
 int CVDeviceTableViewController::numberOfSections() const
@@ -118,6 +130,10 @@ TableCell CVDeviceTableViewController::cellForRow(IndexPath path) const
         return tableCellWithLabel(localized("Serial No.:"), _details.serialNumber);
     case Row::Version:
         return tableCellWithLabel(localized("CVTamber version::"), QStringLiteral(CVTAMBER_VERSION));
+    case Row::Whiteboard:
+        return buttonCell(WhiteboardButton, localized("Whiteboard"));
+    case Row::Chat:
+        return buttonCell(ChatButton, localized("Chat"));
     case Row::NotSupported:
         break;
     }
@@ -193,7 +209,18 @@ void CVDeviceTableViewController::updateStateLabels()
     // A listing that another command or the end of the link has pushed aside never completes.
     _isRefreshing =
         _isRefreshing && _details.isConnected && device.pendingCommand() == CommandEngine::DirectoryCommand;
+    showChatSection(_details.isConnected && _connectWindowsClosed);
     reloadData();
+}
+
+void CVDeviceTableViewController::showChatSection(bool shows)
+{
+    if (std::exchange(_hasChatSection, shows) == shows || !_isBluetoothSupported)
+        return;
+    if (shows)
+        insertSection(0, RowAnimation::Fade);
+    else
+        deleteSection(0, RowAnimation::Top);
 }
 
 CVDeviceTableViewController::Details CVDeviceTableViewController::connectedDetails() const
@@ -255,6 +282,10 @@ void CVDeviceTableViewController::controlActivated(IndexPath path, int control, 
         break;
     case ShowFilesButton:
         showFilesClicked();
+        break;
+    case WhiteboardButton:
+    case ChatButton:
+        chatClicked(control);
         break;
     default:
         break;
@@ -355,6 +386,23 @@ void CVDeviceTableViewController::showFilesClicked()
     const auto navigation = NavigationController::withRoot(presenter(), files);
     navigation->setModalPresentationStyle(PresentationStyle::FormSheet);
     presentViewController(navigation, true);
+}
+
+void CVDeviceTableViewController::chatClicked(int button)
+{
+    _context.log.info(QStringLiteral("Chat clicked"));
+    const auto navigation = navigationController();
+    if (!navigation)
+        return;
+    std::shared_ptr<ViewController> screen;
+    if (button == WhiteboardButton) {
+        screen = std::make_shared<ChatViewController>(_context);
+        screen->setTitle(localized("Whiteboard"));
+    } else {
+        screen = std::make_shared<Chat2ViewController>(_context);
+        screen->setTitle(localized("Chat"));
+    }
+    navigation->pushViewController(screen, true);
 }
 
 // Where the list did not cover this screen no appearance fills the labels again.

@@ -9,7 +9,7 @@
 namespace cvtamber {
 
 // The device tab: whether the device is connected and what it tells of itself, with Connect or Disconnect, the UEB
-// switch, and the refresh and the list of its files.
+// switch, the refresh and the list of its files, and above them the whiteboard and the chat while it is connected.
 //
 // It reads everything from the device object and stores nothing. It becomes the device's state delegate when its
 // connect dialog closes and when it disconnects, and is a link observer all its life: a link lost while no connect
@@ -28,7 +28,9 @@ public:
         SwitchUEBC,
         RefreshFilesButton,
         FilesActivityIndicator,
-        ShowFilesButton
+        ShowFilesButton,
+        WhiteboardButton,
+        ChatButton,
     };
     Q_ENUM(Control)
 
@@ -65,6 +67,8 @@ private:
         SerialNumber,
         Version,
         NotSupported,
+        Whiteboard,
+        Chat,
     };
     using Section = std::vector<Row>;
     // What the device told when the labels were last filled.
@@ -87,6 +91,7 @@ private:
     TableCell filesCell() const;
     TableCell uebcCell() const;
     void updateStateLabels();
+    void showChatSection(bool shows);
     Details connectedDetails() const;
     void connectButtonClicked();
     void connectDialogClosed();
@@ -94,6 +99,7 @@ private:
     void refreshFilesButtonClicked();
     void filesRefreshed();
     void showFilesClicked();
+    void chatClicked(int button);
     void cancelFileDialog();
     std::shared_ptr<CVDeviceTableViewController> self();
 
@@ -101,6 +107,8 @@ private:
     std::shared_ptr<CVConnectViewController> _connectViewController;
     Details _details;
     bool _connectWindowsClosed = true;
+    // Connected, and the connect dialog closed.
+    bool _hasChatSection = false;
     bool _isBluetoothSupported = true;
     // The UEB switch as it was last sent; off at start, whatever the device has.
     bool _uebcOn = false;

@@ -3,6 +3,7 @@
 
 #include "app/MEditUserDialog.h"
 #include "app/MTextEditViewController.h"
+#include "chat/Chat2ViewController.h"
 #include "chat/ChatViewController.h"
 #include "chat/text/UIMyTextView.h"
 #include "device_ui/CVConnectViewController.h"
@@ -13,6 +14,14 @@
 
 // The screens that have a view of their own, under the names that the views know them by.
 namespace cvtamber {
+
+struct Chat2ViewControllerType
+{
+    Q_GADGET
+    QML_FOREIGN(cvtamber::Chat2ViewController)
+    QML_NAMED_ELEMENT(Chat2ViewController)
+    QML_UNCREATABLE("Screens are made in C++.")
+};
 
 struct ChatViewControllerType
 {

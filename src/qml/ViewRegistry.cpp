@@ -27,6 +27,7 @@ constexpr std::array views = {
     ViewOfClass{"cvtamber::MTextEditViewController", "EditorScreen"},
     ViewOfClass{"cvtamber::MEditUserDialog", "UserDialogScreen"},
     ViewOfClass{"cvtamber::ChatViewController", "WhiteboardScreen"},
+    ViewOfClass{"cvtamber::Chat2ViewController", "ChatScreen"},
 };
 
 } // namespace

@@ -6,11 +6,24 @@
 namespace cvtamber {
 
 // A device screen's surroundings with a device that is connected, identified and has told its files. It prints in
-// Polish, whose code page lacks some bytes.
+// Polish, whose code page lacks some bytes, or in another language.
 struct ConnectedBench : DeviceScreenBench
 {
-    explicit ConnectedBench(const QList<SimulatedFile> &files, bool isTablet = true)
-        : DeviceScreenBench(isTablet, {profileWith(files)})
+    static constexpr int Polish = 17;
+
+    explicit ConnectedBench(const QList<SimulatedFile> &files, bool isTablet = true, int language = Polish)
+        : DeviceScreenBench(isTablet, {profileWith(files, language)})
+    {
+        connectDevice();
+    }
+    ~ConnectedBench()
+    {
+        device.setCvUploadDelegate(nullptr);
+        device.setCvDownloadDelegate(nullptr);
+        device.setDataDelegate(nullptr);
+    }
+
+    void connectDevice()
     {
         const auto states = std::make_shared<RecordingDelegates>();
         device.setCvStateDelegate(states);
@@ -20,12 +33,6 @@ struct ConnectedBench : DeviceScreenBench
         device.setCvStateDelegate(nullptr);
         advance(std::chrono::seconds(1));
     }
-    ~ConnectedBench()
-    {
-        device.setCvUploadDelegate(nullptr);
-        device.setCvDownloadDelegate(nullptr);
-    }
-
     void dropLink(bool withError = true)
     {
         simulated().dropLink(withError);
@@ -34,12 +41,15 @@ struct ConnectedBench : DeviceScreenBench
     QList<QByteArray> received() const { return simulated().firmware().receivedCommands(); }
 
 private:
-    static DeviceProfile profileWith(const QList<SimulatedFile> &files)
+    static DeviceProfile profileWith(const QList<SimulatedFile> &files, int language)
     {
         DeviceProfile profile;
-        profile.firmware = "2.1B004";
-        profile.languageSwitch = 7;
+        // Of the switch's seventh value Polish is in one set of languages, Chinese in another.
+        profile.firmware = language == Polish ? "2.1B004" : "2.1E004";
+        profile.languageSwitch = language < 4 ? language - 1 : 7;
         profile.files = files;
+        if (language != Polish)
+            profile.language = language;
         return profile;
     }
 };

@@ -106,6 +106,7 @@ private slots:
     void namesByNumber();
     void connectAndDisconnect_data();
     void connectAndDisconnect();
+    void chatSection();
     void cancelledConnect();
     void onlyOneDialog();
     void layoutWaitsForTheDialog();
@@ -177,10 +178,10 @@ void tst_DeviceScreen::connectedRows()
     DeviceBench bench(profile);
     QVERIFY(bench.connectDevice());
     QStringList shown;
-    for (int row = 0; row < bench.screen->numberOfRows(0); ++row)
-        shown.append(bench.screen->cellForRow({0, row}).detail);
+    for (int row = 0; row < bench.screen->numberOfRows(1); ++row)
+        shown.append(bench.screen->cellForRow({1, row}).detail);
     QCOMPARE(shown, details);
-    QCOMPARE(bench.screen->numberOfSections(), 2);
+    QCOMPARE(bench.screen->numberOfSections(), 3);
     QCOMPARE(bench.control(u"Files:"_s, Screen::ShowFilesButton).has_value(), !profile.files.isEmpty());
     QCOMPARE(bench.resets, 0);
     QCOMPARE(bench.removals, 0);
@@ -233,9 +234,40 @@ void tst_DeviceScreen::connectAndDisconnect()
     bench.advance(5s);
     QVERIFY(!bench.simulated().isLinked());
     QVERIFY(bench.presenter.notices().isEmpty());
+    QCOMPARE(bench.removals, 1);
     QVERIFY(bench.connectDevice());
     QCOMPARE(bench.resets, 0);
-    QCOMPARE(bench.removals, 0);
+    QCOMPARE(bench.removals, 1);
+}
+
+void tst_DeviceScreen::chatSection()
+{
+    DeviceBench bench;
+    bench.screen->corvaneDeviceStateChanged(0);
+    QCOMPARE(bench.screen->numberOfSections(), 2);
+    RowAnimation inserted = RowAnimation::None;
+    RowAnimation removed = RowAnimation::None;
+    QObject::connect(bench.screen->modelPointer(), &QAbstractItemModel::rowsInserted,
+                     [&] { inserted = bench.screen->rowAnimation(); });
+    QObject::connect(bench.screen->modelPointer(), &QAbstractItemModel::rowsRemoved,
+                     [&] { removed = bench.screen->rowAnimation(); });
+    QVERIFY(bench.connectDevice());
+    QVERIFY(inserted == RowAnimation::Fade);
+    QCOMPARE(bench.screen->numberOfRows(0), 2);
+    for (const auto &[row, title] : {std::pair(0, u"Whiteboard"_s), std::pair(1, u"Chat"_s)}) {
+        const TableCell cell = bench.screen->cellForRow({0, row});
+        QVERIFY(cell.style == TableCell::Style::Default && cell.text.isEmpty() && !cell.canHighlight);
+        QCOMPARE(cell.controls.size(), 1);
+        QCOMPARE(cell.controls[0].title, title);
+    }
+    // A state that tells of no end only fills the labels.
+    bench.screen->corvaneDeviceStateChanged(1);
+    QCOMPARE(bench.screen->numberOfSections(), 3);
+    bench.simulated().dropLink();
+    bench.advance(1s);
+    QVERIFY(removed == RowAnimation::Top);
+    QCOMPARE(bench.screen->numberOfSections(), 2);
+    QCOMPARE(bench.resets, 0);
 }
 
 void tst_DeviceScreen::cancelledConnect()
