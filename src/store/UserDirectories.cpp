@@ -22,7 +22,7 @@ bool isDocumentOrOnItsWay(const FileURL &file)
     const QString hidden = nameBehindPlaceholder(name);
     const QString &real = hidden.isNull() ? name : hidden;
     return real.endsWith(QChar(u'.') + DocumentExtension.toString(), Qt::CaseInsensitive) ||
-           isSyncTemporary(name);
+           isSyncTemporary(name) || name.startsWith(u'.');
 }
 
 void moveDirectoryToTrash(StoreContext &context, const FileURL &directory)

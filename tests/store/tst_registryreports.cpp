@@ -192,6 +192,7 @@ private slots:
         row("a placeholder of a document", Anna % u"/.Letter.tamber.icloud"_s, true);
         row("a conflict copy", Anna % u"/Letter (conflicted copy).tamber"_s, true);
         row("a document on its way", Anna % u"/.syncthing.Letter.tamber.tmp"_s, true);
+        row("one on its way by another program", Anna % u"/.Letter.tamber.aB3dE9"_s, true);
     }
     void aDeletedRecordTakesTheDirectoryOnlyWithoutDocuments()
     {
