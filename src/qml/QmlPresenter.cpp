@@ -2,6 +2,7 @@
 #include "qml/QmlPresenter.h"
 
 #include "qml/Announcer.h"
+#include "qml/BubbleImageProvider.h"
 #include "qml/IconProvider.h"
 #include "qml/NavigationStack.h"
 #include "qml/ViewRegistry.h"
@@ -47,6 +48,7 @@ QmlPresenter::QmlPresenter(RunLoop &runLoop)
 {
     qml_register_types_CVTamber();
     _engine->addImageProvider(QStringLiteral("cvtamber"), new IconProvider);
+    _engine->addImageProvider(QStringLiteral("bubbles"), new BubbleImageProvider);
     QObject *window = ViewRegistry::of(*_engine).createObject(QStringLiteral("MainWindow"), {}, nullptr);
     _window = qobject_cast<QQuickWindow *>(window);
     if (_window) {

@@ -40,6 +40,14 @@ QtObject {
     readonly property color scrim: pick("#66101318", "#99000000", "#99000000", "#b3404040")
     readonly property color notice: pick("#262a33", "#e6e8ee", "#000000", "#ffffff")
     readonly property color noticeText: pick("#ffffff", "#16181d", "#ffffff", "#000000")
+    // The bubbles of a conversation: mine and those of the other side, in which side and tail differ as well.
+    readonly property color bubbleMine: pick("#cfe0fb", "#1f4380", "#00318a", "#9fd0ff")
+    readonly property color bubbleMineText: pick("#16181d", "#f2f3f7", "#ffffff", "#000000")
+    readonly property color bubbleSomeone: pick("#ffffff", "#262a33", "#ffffff", "#000000")
+    readonly property color bubbleSomeoneText: text
+    readonly property color bubbleOutline: pick("#b4bfd4", "#505869", "#000000", "#ffffff")
+    readonly property color headerShadow: pick("#ffffff", "#000000", "#ffffff", "#000000")
+    readonly property color avatarBorder: pick("#33000000", "#33ffffff", "#000000", "#ffffff")
     // Around cards: colour alone does not part them from the background in high contrast.
     readonly property int cardBorder: highContrast ? 1 : 0
     readonly property int hairline: highContrast ? 2 : 1

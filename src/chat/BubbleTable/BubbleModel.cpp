@@ -37,6 +37,13 @@ std::vector<BubbleSections::Date> datesOf(const std::vector<NSBubblePtr> &bubble
     return dates;
 }
 
+// A name without a scheme is one of the program's resources.
+QString addressOf(const QString &image)
+{
+    const auto isName = !image.isEmpty() && !image.contains(QLatin1Char(':'));
+    return isName ? QStringLiteral("qrc:/images/") % image : image;
+}
+
 } // namespace
 
 BubbleModel::BubbleModel() = default;
@@ -140,7 +147,7 @@ QVariant BubbleModel::bubbleData(int number, int role) const
     case MineRole:
         return bubble.isMine();
     case PictureRole:
-        return bubble.view().image.source;
+        return addressOf(bubble.view().image.source);
     case TopCapRole:
         return UIBubbleTableViewCell::topCap();
     default:
@@ -161,7 +168,7 @@ QVariant BubbleModel::frameData(int number, int role) const
     case LeftCapRole:
         return cell.leftCap();
     case AvatarRole:
-        return cell.avatarImage();
+        return bubble(number)->avatar().isEmpty() ? cell.avatarImage() : addressOf(cell.avatarImage());
     case AvatarFrameRole:
         return cell.avatar();
     default:

@@ -18,7 +18,7 @@ namespace cvtamber {
 //
 // A text is measured when its row is first asked for; its size is kept until the font or the room changes.
 // Owner: its table. Thread: main thread.
-class BubbleModel final : public QAbstractListModel
+class BubbleModel : public QAbstractListModel
 {
     Q_OBJECT
 

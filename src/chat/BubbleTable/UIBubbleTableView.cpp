@@ -125,4 +125,21 @@ int UIBubbleTableView::bubbleIndexFrom(int index, bool downwards) const
     return -1;
 }
 
+int UIBubbleTableView::bubbleIndexAfterPage(int index, bool downwards, double height) const
+{
+    const auto step = downwards ? 1 : -1;
+    auto found = bubbleIndexFrom(index, downwards);
+    auto isFirstStep = true;
+    for (auto next = index; next >= 0 && next < _model->rowCount(); next += step) {
+        height -= _model->heightOf(next);
+        if (_model->kindOf(next) != BubbleModel::Bubble || next == index)
+            continue;
+        if (height < 0 && !isFirstStep)
+            break;
+        found = next;
+        isFirstStep = false;
+    }
+    return found >= 0 ? found : bubbleIndexFrom(index, !downwards);
+}
+
 } // namespace cvtamber

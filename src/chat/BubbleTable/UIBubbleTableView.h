@@ -79,6 +79,9 @@ public:
     Q_INVOKABLE QString textAt(int index) const;
     // The next bubble row from an index, this one included, downwards or upwards; -1 where there is none.
     Q_INVOKABLE int bubbleIndexFrom(int index, bool downwards) const;
+    // The bubble row so far from an index that both fit into the height, at least the next one; the last one or first
+    // one at the ends; -1 without bubbles.
+    Q_INVOKABLE int bubbleIndexAfterPage(int index, bool downwards, double height) const;
 
 signals:
     void appearanceChanged();

@@ -1,0 +1,88 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The application used by somebody who has a keyboard and nothing else.
+
+KeyboardProgram has the tasks' words of Program (press, focus, fill), and does each with keys alone: Tab between
+controls, arrows within a list or among tabs, Return and Space to act. Where Tab comes round without having reached
+what is wanted, the control cannot be reached and the test fails.
+"""
+import time
+
+from driver import GLib, Missing, Program, STEP, matches, until
+
+# More stops than any screen has: past it Tab is caught somewhere.
+MANY = 80
+
+
+class KeyboardProgram(Program):
+    def press(self, name, role=None):
+        self.see(name, role)
+        self._go_to(name, role)
+        self.keys("space" if self._place()[0] == "check box" else "Return")
+
+    def focus(self, name, role=None):
+        self.see(name, role)
+        self._go_to(name, role)
+
+    def _is_on(self, name, role):
+        place = self._place()
+        return place is not None and matches(place[1], name) and role in (None, place[0])
+
+    def _go_to(self, name, role):
+        """Tab until it has the focus; the rows of a list are walked when the list has it."""
+        self._settled()
+        row = self._row_of(name, role)
+        if row is not None:
+            # The controls of a row are behind it.
+            self._go_to(row, "list item")
+        seen = []
+        for _ in range(MANY):
+            if self._is_on(name, role) or self._walk(name, role):
+                return
+            place = self._place()
+            if seen and place is not None and seen.count(place) > 1:
+                break
+            seen.append(place)
+            self._key("Tab")
+        raise Missing(f"a way to {name!r} ({role or 'any role'}) by Tab; the stops were {seen}:\n{self.outline()}")
+
+    def _walk(self, name, role):
+        """Along the rows or tabs from the one that has the focus to the one that is wanted, and back if it is none."""
+        here = (self._place() or ("",))[0]
+        wanted = self.find(name, role)
+        if here not in ("list item", "page tab") or wanted is None or wanted.get_role_name() != here:
+            return False
+        forward = "Down" if here == "list item" else "Right"
+        if here == "list item":
+            self._key("Home")
+        for _ in range(MANY):
+            if self._is_on(name, role):
+                return True
+            place = self._place()
+            self._key(forward)
+            if self._place() == place:
+                break
+        return self._is_on(name, role)
+
+    def _row_of(self, name, role):
+        node = self.find(name, role)
+        parent = node.get_parent() if node else None
+        return parent.get_name() if parent and parent.get_role_name() == "list item" else None
+
+    def _place(self):
+        try:
+            node = self.focused()
+            return (node.get_role_name(), node.get_name()) if node else None
+        except GLib.Error:  # It went while it was being read.
+            return None
+
+    def _key(self, name):
+        """The key, and a moment for the focus to follow."""
+        before = self._place()
+        self.keys(name)
+        end = time.monotonic() + 1
+        while self._place() == before and time.monotonic() < end:
+            time.sleep(STEP)
+
+    def _settled(self):
+        """What has just opened takes the focus by itself."""
+        until(self._place, f"a focus:\n{self.outline()}")
