@@ -51,6 +51,7 @@ ChatViewController::ChatViewController(AppContext &context)
     , _rest(context.runLoop)
 {
     _textView->setDelegate(this);
+    _textView->setHoldsBack(true);
 }
 
 ChatViewController::~ChatViewController()
@@ -93,6 +94,7 @@ void ChatViewController::viewDidAppear()
 void ChatViewController::viewWillDisappear()
 {
     _context.device.setDataDelegate(nullptr);
+    _textView->setHoldsBack(true);
 }
 
 void ChatViewController::viewDidDisappear()

@@ -16,9 +16,10 @@ struct AppContext;
 
 // The whiteboard: one page that the person and the device write on together, see UIMyTextView.
 //
-// While the screen is seen the device is in whiteboard mode and the screen its data delegate. Without a link the page
-// holds back what is typed: it stays unsent and editable, and goes with the first space or line end after the link is
-// there again. The device's text is told to screen readers by lines, and what is no line yet after a rest.
+// While the screen is seen the device is in whiteboard mode and the screen its data delegate. Before, afterwards and
+// without a link, when the device would emboss the words or not get them, the page holds back what is typed: it stays
+// unsent and editable, and goes with the first space or line end after the mode is on. The device's text is told to
+// screen readers by lines, and what is no line yet after a rest.
 // Thread: main thread. Owner: the navigation that it is pushed on. The page lives on without it.
 class ChatViewController final : public cvtamber::ViewController,
                                  public CVDataDelegate,
