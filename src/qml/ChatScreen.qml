@@ -16,15 +16,15 @@ ScreenView {
         return true;
     }
     function followKeyboard(): void {
-        const height = Qt.inputMethod.keyboardRectangle.height / Screen.devicePixelRatio;
-        if (Qt.inputMethod.visible && height > 0)
+        const height = InputMethod.keyboardRectangle.height / Screen.devicePixelRatio;
+        if (InputMethod.visible && height > 0)
             screen.controller.keyboardWasShown(height, screen.Window.height - screen.mapToItem(null, 0, screen.height).y);
         else
             screen.controller.keyboardWillBeHidden();
     }
     function send(): void {
         // What an input method still holds is part of the line.
-        Qt.inputMethod.commit();
+        InputMethod.commit();
         screen.controller.okButtonClicked();
         field.forceActiveFocus(Qt.OtherFocusReason);
     }
@@ -37,7 +37,7 @@ ScreenView {
             screen.followKeyboard();
         }
 
-        target: Qt.inputMethod
+        target: InputMethod
     }
     Item {
         id: container

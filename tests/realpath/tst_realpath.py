@@ -116,6 +116,20 @@ def chat_ends_in_order():
 
 
 @case
+def chat_in_chinese():
+    """Characters go out as pinyin with tone symbols, which the person at the device reads and writes."""
+    profile = {"serial": SERIAL, "name": "Desk", "language": 15, "languageSet": "E", "languageSwitch": 7,
+               "chat": [{"say": ["ni^ hao^!"]}, {"when": "zhong$ wen%.", "say": ["dong&, wo^ dong^."], "after": 0}]}
+    with Bench(PROGRAMS, {"devices": [profile]}) as bench:
+        chat = bench.start(*NAMED, "chat", data=None)
+        chat.wait_for_line("n\u01d0 h\u01ceo!".encode())
+        chat.send("\u4e2d\u6587\u3002\n".encode())
+        chat.wait_for_line("d\u00f2ng, w\u01d2 d\u01d2ng.".encode())
+        chat.end_input()
+        check(chat.wait() == 0 and not chat.errors(), chat.story())
+
+
+@case
 def signal_ends_the_link():
     with Bench(PROGRAMS, ONE_DEVICE) as bench:
         chat = bench.start(*NAMED, "chat", data=None)
