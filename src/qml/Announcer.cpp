@@ -17,4 +17,12 @@ void Announcer::announce(const QString &text)
     QAccessible::updateAccessibility(&event);
 }
 
+void Announcer::clear()
+{
+    if (_text.isEmpty())
+        return;
+    _text.clear();
+    emit textChanged();
+}
+
 } // namespace cvtamber

@@ -21,6 +21,8 @@ public:
 
     const QString &text() const { return _text; }
     void announce(const QString &text);
+    // Nothing to be heard any more; said to nobody.
+    void clear();
 
 signals:
     void textChanged();

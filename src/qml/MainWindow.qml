@@ -47,7 +47,14 @@ Window {
         content: window.contentItem
         notice: window.notice
     }
-    Announcer {
+    // Several, because a reader fetches the words some time after it was told that there are any.
+    News {}
+    News {}
+    News {}
+    News {}
+
+    component News: Announcer {
+        Accessible.ignored: text === ""
         Accessible.name: text
         Accessible.role: Accessible.Notification
         height: 1

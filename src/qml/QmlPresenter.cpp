@@ -3,6 +3,7 @@
 
 #include "qml/Announcer.h"
 #include "qml/BubbleImageProvider.h"
+#include "qml/ListAccessible.h"
 #include "qml/IconProvider.h"
 #include "qml/NavigationStack.h"
 #include "qml/ViewRegistry.h"
@@ -45,7 +46,9 @@ QmlPresenter::QmlPresenter(RunLoop &runLoop)
     , _questions(std::make_unique<QuestionQueue>(
           [this](const QuestionQueue::Question &question) { return makeQuestion(question); }))
     , _noticeEnd(runLoop)
+    , _newsEnd(runLoop)
 {
+    ListAccessible::install();
     qml_register_types_CVTamber();
     _engine->addImageProvider(QStringLiteral("cvtamber"), new IconProvider);
     _engine->addImageProvider(QStringLiteral("bubbles"), new BubbleImageProvider);
@@ -206,9 +209,16 @@ void QmlPresenter::showNotice(const QString &text)
 
 void QmlPresenter::announce(const QString &text)
 {
-    if (auto *announcer = _window ? _window->findChild<Announcer *>() : nullptr) {
-        announcer->announce(text);
-    }
+    const auto announcers = _window ? _window->findChildren<Announcer *>() : QList<Announcer *>();
+    if (announcers.isEmpty() || text.isEmpty())
+        return;
+    announcers[_announced++ % announcers.size()]->announce(text);
+    // Who goes through the window later does not meet old news.
+    _newsEnd.start(noticeStart + noticePerCharacter * text.size(), [this] {
+        const auto said = _window ? _window->findChildren<Announcer *>() : QList<Announcer *>();
+        for (Announcer *announcer : said)
+            announcer->clear();
+    });
 }
 
 QObject *QmlPresenter::makeQuestion(const QuestionQueue::Question &question)

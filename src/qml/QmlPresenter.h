@@ -85,6 +85,8 @@ private:
     std::unique_ptr<QuestionQueue> _questions;
     Finished _finished;
     DelayedCall _noticeEnd;
+    DelayedCall _newsEnd;
+    qsizetype _announced = 0;
 };
 
 } // namespace cvtamber

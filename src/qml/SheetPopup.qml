@@ -107,6 +107,8 @@ Dialog {
                     surface: Theme.background
                     wraps: true
                     text: sheet.buttons[index]
+                    // Its three dots say to the eye that a question follows; spoken or in braille they are noise.
+                    spokenName: text.replace(/…$/, "")
                     width: column.width
 
                     Keys.onDownPressed: sheet.focusChoice(index + 1)

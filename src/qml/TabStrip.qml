@@ -13,6 +13,8 @@ Rectangle {
     function selectAndFocus(index: int): void {
         if (index < 0 || index >= controller.count)
             return;
+        // The focus first: the item that has it cannot stop being a tab stop.
+        tabs.itemAt(index).forceActiveFocus(Qt.TabFocusReason);
         controller.selectTab(index);
         tabs.itemAt(controller.selectedIndex).forceActiveFocus(Qt.TabFocusReason);
     }
@@ -55,6 +57,11 @@ Rectangle {
                 Keys.onUpPressed: strip.selectAndFocus(index - 1)
                 Keys.onRightPressed: strip.selectAndFocus(index + 1)
                 Keys.onDownPressed: strip.selectAndFocus(index + 1)
+                Keys.onPressed: event => {
+                    event.accepted = event.key === Qt.Key_Home || event.key === Qt.Key_End;
+                    if (event.accepted)
+                        strip.selectAndFocus(event.key === Qt.Key_Home ? 0 : tabs.count - 1);
+                }
 
                 Connections {
                     function onTabsChanged() {

@@ -19,9 +19,9 @@ ScreenView {
     readonly property int typingPause: 1000
 
     function takeFocus(): bool {
-        if (rows.count === 0)
+        if (rows.count === 0 && !emptyNote.visible)
             return false;
-        rows.forceActiveFocus(Qt.OtherFocusReason);
+        (rows.count === 0 ? emptyNote : rows).forceActiveFocus(Qt.OtherFocusReason);
         return true;
     }
     // A table without a bar has its Cancel button at the end.
@@ -116,13 +116,14 @@ ScreenView {
         id: rows
 
         readonly property bool animates: Theme.motion > 0 && screen.visible
+        readonly property string spokenName: screen.controller.title !== "" ? screen.controller.title : screen.spokenTitle
 
         // No binding: reading the origin may lay out the rows anew, which changes both.
         function tellScrolled(): void {
             screen.scrolled = contentY - originY;
         }
 
-        Accessible.name: screen.controller.title !== "" ? screen.controller.title : screen.spokenTitle
+        Accessible.name: spokenName
         Accessible.role: Accessible.List
         activeFocusOnTab: count > 0
         anchors.fill: parent
@@ -260,9 +261,14 @@ ScreenView {
         onTranslationChanged: if (active && row >= 0)
             offset = Math.max(openOffset * 1.5, Math.min(0, translation.x))
     }
+    // Takes the focus as a row would: an empty list is told, and is no hole in the way of the Tab key.
     AppText {
+        id: emptyNote
+
+        Accessible.focusable: true
         Accessible.name: text
         Accessible.role: Accessible.StaticText
+        activeFocusOnTab: visible
         anchors.centerIn: parent
         color: Theme.secondaryText
         horizontalAlignment: Text.AlignHCenter
@@ -270,5 +276,14 @@ ScreenView {
         visible: rows.count === 0 && text !== ""
         width: Math.min(parent.width - Theme.margin * 4, Theme.readableWidth)
         wrapMode: Text.Wrap
+
+        onVisibleChanged: if (visible ? rows.activeFocus : activeFocus)
+            screen.takeFocus()
+
+        FocusRing {
+            inset: -Theme.half
+            radius: Theme.unit
+            target: emptyNote
+        }
     }
 }
