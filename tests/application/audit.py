@@ -5,7 +5,7 @@ Faults of a screen come as sentences; a test fails with all of them. See docs/ac
 """
 import re
 
-from driver import Atspi
+from driver import Atspi, Missing, Program
 
 CONTROLS = {"push button", "check box", "page tab", "text"}
 NAMED = CONTROLS | {"list", "list item", "heading", "dialog", "panel", "page tab list", "progress bar", "image", "label"}
@@ -17,6 +17,16 @@ POSITION = re.compile(r", (\d+) of (\d+)$")
 RAW = re.compile(r"^\d+\.\d+$|%[@d0-9]|^(qml|cvtamber)[._]")
 # Spoken, or shown on a braille display, they are noise.
 DECORATION = re.compile("[\u2190-\u21ff\u2022\u2026\u2500-\u25ff\u2600-\u27bf\ufe0f*_|<>]|\\.\\.\\.$")
+
+
+class AuditedProgram(Program):
+    """Each screen that is worth a picture is worth a look at what it says."""
+
+    def shot_of(self, name):
+        super().shot_of(name)
+        found = faults(self)
+        if found:
+            raise Missing(f"{name} without fault:\n" + "\n".join(found) + "\n" + self.outline())
 
 
 class Node:

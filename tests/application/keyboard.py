@@ -14,6 +14,9 @@ MANY = 80
 
 
 class KeyboardProgram(Program):
+    def shot_of(self, name):
+        """Pictures are for those who see."""
+
     def press(self, name, role=None):
         self.see(name, role)
         self._go_to(name, role)
@@ -52,8 +55,7 @@ class KeyboardProgram(Program):
         if here not in ("list item", "page tab") or wanted is None or wanted.get_role_name() != here:
             return False
         forward = "Down" if here == "list item" else "Right"
-        if here == "list item":
-            self._key("Home")
+        self._key("Home")
         for _ in range(MANY):
             if self._is_on(name, role):
                 return True

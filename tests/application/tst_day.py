@@ -1,13 +1,16 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""tst_day.py CVTAMBER PROFILE SIZE SHOTS: a person's day with the real program, at one size of window.
+"""tst_day.py CVTAMBER PROFILE SIZE SHOTS [keyboard]: a person's day with the real program, at one size of window.
 
-Everything is done through what a screen reader offers or by keys; SHOTS gets a picture of each screen.
+Everything is done through what a screen reader offers, and SHOTS gets a picture of each screen, which is audited as it
+is taken; or all of it by keys alone.
 """
 import pathlib
 import sys
 
-from driver import Desk, Program, SIZES, until
+from audit import AuditedProgram
+from driver import Desk, until
+from keyboard import KeyboardProgram
 
 PUPILS = (("Ann", "Lee"), ("Ben", "Okoro"))
 
@@ -101,9 +104,9 @@ def rename(p):
     p.see("Delete Letters")
     p.shot_of("container-editing")
     p.press("HOMEWORK.TXT...", "list item")
-    p.see("Rename…")
+    p.see("Move", "push button")
     p.shot_of("edit-menu")
-    p.press("Rename…")
+    p.press("Rename", "push button")
     p.see("Rename", "text")
     p.shot_of("rename")
     p.fill("Rename", "Homework")
@@ -115,7 +118,7 @@ def rename(p):
 
 def move_to_folder(p):
     p.press("Homework...", "list item")
-    p.press("Move…")
+    p.press("Move", "push button")
     p.see("Cancel")
     p.shot_of("pick-user")
     p.press("Ann Lee...", "list item")
@@ -138,7 +141,7 @@ def delete_document(p):
     p.press("Yes")
     p.see_no("Yes")
     p.see_no("Homework...")
-    p.press("Done")
+    # An empty list cannot be edited: there is nothing to end.
     p.press("Back")
     p.see_no("Nothing here yet...")
     p.press("Back")
@@ -196,7 +199,8 @@ def on_disk(desk, pattern):
 def main():
     binary, profile, shots = (pathlib.Path(sys.argv[i]).resolve() for i in (1, 2, 4))
     size = sys.argv[3]
-    with Desk() as desk, Program(desk, binary, [f"--simulate={profile}"], size=size) as p:
+    kind = KeyboardProgram if sys.argv[5:] == ["keyboard"] else AuditedProgram
+    with Desk() as desk, kind(desk, binary, [f"--simulate={profile}"], size=size) as p:
         p.shots = shots / size
         p.see("Add the first user...")
         p.shot_of("first-start")
