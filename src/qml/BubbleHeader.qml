@@ -4,7 +4,7 @@ import CVTamber
 
 // The date above a section of bubbles. Screen readers hear of it through its row.
 AppText {
-    required property BubbleRow row
+    required property BubbleRowItem row
 
     color: Theme.secondaryText
     elide: Text.ElideRight

@@ -6,7 +6,7 @@ import CVTamber
 Item {
     id: message
 
-    required property BubbleRow row
+    required property BubbleRowItem row
     required property font textFont
 
     height: row.height

@@ -3,27 +3,8 @@ import QtQuick
 import CVTamber
 
 // One row of a bubble table, of any of its kinds: what the model says of it, and its part in the list.
-Item {
+BubbleRowItem {
     id: cell
-
-    required property int index
-    required property int kind
-    required property string title
-    required property string spoken
-    required property bool mine
-    required property double rowHeight
-    required property rect bubbleFrame
-    required property rect viewFrame
-    required property string bubbleImage
-    required property int leftCap
-    required property int topCap
-    required property string picture
-    required property string avatarImage
-    required property rect avatarFrame
-    required property UIBubbleTableView table
-    required property ListView list
-    required property font textFont
-    readonly property bool isMessage: kind === BubbleModel.Bubble
 
     function goThere(): void {
         list.currentIndex = index;

@@ -6,7 +6,7 @@ import CVTamber
 Item {
     id: typing
 
-    required property BubbleRow row
+    required property BubbleRowItem row
 
     height: row.height
     width: row.width
