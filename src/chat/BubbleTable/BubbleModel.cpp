@@ -78,6 +78,8 @@ QVariant BubbleModel::data(const QModelIndex &index, int role) const
         return {};
     if (role == Qt::DisplayRole)
         role = TitleRole;
+    if (role < KindRole || role > AvatarFrameRole)
+        return {};
     if (role == KindRole)
         return kindOf(index.row());
     if (role == HeightRole)
