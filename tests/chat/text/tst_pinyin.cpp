@@ -93,8 +93,9 @@ private slots:
         const auto pair = [](char32_t from, char32_t to) {
             QTest::addRow("U+%04X", static_cast<uint>(from)) << from << to;
         };
-        for (const char32_t same : {0x00, 0x7F, 0x2013, 0x2015, 0x2017, 0x201A, 0x201B, 0x201E, 0x3000,
-                                    0x3003, 0xFF00, 0xFF5F, 0x1F600})
+        constexpr char32_t Unchanged[] = {0x00,   0x7F,   0x2013, 0x2015, 0x2017, 0x201A, 0x201B,
+                                          0x201E, 0x3000, 0x3003, 0xFF00, 0xFF5F, 0x1F600};
+        for (const char32_t same : Unchanged)
             pair(same, same);
         pair(0xFF01, U'!');
         pair(0xFF21, U'A');
