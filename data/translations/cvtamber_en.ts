@@ -1163,5 +1163,9 @@
         <source>The whiteboard is full. What comes now is not kept.</source>
         <translation>The whiteboard is full. What comes now is not kept.</translation>
     </message>
+    <message id="Write to the device">
+        <source>Write to the device</source>
+        <translation>Write to the device</translation>
+    </message>
 </context>
 </TS>

@@ -101,7 +101,7 @@ ScreenView {
                         anchors.verticalCenter: parent.verticalCenter
                         focus: true
                         inputMethodHints: Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText
-                        placeholderText: qsTrId("Message")
+                        placeholderText: qsTrId("Write to the device")
                         spokenName: qsTrId("Message")
 
                         onAccepted: screen.controller.textFieldShouldReturn()

@@ -1,0 +1,164 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""tst_livetext.py CVTAMBER PROFILES SHOTS: live text with somebody at the simulated device, in English and in Chinese.
+
+The shipped profiles answer by their scripts; only how long a person takes to type is shortened.
+"""
+import json
+import pathlib
+import sys
+
+from driver import Desk, Program, until
+from steps import expect
+
+THINKS_MS = 200
+
+
+def quick(desk, profile):
+    """The profile with somebody at the device who types at once."""
+    content = json.loads(profile.read_text(encoding="utf-8"))
+    for device in content.get("devices", [content]):
+        for answer in device.get("chat", []) + device.get("board", []):
+            answer["after"] = THINKS_MS
+    file = desk.root / profile.name
+    file.write_text(json.dumps(content), encoding="utf-8")
+    return file
+
+
+def connect(p, device):
+    p.press("Corvane Brailler", "page tab")
+    p.press("Connect to Corvane")
+    p.press(f"{device}...")
+    p.press("Done")
+    p.see_no("Done")
+
+
+def open_live(p, name):
+    p.press(name, "push button")
+    # What is typed before the device is in the mode stays where it is.
+    p.see("Back")
+
+
+def heard(p, news):
+    """Said to a screen reader."""
+    until(lambda: news in p.names("notification"), f"{news!r} among {p.names('notification')}")
+
+
+def sees_message(p, words):
+    """An item of the conversation by itself: who, what, when."""
+    return p.see(f"{words},...", "list item")
+
+
+def field_is(p, text):
+    until(lambda: p.text_of("Message") == text, f"{text!r} in the field, which holds {p.text_of('Message')!r}")
+
+
+def has_focus(p, name):
+    until(lambda: p.focused() and p.focused().get_name() == name, f"the focus on {name!r}")
+
+
+def page_is(p, text):
+    def shown():
+        return p.text_of("Whiteboard").replace("\u2029", "\n") == text
+    until(shown, f"{text!r} on the whiteboard, which holds {p.text_of('Whiteboard')!r}")
+
+
+def whiteboard(p):
+    open_live(p, "Whiteboard")
+    page_is(p, "Today: ")
+    has_focus(p, "Whiteboard")
+    p.write("frog ")
+    page_is(p, "Today: frog sat on the stone.\n")
+    p.write("x")
+    page_is(p, "Today: frog sat on the stone.\nx")
+    p.keys("BackSpace", "BackSpace", "BackSpace")
+    page_is(p, "Today: frog sat on the stone.\n")
+    p.shot_of("whiteboard")
+    p.press("Back")
+    open_live(p, "Whiteboard")
+    page_is(p, "Today: frog sat on the stone.\nToday: ")
+    p.press("Back")
+
+
+def english(p):
+    open_live(p, "Chat")
+    sees_message(p, "Device: Good morning.")
+    heard(p, "Device: Good morning.")
+    has_focus(p, "Message")
+    p.write("Hello")
+    field_is(p, "Hello")
+    p.keys("Return")
+    field_is(p, "")
+    sees_message(p, "You: Hello")
+    sees_message(p, "Device: Hello! This is Ida at the window.")
+    has_focus(p, "Message")
+    p.write("How are you today?")
+    field_is(p, "How are you today?")
+    p.press("Send")
+    field_is(p, "")
+    has_focus(p, "Message")
+    sees_message(p, "Device: The rain is loud on the roof.")
+    p.shot_of("chat")
+    # By key: the messages, the field, Send.
+    p.keys("shift+Tab")
+    until(lambda: p.focused() and p.focused().get_name().startswith("Device: The rain"), "the last message")
+    p.keys("Home")
+    until(lambda: p.focused() and p.focused().get_name().startswith("Device: Good morning."), "the first message")
+    p.keys("Tab")
+    has_focus(p, "Message")
+    p.keys("Tab")
+    has_focus(p, "Send")
+
+
+def grades(p):
+    expect([p.see(name).get_description() for name in ("Grade 1", "Grade 2")], ["Not available", ""])
+    p.press("Grade 2")
+    until(lambda: p.see("Grade 2").get_description() == "Not available", "grade 2")
+    expect(p.see("Grade 1").get_description(), "")
+
+
+def comes_back(p):
+    p.press("Back")
+    p.see("State, Connected...")
+    open_live(p, "Chat")
+    sees_message(p, "You: Hello")
+    until(lambda: len([name for name in p.names("list item") if name.startswith("Device: Good morning.")]) == 2,
+          "the greeting of each visit")
+
+
+def chinese(p):
+    open_live(p, "Chat")
+    assert p.find("Grade 1") is None
+    sees_message(p, "Device: nǐ hǎo!")
+    p.write("你好")
+    field_is(p, "你好")
+    p.press("Send")
+    sees_message(p, "You: 你好")
+    sees_message(p, "You: nǐ hǎo")
+    sees_message(p, "Device: nǐ hǎo! wǒ zài dú shū.")
+    p.shot_of("chat-chinese")
+    p.press("Back")
+    # The whiteboard converts nothing.
+    open_live(p, "Whiteboard")
+    page_is(p, "ni^ hao^! ")
+    p.press("Back")
+    p.see("State, Connected...")
+
+
+def main():
+    binary, profiles, shots = (pathlib.Path(argument).resolve() for argument in sys.argv[1:])
+    # Each a run of its own: the conversation is a run's.
+    visits = (("phone", "classroom", "Window desk", (whiteboard, english, grades, comes_back)),
+              ("tablet", "chinese", "Bookshelf", (chinese,)),
+              ("desktop", "classroom", "Window desk", (english,)))
+    with Desk() as desk:
+        for size, profile, device, parts in visits:
+            file = quick(desk, profiles / f"{profile}.json")
+            with Program(desk, binary, [f"--simulate={file}"], size) as p:
+                p.shots = shots / size
+                connect(p, device)
+                for part in parts:
+                    part(p)
+
+
+main()
