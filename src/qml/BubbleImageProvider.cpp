@@ -67,8 +67,9 @@ QImage avatar(const QStringList &parts)
     const QUrl address(QUrl::fromPercentEncoding(parts[3].toUtf8()));
     const auto side = std::clamp(parts[1].toInt(), 1, LargestSide);
     const auto radius = parts[2].toInt();
-    const QImage picture(address.scheme() == QLatin1String("qrc") ? QLatin1Char(':') % address.path()
-                                                                  : address.toLocalFile());
+    const auto file =
+        address.scheme() == QLatin1String("qrc") ? QLatin1Char(':') % address.path() : address.toLocalFile();
+    const auto picture = file.isEmpty() ? QImage() : QImage(file);
     QImage image(side, side, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     if (picture.isNull())

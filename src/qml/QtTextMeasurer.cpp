@@ -8,6 +8,29 @@
 #include <cmath>
 
 namespace cvtamber {
+namespace {
+
+// Breaks the lines for a width, down to the bottom of the bounds.
+MeasuredText linesOf(QTextLayout &layout, double width, const QSizeF &bounds)
+{
+    MeasuredText measured;
+    double widest = 0;
+    double height = 0;
+    layout.beginLayout();
+    for (auto line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(width);
+        if (height + line.height() > bounds.height())
+            break;
+        widest = std::max(widest, line.naturalTextWidth());
+        height += line.height();
+        measured.shown = line.textStart() + line.textLength();
+    }
+    layout.endLayout();
+    measured.size = QSizeF(std::min(std::ceil(widest), bounds.width()), std::ceil(height));
+    return measured;
+}
+
+} // namespace
 
 MeasuredText QtTextMeasurer::measure(const QString &text, double fontSize, QSizeF bounds) const
 {
@@ -21,20 +44,10 @@ MeasuredText QtTextMeasurer::measure(const QString &text, double fontSize, QSize
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     option.setUseDesignMetrics(true);
     layout.setTextOption(option);
-    layout.beginLayout();
-    MeasuredText measured;
-    double width = 0;
-    double height = 0;
-    for (auto line = layout.createLine(); line.isValid(); line = layout.createLine()) {
-        line.setLineWidth(bounds.width());
-        if (height + line.height() > bounds.height())
-            break;
-        width = std::max(width, line.naturalTextWidth());
-        height += line.height();
-        measured.shown = line.textStart() + line.textLength();
-    }
-    layout.endLayout();
-    measured.size = QSizeF(std::min(std::ceil(width), bounds.width()), std::ceil(height));
+    auto measured = linesOf(layout, bounds.width(), bounds);
+    // Where lines run from right to left, they may break otherwise in the width that they take.
+    if (linesOf(layout, measured.size.width(), bounds).size.height() != measured.size.height())
+        measured.size.setWidth(bounds.width());
     return measured;
 }
 
