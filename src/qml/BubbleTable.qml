@@ -91,6 +91,18 @@ FocusScope {
     ListView {
         id: rows
 
+        property double knownHeight: height
+
+        // What takes room below, a keyboard or a line of words, leaves the last row that is seen where it is.
+        function keepBottom(): void {
+            const taken = knownHeight - height;
+            knownHeight = height;
+            const most = originY + contentHeight - height;
+            if (gliding.running)
+                gliding.complete();
+            if (taken > 0 && most > contentY)
+                contentY = Math.min(contentY + taken, most);
+        }
         function tellVisible(): void {
             const last = indexAt(width / 2, contentY + height - 1);
             bubbles.table.setLastVisibleIndex(last >= 0 ? last : count - 1);
@@ -118,7 +130,10 @@ FocusScope {
         Keys.onPressed: event => event.accepted = bubbles.handleKey(event)
         onContentYChanged: tellVisible()
         onCountChanged: tellVisible()
-        onHeightChanged: tellVisible()
+        onHeightChanged: {
+            keepBottom();
+            tellVisible();
+        }
     }
     NumberAnimation {
         id: gliding

@@ -100,6 +100,8 @@ ScreenView {
                         anchors.rightMargin: Theme.unit
                         anchors.verticalCenter: parent.verticalCenter
                         focus: true
+                        // As in the bubble that it becomes.
+                        font.pixelSize: screen.controller.chatBubbleTableView.fontSize
                         inputMethodHints: Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText
                         placeholderText: qsTrId("Write to the device")
                         spokenName: qsTrId("Message")
