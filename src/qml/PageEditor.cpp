@@ -313,10 +313,11 @@ void PageEditor::showSelection()
         QMetaObject::invokeMethod(_area, "select", Q_ARG(int, start), Q_ARG(int, end));
 }
 
-// A document must not be changed from inside its own change, so it is put right a turn of the loop later.
+// Also of our own changes, inside which the area may end a composition of its own. A document must not be changed from
+// inside its own change, so it is put right a turn of the loop later.
 void PageEditor::checkChange(int position, int added)
 {
-    if (_isFollowing || _isOutOfStep || !_page)
+    if (_isOutOfStep || !_page)
         return;
     const QString &text = _page->text();
     bool isInStep = _document->characterCount() - 1 == text.size();

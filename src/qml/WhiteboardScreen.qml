@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
 import QtQuick.Controls.Basic
+import QtQuick.Window
 import CVTamber
 
 // The page that a person and the device write on together.
@@ -8,18 +9,27 @@ ScreenView {
     id: screen
 
     required property ChatViewController controller
-    readonly property double side: Math.max(Theme.margin, (width - Theme.readableWidth * controller.fontScale) / 2)
+    readonly property double side: Math.max(Theme.margin, (width - Theme.readableWidth) / 2)
 
     function takeFocus(): bool {
         area.forceActiveFocus(Qt.OtherFocusReason);
         return true;
     }
     function followKeyboard(): void {
-        const keyboard = Qt.inputMethod.keyboardRectangle;
-        if (Qt.inputMethod.visible && keyboard.height > 0)
-            screen.controller.keyboardWasShown(screen.mapFromItem(null, 0, keyboard.y).y);
+        const height = InputMethod.keyboardRectangle.height / Screen.devicePixelRatio;
+        if (InputMethod.visible && height > 0)
+            screen.controller.keyboardWasShown(screen.mapFromItem(null, 0, screen.Window.height - height).y);
         else
             screen.controller.keyboardWillBeHidden();
+    }
+    // The area does so when the caret moves, not when its room does.
+    function showCaret(): void {
+        const caret = area.cursorRectangle;
+        const lowest = Math.max(0, page.contentHeight - page.height);
+        if (caret.y < page.contentY)
+            page.contentY = Math.max(0, Math.min(caret.y - area.topPadding, lowest));
+        else if (caret.y + caret.height > page.contentY + page.height)
+            page.contentY = Math.min(caret.y + caret.height + area.bottomPadding - page.height, lowest);
     }
 
     Connections {
@@ -30,7 +40,7 @@ ScreenView {
             screen.followKeyboard();
         }
 
-        target: Qt.inputMethod
+        target: InputMethod
     }
     PageEditor {
         id: editor
@@ -70,6 +80,9 @@ ScreenView {
         boundsBehavior: Flickable.StopAtBounds
         clip: true
         height: Math.max(0, (screen.controller.pageHeight > 0 ? screen.controller.pageHeight : screen.height) - y)
+
+        onHeightChanged: screen.showCaret()
+        onWidthChanged: screen.showCaret()
 
         ScrollBar.vertical: ScrollBar {
             Accessible.ignored: true
