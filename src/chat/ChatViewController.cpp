@@ -9,13 +9,15 @@
 
 #include <QScopedValueRollback>
 
+#include <algorithm>
+
 namespace cvtamber {
 
 namespace {
 
 using namespace std::chrono_literals;
 
-// How long nothing has come before half a line is spoken, and how far apart lines are spoken at least.
+// How long nothing has come before half a word is spoken, and how far apart announcements are at least.
 constexpr auto restTime = 1500ms;
 // A reader is given no more of what comes all at once.
 constexpr qsizetype mostSpoken = 1000;
@@ -171,10 +173,23 @@ void ChatViewController::pageIsFull()
 void ChatViewController::speakLater(const QString &text)
 {
     _unspoken += text.left(mostSpoken - _unspoken.size());
-    const auto now = _context.runLoop.now();
-    if (_spokenAt < 0ns || now - _spokenAt >= restTime)
+    _heardAt = _context.runLoop.now();
+    if (_spokenAt < 0ns || _heardAt - _spokenAt >= restTime)
         speak(_unspoken.lastIndexOf(u'\n') + 1);
-    _rest.start(restTime, [this] { speak(_unspoken.size()); });
+    if (!_rest.isActive())
+        waitForRest();
+}
+
+// Words come one by one where nobody rests.
+void ChatViewController::waitForRest()
+{
+    _rest.start(_heardAt + restTime - _context.runLoop.now(), [this] {
+        const bool isResting = _context.runLoop.now() - _heardAt >= restTime;
+        const qsizetype words = std::max(_unspoken.lastIndexOf(u' '), _unspoken.lastIndexOf(u'\n')) + 1;
+        speak(isResting || _unspoken.size() == mostSpoken ? _unspoken.size() : words);
+        if (!_unspoken.isEmpty())
+            waitForRest();
+    });
 }
 
 void ChatViewController::speak(qsizetype length)

@@ -19,7 +19,7 @@ struct AppContext;
 // While the screen is seen the device is in whiteboard mode and the screen its data delegate. Before, afterwards and
 // without a link, when the device would emboss the words or not get them, the page holds back what is typed: it stays
 // unsent and editable, and goes with the first space or line end after the mode is on. The device's text is told to
-// screen readers by lines, and what is no line yet after a rest.
+// screen readers by lines, by words where a line takes long, and the rest of it after a pause.
 // Thread: main thread. Owner: the navigation that it is pushed on. The page lives on without it.
 class ChatViewController final : public cvtamber::ViewController,
                                  public CVDataDelegate,
@@ -77,6 +77,7 @@ private:
     void linkChanged();
     void setPageHeight(double height);
     void speakLater(const QString &text);
+    void waitForRest();
     void speak(qsizetype length);
 
     AppContext &_context;
@@ -88,6 +89,7 @@ private:
     // Device text that no screen reader has been given yet.
     QString _unspoken;
     DelayedCall _rest;
+    std::chrono::nanoseconds _heardAt{-1};
     std::chrono::nanoseconds _spokenAt{-1};
 };
 

@@ -136,10 +136,19 @@ private slots:
         QCOMPARE(bench.presenter.announcements(), (QStringList{u"one words"_s, u"half"_s}));
         bench.comes("\r\n", 5s);
         QCOMPARE(bench.presenter.announcements().size(), 2);
+        // A line that does not end is told by words.
+        bench.presenter.clearTexts();
+        for (int i = 0; i < 40; ++i)
+            bench.comes(i % 5 == 4 ? "s " : "word");
+        bench.advance(5s);
+        const QStringList told = bench.presenter.announcements();
+        QVERIFY(told.size() >= 3 && told.size() <= 5);
+        QCOMPARE(told.join(u' '), u"wordwordwordwords "_s.repeated(8).trimmed());
+        bench.presenter.clearTexts();
         for (int i = 0; i < 500; ++i)
             bench.board->CV_newDataReceived(u"line\r\n"_s);
         bench.advance(5s);
-        QVERIFY(bench.presenter.announcements().size() <= 4);
+        QVERIFY(bench.presenter.announcements().size() <= 2);
         bench.comes("gone");
         bench.leave();
         bench.advance(5s);
