@@ -225,7 +225,7 @@ bool PageEditor::takeMouseRelease(const QMouseEvent &event)
 // What is composed is shown by the area; what has been composed goes to the page.
 bool PageEditor::takeInputMethod(const QInputMethodEvent &event)
 {
-    const QString committed = event.commitString();
+    const QString &committed = event.commitString();
     UIMyTextView::Range range = _page->selectedRange();
     const auto forward = [this](QInputMethodEvent &&rest) {
         const QScopedValueRollback isForwarding(_isForwarding, true);

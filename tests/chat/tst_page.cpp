@@ -2,6 +2,8 @@
 #include "chat/text/UIMyTextView.h"
 #include "support/Rows.h"
 
+#include <QSignalSpy>
+
 using namespace cvtamber;
 using namespace Qt::StringLiterals;
 
@@ -76,6 +78,79 @@ public:
     int fullTold = 0;
 };
 
+void edit(const char *name, const QStringList &steps, const QString &state, const QStringList &sent = {})
+{
+    row(name, steps, state, sent);
+}
+
+void typing()
+{
+    edit("word", {u"thello world"_s}, u"hello |world 11,0"_s, {u"hello "_s});
+    edit("line end", {u"tab\n"_s}, u"ab\n| 3,0"_s, {u"ab\r\n"_s});
+    edit("spaces", {u"ta  b \n"_s}, u"a  b \n| 6,0"_s, {u"a "_s, u" "_s, u"b "_s, u"\r\n"_s});
+    edit("space within", {u"tabcd"_s, u"s2,0"_s, u"t "_s}, u"ab |cd 3,0"_s, {u"ab "_s});
+    edit("space over a selection", {u"tabcd"_s, u"s1,2"_s, u"t "_s}, u"a |d 2,0"_s, {u"a "_s});
+    edit("in fixed text", {u"tab cd"_s, u"s1,0"_s, u"tx \n"_s}, u"ab |cd 1,0"_s, {u"ab "_s});
+    edit("at the end of fixed text", {u"tab cd"_s, u"s3,0"_s, u"tx "_s}, u"ab x |cd 5,0"_s,
+         {u"ab "_s, u"x "_s});
+    edit("over fixed and unsent text", {u"tab cd"_s, u"s1,3"_s, u"tx "_s}, u"ab |cd 1,3"_s, {u"ab "_s});
+    edit("several at once send nothing", {u"ia b "_s}, u"|a b  4,0"_s);
+    edit("nothing", {u"tab"_s, u"s0,2"_s, u"i"_s, u"p"_s, u"r"_s}, u"|ab 0,2"_s);
+    edit("odd characters", {u"i\0\u202E"_s, u"i\xD83D"_s, u"i\u2029"_s, u"i\r"_s, u"t\n"_s},
+         u"\0\u202E\xD83D\u2029\r\n| 6,0"_s, {u"\0\u202E\xD83D\u2029\r\r\n"_s});
+    // Input methods
+    edit("commit", {u"ckoira"_s, u"c "_s}, u"koira | 6,0"_s, {u"koira "_s});
+    edit("commit with its space", {u"ctwo words "_s, u"cx"_s}, u"two words |x 11,0"_s, {u"two words "_s});
+    edit("commit in fixed text", {u"ta b"_s, u"s0,0"_s, u"cx "_s}, u"a |b 0,0"_s, {u"a "_s});
+    edit("commit over a selection", {u"tab"_s, u"s0,2"_s, u"c\u00E9\n"_s}, u"\u00E9\n| 2,0"_s,
+         {u"\u00E9\r\n"_s});
+}
+
+void pastingAndDeleting()
+{
+    // Pasting
+    edit("paste", {u"pa b\r\nc\r\u2028d\u2029"_s}, u"|a b\nc\n\nd\n 9,0"_s);
+    edit("paste, then a space", {u"pa b\nc"_s, u"t "_s}, u"a b\nc | 6,0"_s, {u"a b\r\nc "_s});
+    edit("paste a space", {u"tab"_s, u"p "_s, u"b"_s, u"b"_s}, u"|a 1,0"_s);
+    edit("paste into fixed text", {u"tab cd"_s, u"s2,2"_s, u"pxy"_s}, u"ab |cd 2,2"_s, {u"ab "_s});
+    // Deleting
+    edit("backspace", {u"tab cd"_s, u"b"_s}, u"ab |c 4,0"_s, {u"ab "_s});
+    edit("backspace at the fixed text", {u"tab c"_s, u"b"_s, u"b"_s, u"b"_s}, u"ab | 3,0"_s, {u"ab "_s});
+    edit("backspace in fixed text", {u"tab c"_s, u"s1,0"_s, u"b"_s}, u"ab |c 1,0"_s, {u"ab "_s});
+    edit("backspace of a selection", {u"tabcd"_s, u"s1,2"_s, u"b"_s}, u"|ad 1,0"_s);
+    edit("of fixed and unsent text", {u"tab cde"_s, u"s1,4"_s, u"b"_s}, u"ab |e 3,0"_s, {u"ab "_s});
+    edit("of fixed text", {u"tab cd"_s, u"s0,3"_s, u"b"_s, u"d"_s}, u"ab |cd 0,3"_s, {u"ab "_s});
+    edit("of all", {u"tab cd"_s, u"s0,99"_s, u"d"_s}, u"ab | 3,0"_s, {u"ab "_s});
+    edit("forwards", {u"tab cd"_s, u"s3,0"_s, u"d"_s}, u"ab |d 3,0"_s, {u"ab "_s});
+    edit("forwards in fixed text", {u"tab cd"_s, u"s2,0"_s, u"d"_s, u"s5,0"_s, u"d"_s}, u"ab |cd 5,0"_s,
+         {u"ab "_s});
+    edit("a pair", {u"i\U0001F600x\U0001F600"_s, u"b"_s, u"s0,0"_s, u"d"_s}, u"|x 0,0"_s);
+    edit("half a pair", {u"i\xDE00"_s, u"b"_s, u"ix\xD83D"_s, u"b"_s}, u"|x 1,0"_s);
+}
+
+void deviceTextAndUndo()
+{
+    // The device's text
+    edit("in front of unsent text", {u"txy"_s, u"rab\n"_s}, u"ab\n|xy 5,0"_s);
+    edit("caret in unsent text", {u"txy"_s, u"s1,1"_s, u"rab"_s, u"tz"_s}, u"ab|xz 4,0"_s);
+    edit("caret in fixed text", {u"rab"_s, u"txy"_s, u"s1,0"_s, u"rcd"_s}, u"abcd|xy 1,0"_s);
+    edit("selection into unsent text", {u"rab"_s, u"txy"_s, u"s1,2"_s, u"rcd"_s}, u"abcd|xy 1,2"_s);
+    edit("caret at its end", {u"rab"_s, u"rcd"_s}, u"abcd| 4,0"_s);
+    edit("is not sent", {u"rab "_s, u"tc "_s}, u"ab c | 5,0"_s, {u"c "_s});
+    // Undo
+    edit("undo a word", {u"tab"_s, u"u"_s}, u"| 0,0"_s);
+    edit("undo and redo", {u"tab"_s, u"b"_s, u"tc"_s, u"u"_s, u"u"_s, u"y"_s, u"y"_s}, u"|ac 2,0"_s);
+    edit("undo of a replacement", {u"tabcd"_s, u"s1,2"_s, u"tx"_s, u"ty"_s, u"u"_s}, u"|abcd 3,0"_s);
+    edit("undo after device text", {u"pxy"_s, u"b"_s, u"rab"_s, u"u"_s, u"tz"_s, u"u"_s, u"u"_s},
+         u"ab| 2,0"_s);
+    edit("redo ends with typing", {u"tab"_s, u"u"_s, u"tc"_s, u"y"_s}, u"|c 1,0"_s);
+    edit("sent is not undone", {u"tab"_s, u"b"_s, u"tb c"_s, u"u"_s, u"u"_s, u"u"_s}, u"ab | 3,0"_s,
+         {u"ab "_s});
+    // Holding back
+    edit("held", {u"h"_s, u"ta b\n"_s, u"b"_s}, u"|a b 3,0"_s);
+    edit("held, then sent", {u"h"_s, u"ta b"_s, u"h"_s, u"t c"_s}, u"a b |c 5,0"_s, {u"a b "_s});
+}
+
 } // namespace
 
 class tst_Page : public QObject
@@ -86,66 +161,9 @@ private slots:
     void edits_data()
     {
         columns<QStringList, QString, QStringList>("steps", "state", "sent");
-        using List = QStringList;
-        const auto edit = [](const char *name, const List &steps, const QString &state,
-                             const List &sent = {}) { row(name, steps, state, sent); };
-        // Typing
-        edit("word", {u"thello world"_s}, u"hello |world 11,0"_s, {u"hello "_s});
-        edit("line end", {u"tab\n"_s}, u"ab\n| 3,0"_s, {u"ab\r\n"_s});
-        edit("spaces", {u"ta  b \n"_s}, u"a  b \n| 6,0"_s, {u"a "_s, u" "_s, u"b "_s, u"\r\n"_s});
-        edit("space within", {u"tabcd"_s, u"s2,0"_s, u"t "_s}, u"ab |cd 3,0"_s, {u"ab "_s});
-        edit("space over a selection", {u"tabcd"_s, u"s1,2"_s, u"t "_s}, u"a |d 2,0"_s, {u"a "_s});
-        edit("in fixed text", {u"tab cd"_s, u"s1,0"_s, u"tx \n"_s}, u"ab |cd 1,0"_s, {u"ab "_s});
-        edit("at the end of fixed text", {u"tab cd"_s, u"s3,0"_s, u"tx "_s}, u"ab x |cd 5,0"_s,
-             {u"ab "_s, u"x "_s});
-        edit("over fixed and unsent text", {u"tab cd"_s, u"s1,3"_s, u"tx "_s}, u"ab |cd 1,3"_s, {u"ab "_s});
-        edit("several at once send nothing", {u"ia b "_s}, u"|a b  4,0"_s);
-        edit("nothing", {u"tab"_s, u"s0,2"_s, u"i"_s, u"p"_s, u"r"_s}, u"|ab 0,2"_s);
-        edit("odd characters", {u"i\0\u202E"_s, u"i\xD83D"_s, u"i\u2029"_s, u"i\r"_s, u"t\n"_s},
-             u"\0\u202E\xD83D\u2029\r\n| 6,0"_s, {u"\0\u202E\xD83D\u2029\r\r\n"_s});
-        // Input methods
-        edit("commit", {u"ckoira"_s, u"c "_s}, u"koira | 6,0"_s, {u"koira "_s});
-        edit("commit with its space", {u"ctwo words "_s, u"cx"_s}, u"two words |x 11,0"_s, {u"two words "_s});
-        edit("commit in fixed text", {u"ta b"_s, u"s0,0"_s, u"cx "_s}, u"a |b 0,0"_s, {u"a "_s});
-        edit("commit over a selection", {u"tab"_s, u"s0,2"_s, u"c\u00E9\n"_s}, u"\u00E9\n| 2,0"_s,
-             {u"\u00E9\r\n"_s});
-        // Pasting
-        edit("paste", {u"pa b\r\nc\r\u2028d\u2029"_s}, u"|a b\nc\n\nd\n 9,0"_s);
-        edit("paste, then a space", {u"pa b\nc"_s, u"t "_s}, u"a b\nc | 6,0"_s, {u"a b\r\nc "_s});
-        edit("paste a space", {u"tab"_s, u"p "_s, u"b"_s, u"b"_s}, u"|a 1,0"_s);
-        edit("paste into fixed text", {u"tab cd"_s, u"s2,2"_s, u"pxy"_s}, u"ab |cd 2,2"_s, {u"ab "_s});
-        // Deleting
-        edit("backspace", {u"tab cd"_s, u"b"_s}, u"ab |c 4,0"_s, {u"ab "_s});
-        edit("backspace at the fixed text", {u"tab c"_s, u"b"_s, u"b"_s, u"b"_s}, u"ab | 3,0"_s, {u"ab "_s});
-        edit("backspace in fixed text", {u"tab c"_s, u"s1,0"_s, u"b"_s}, u"ab |c 1,0"_s, {u"ab "_s});
-        edit("backspace of a selection", {u"tabcd"_s, u"s1,2"_s, u"b"_s}, u"|ad 1,0"_s);
-        edit("of fixed and unsent text", {u"tab cde"_s, u"s1,4"_s, u"b"_s}, u"ab |e 3,0"_s, {u"ab "_s});
-        edit("of fixed text", {u"tab cd"_s, u"s0,3"_s, u"b"_s, u"d"_s}, u"ab |cd 0,3"_s, {u"ab "_s});
-        edit("of all", {u"tab cd"_s, u"s0,99"_s, u"d"_s}, u"ab | 3,0"_s, {u"ab "_s});
-        edit("forwards", {u"tab cd"_s, u"s3,0"_s, u"d"_s}, u"ab |d 3,0"_s, {u"ab "_s});
-        edit("forwards in fixed text", {u"tab cd"_s, u"s2,0"_s, u"d"_s, u"s5,0"_s, u"d"_s}, u"ab |cd 5,0"_s,
-             {u"ab "_s});
-        edit("a pair", {u"i\U0001F600x\U0001F600"_s, u"b"_s, u"s0,0"_s, u"d"_s}, u"|x 0,0"_s);
-        edit("half a pair", {u"i\xDE00"_s, u"b"_s, u"ix\xD83D"_s, u"b"_s}, u"|x 1,0"_s);
-        // The device's text
-        edit("in front of unsent text", {u"txy"_s, u"rab\n"_s}, u"ab\n|xy 5,0"_s);
-        edit("caret in unsent text", {u"txy"_s, u"s1,1"_s, u"rab"_s, u"tz"_s}, u"ab|xz 4,0"_s);
-        edit("caret in fixed text", {u"rab"_s, u"txy"_s, u"s1,0"_s, u"rcd"_s}, u"abcd|xy 1,0"_s);
-        edit("selection into unsent text", {u"rab"_s, u"txy"_s, u"s1,2"_s, u"rcd"_s}, u"abcd|xy 1,2"_s);
-        edit("caret at its end", {u"rab"_s, u"rcd"_s}, u"abcd| 4,0"_s);
-        edit("is not sent", {u"rab "_s, u"tc "_s}, u"ab c | 5,0"_s, {u"c "_s});
-        // Undo
-        edit("undo a word", {u"tab"_s, u"u"_s}, u"| 0,0"_s);
-        edit("undo and redo", {u"tab"_s, u"b"_s, u"tc"_s, u"u"_s, u"u"_s, u"y"_s, u"y"_s}, u"|ac 2,0"_s);
-        edit("undo of a replacement", {u"tabcd"_s, u"s1,2"_s, u"tx"_s, u"ty"_s, u"u"_s}, u"|abcd 3,0"_s);
-        edit("undo after device text", {u"pxy"_s, u"b"_s, u"rab"_s, u"u"_s, u"tz"_s, u"u"_s, u"u"_s},
-             u"ab| 2,0"_s);
-        edit("redo ends with typing", {u"tab"_s, u"u"_s, u"tc"_s, u"y"_s}, u"|c 1,0"_s);
-        edit("sent is not undone", {u"tab"_s, u"b"_s, u"tb c"_s, u"u"_s, u"u"_s, u"u"_s}, u"ab | 3,0"_s,
-             {u"ab "_s});
-        // Holding back
-        edit("held", {u"h"_s, u"ta b\n"_s, u"b"_s}, u"|a b 3,0"_s);
-        edit("held, then sent", {u"h"_s, u"ta b"_s, u"h"_s, u"t c"_s}, u"a b |c 5,0"_s, {u"a b "_s});
+        typing();
+        pastingAndDeleting();
+        deviceTextAndUndo();
     }
     void edits()
     {

@@ -244,7 +244,7 @@ private slots:
         const QStringList pieces{u"a"_s,      u" "_s,           u"\n"_s,         u"bc "_s,
                                  u"d\r\ne"_s, QString(u"\0"_s), u"\U0001F600"_s, u""_s};
         for (int step = 0; step < 1500; ++step) {
-            const QString piece = pieces[random.bounded(int(pieces.size()))];
+            const QString &piece = pieces[random.bounded(int(pieces.size()))];
             const int place = std::max(0, int(desk.page.text().size()) - random.bounded(12));
             const int length = random.bounded(4);
             const std::function<void()> acts[] = {
