@@ -143,6 +143,8 @@ void deviceTextAndUndo()
     edit("undo of a replacement", {u"tabcd"_s, u"s1,2"_s, u"tx"_s, u"ty"_s, u"u"_s}, u"|abcd 3,0"_s);
     edit("undo after device text", {u"pxy"_s, u"b"_s, u"rab"_s, u"u"_s, u"tz"_s, u"u"_s, u"u"_s},
          u"ab| 2,0"_s);
+    edit("paste is an edit of its own", {u"pab"_s, u"tc"_s, u"u"_s}, u"|ab 2,0"_s);
+    edit("typing after redo too", {u"tab"_s, u"u"_s, u"y"_s, u"tc"_s, u"u"_s}, u"|ab 2,0"_s);
     edit("redo ends with typing", {u"tab"_s, u"u"_s, u"tc"_s, u"y"_s}, u"|c 1,0"_s);
     edit("sent is not undone", {u"tab"_s, u"b"_s, u"tb c"_s, u"u"_s, u"u"_s, u"u"_s}, u"ab | 3,0"_s,
          {u"ab "_s});

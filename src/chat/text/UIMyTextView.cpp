@@ -127,7 +127,7 @@ void UIMyTextView::deleteBackward()
     const qsizetype start = _selection.start;
     if (_selection.length > 0 || start <= _fixedTextEnd)
         deleteRange(_selection);
-    else if (start - 2 >= _fixedTextEnd && isPairAt(_text, start - 2))
+    else if (isPairAt(_text, start - 2))
         deleteRange({start - 2, 2});
     else
         deleteRange({start - 1, 1});
