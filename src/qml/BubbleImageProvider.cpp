@@ -52,6 +52,8 @@ QImage drawing(const QStringList &parts)
     QImage image(QLatin1String(":/images/bubbles/") % parts[0] % QLatin1String(".png"));
     if (image.isNull())
         return blank();
+    // Qt reads a ratio from the name, and its software renderer then reads beyond the image.
+    image.setDevicePixelRatio(1);
     image.convertTo(QImage::Format_ARGB32);
     const std::array<QColor, 3> colors{colorNamed(parts[1]), colorNamed(parts[2]), colorNamed(parts[3])};
     for (int y = 0; y < image.height(); ++y) {

@@ -55,13 +55,14 @@ BubbleRowItem {
 
         onTapped: cell.goThere()
     }
+    // Around the bubble, not on it: on mine it would be lost in high contrast.
     FocusRing {
         anchors.fill: undefined
-        height: cell.bubbleFrame.height
-        radius: Theme.radius
+        height: cell.bubbleFrame.height + Theme.half - 1
+        radius: Theme.gap
         target: cell
-        width: cell.bubbleFrame.width
-        x: cell.bubbleFrame.x
-        y: cell.bubbleFrame.y
+        width: cell.bubbleFrame.width + Theme.half
+        x: cell.bubbleFrame.x - (cell.mine ? Theme.half : 0)
+        y: cell.bubbleFrame.y - Theme.half
     }
 }
