@@ -61,6 +61,15 @@ public:
         _items.erase(_items.begin() + index);
     }
 
+    // By identity, wherever it stands by now; the index that it had, NotFound when it has gone.
+    StoreIndex remove(const Item *item)
+    {
+        const StoreIndex index = indexOf(item);
+        if (index != NotFound)
+            removeAt(index);
+        return index;
+    }
+
     // By identity; null is in no list.
     StoreIndex indexOf(const Item *item) const
     {

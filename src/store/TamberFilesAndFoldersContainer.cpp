@@ -203,14 +203,15 @@ void TamberFilesAndFoldersContainer::deleteFolders(const StorageCompletion &comp
     const std::vector<FolderPointer> folders(_folders.items().rbegin(), _folders.items().rend());
     const auto remaining = std::make_shared<size_t>(folders.size());
     for (const FolderPointer &folder : folders)
-        folder->deleteStorageWithCompletion([container = self(), completion, remaining](bool success) {
-            FoldersList &list = container->_folders;
-            if (!list.isEmpty())
-                list.removeAt(list.size() - 1);
-            // Reports from the cloud may have emptied the list before the last folder has gone.
-            if (--*remaining == 0 && list.isEmpty() && completion)
-                completion(success);
-        });
+        folder->deleteStorageWithCompletion(
+            [container = self(), folder, completion, remaining](bool success) {
+                FoldersList &list = container->_folders;
+                // Reports from the cloud change the list meanwhile: it is not always the last that has gone, and
+                // the list may be empty before the last has gone.
+                list.remove(folder.get());
+                if (--*remaining == 0 && list.isEmpty() && completion)
+                    completion(success);
+            });
 }
 
 void TamberFilesAndFoldersContainer::startQuery()

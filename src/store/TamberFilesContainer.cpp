@@ -258,14 +258,15 @@ void TamberFilesContainer::deleteStorageWithCompletion(StorageCompletion complet
         std::make_shared<StorageDeletion>(StorageDeletion{files.size(), false, std::move(completion)});
     for (const FilePointer &file : files)
         ContainerDisk(_context).removeDocument(
-            file, [self = shared_from_this(), deletion, url = file->fileURL()](const FileResult &result) {
+            file, [self = shared_from_this(), deletion, file](const FileResult &result) {
                 // Also one that is missing: the deletion stops there, and the person is to know why.
-                tellProblem(self->_context, StoreProblem::What::Delete, url, result);
-                self->storedFileRemoved(*deletion, result.ok());
+                tellProblem(self->_context, StoreProblem::What::Delete, file->fileURL(), result);
+                self->storedFileRemoved(*deletion, *file, result.ok());
             });
 }
 
-void TamberFilesContainer::storedFileRemoved(StorageDeletion &deletion, bool success)
+void TamberFilesContainer::storedFileRemoved(StorageDeletion &deletion, const TamberDocument &file,
+                                             bool success)
 {
     --deletion.remaining;
     if (!success) {
@@ -273,9 +274,9 @@ void TamberFilesContainer::storedFileRemoved(StorageDeletion &deletion, bool suc
         deletion.report(false);
         return;
     }
-    if (!_files.isEmpty())
-        _files.removeAt(_files.size() - 1);
-    // Reports from the cloud may have emptied the list before the last file has gone.
+    // Reports from the cloud change the list meanwhile: it is not always the last that has gone, and the list
+    // may be empty before the last has gone.
+    _files.remove(&file);
     if (_files.isEmpty() && deletion.remaining == 0 && !deletion.hasFailed)
         deletion.report(true);
 }

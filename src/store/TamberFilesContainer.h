@@ -113,7 +113,7 @@ private:
 
     void listAddedFile(const FilePointer &file);
     void finishRenaming(const FilePointer &file, const FileURL &newURL, const FileResult &result);
-    void storedFileRemoved(StorageDeletion &deletion, bool success);
+    void storedFileRemoved(StorageDeletion &deletion, const TamberDocument &file, bool success);
 
     StoreContext &_context;
     std::shared_ptr<TamberUbiquitousFolderMonitor> _filesMonitor;

@@ -27,10 +27,9 @@ public:
     // Finds the item by identity, wherever it stands by now; false when it has gone.
     bool removeAndTell(const Item *item)
     {
-        const StoreIndex index = this->indexOf(item);
+        const StoreIndex index = this->remove(item);
         if (index == NotFound)
             return false;
-        this->removeAt(index);
         if (const auto delegate = _delegate.lock())
             ((*delegate).*Deleted)(index);
         return true;

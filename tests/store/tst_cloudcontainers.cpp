@@ -53,6 +53,8 @@ private slots:
     void forgetsAFolderThatGoesWhileItIsOpened();
     void tellsOfAReloadWhereTheFolderIsNow();
     void removesWhatNobodyListed();
+    void keepsADocumentThatIsReportedDuringADeletion();
+    void keepsAFolderThatStaysInADeletion();
     void takesOtherMonitorsForItsDocuments();
 };
 
@@ -232,6 +234,44 @@ void tst_CloudContainers::removesWhatNobodyListed()
     QCOMPARE(reports, QList<bool>({true}));
     QCOMPARE(bench.rig.names(u"one"_qs), QStringList({Folder, u"keep.txt"_qs}));
     QVERIFY(bench.rig.names(u"one/" + Folder).isEmpty());
+}
+
+void tst_CloudContainers::keepsADocumentThatIsReportedDuringADeletion()
+{
+    CloudBench bench;
+    for (const QString &name : {u"a.tamber"_qs, u"b.tamber"_qs}) {
+        bench.rig.put(u"one/" + name, "text");
+        bench.box->ubiquotusItemAdded(bench.item(name));
+    }
+    QList<bool> reports;
+    bench.box->deleteStorageWithCompletion([&](bool ok) { reports.append(ok); });
+    bench.rig.put(u"one/z.tamber"_qs, "text");
+    bench.box->ubiquotusItemAdded(bench.item(u"z.tamber"_qs));
+    bench.rig.settle();
+    QCOMPARE(bench.rig.names(u"one"_qs), QStringList({u"z.tamber"_qs}));
+    QCOMPARE(ContainerBench::names(*bench.box), QStringList({u"z.tamber"_qs}));
+    QCOMPARE(reports, QList<bool>());
+}
+
+// The one that went has been reported before its deletion was done.
+void tst_CloudContainers::keepsAFolderThatStaysInADeletion()
+{
+    CloudBench bench;
+    const QString other = u"11111111-1111-1111-1111-111111111111/"_qs;
+    const QString document = other + u"a.tamber";
+    bench.putRecord("Maths\n");
+    bench.rig.put(u"one/" + other + u"folder.dat", "Art\n");
+    bench.rig.put(u"one/" + document, "text");
+    for (const auto &item : {bench.record(), bench.item(other + u"folder.dat"), bench.item(document)})
+        bench.box->ubiquotusItemAdded(item);
+    bench.rig.settle();
+    bench.operations.failPath(bench.rig.path(u"one/" + document), std::errc::io_error);
+    bench.box->deleteStorageWithCompletion({});
+    bench.box->ubiquotusItemDeleted(bench.record());
+    bench.rig.settle();
+    QVERIFY(bench.rig.has(u"one/" + document));
+    QVERIFY(!bench.rig.has(u"one/" + Folder));
+    QCOMPARE(ContainerBench::folderNames(*bench.box), QStringList({u"Art"_qs}));
 }
 
 void tst_CloudContainers::takesOtherMonitorsForItsDocuments()

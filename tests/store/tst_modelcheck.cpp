@@ -4,7 +4,10 @@
 
 #include <QTest>
 
+#include <algorithm>
 #include <cstdio>
+#include <iterator>
+#include <numeric>
 
 using namespace cvtamber;
 using namespace Qt::StringLiterals;
@@ -20,16 +23,27 @@ quint32 numberFrom(const char *variable)
     return qEnvironmentVariable(variable).toUInt();
 }
 
+// Found by longer runs, and gone over each time since.
+const std::vector<quint32> FoundInTheCloud{121};
+
 // CVTAMBER_SEED runs one again, CVTAMBER_SEQUENCES another number of them. A user's and a folder's directory
 // get a name of their own each time, so the order within a directory may differ.
-template<typename MakeRun> int faults(const MakeRun &makeRun)
+std::vector<quint32> seedsToRun(const std::vector<quint32> &found)
 {
-    const quint32 seed = numberFrom("CVTAMBER_SEED");
+    if (const quint32 seed = numberFrom("CVTAMBER_SEED"))
+        return {seed};
     const quint32 count = numberFrom("CVTAMBER_SEQUENCES");
-    const quint32 first = seed == 0 ? 1 : seed;
-    const quint32 last = seed == 0 ? (count == 0 ? SequenceCount : count) : seed;
+    std::vector<quint32> seeds(count == 0 ? SequenceCount : count);
+    std::iota(seeds.begin(), seeds.end(), 1);
+    std::copy_if(found.begin(), found.end(), std::back_inserter(seeds),
+                 [last = seeds.back()](quint32 seed) { return seed > last; });
+    return seeds;
+}
+
+template<typename MakeRun> int faults(const MakeRun &makeRun, const std::vector<quint32> &found = {})
+{
     int faults = 0;
-    for (quint32 next = first; next <= last; ++next) {
+    for (const quint32 next : seedsToRun(found)) {
         auto run = makeRun(next);
         const QString fault = run.run();
         if (!fault.isNull() && ++faults <= MostFaultsShown)
@@ -56,7 +70,7 @@ private slots:
     }
     void cloud()
     {
-        QCOMPARE(faults([](quint32 seed) { return CloudRun(seed); }), 0);
+        QCOMPARE(faults([](quint32 seed) { return CloudRun(seed); }, FoundInTheCloud), 0);
     }
 };
 
