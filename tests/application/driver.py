@@ -311,7 +311,9 @@ class Program:
             self.xdotool("key", "--window", self.window, name)
 
     def write(self, text):
-        self.xdotool("type", "--window", self.window, "--delay", "10", text)
+        # A character that no key has is given a key for a moment, which the program must hear of first.
+        delay = 10 if text.isascii() else 300
+        self.xdotool("type", "--window", self.window, "--delay", delay, text)
 
     def shot_of(self, name):
         """A picture of the screen as it stands, once it has come to rest."""

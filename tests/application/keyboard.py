@@ -5,17 +5,29 @@ KeyboardProgram has the tasks' words of Program (press, focus, fill), and does e
 controls, arrows within a list or among tabs, Return and Space to act. Where Tab comes round without having reached
 what is wanted, the control cannot be reached and the test fails.
 """
+import sys
 import time
 
+from audit import AuditedProgram
 from driver import GLib, Missing, Program, STEP, matches, until
 
 # More stops than any screen has: past it Tab is caught somewhere.
 MANY = 80
 
 
+def chosen():
+    """What a test is done with: KeyboardProgram where its last argument is "keyboard", else the tree."""
+    return KeyboardProgram if sys.argv[-1] == "keyboard" else AuditedProgram
+
+
 class KeyboardProgram(Program):
     def shot_of(self, name):
         """Pictures are for those who see."""
+
+    def names(self, role):
+        """Only those that can be used: Tab passes over the others."""
+        return [node.get_name() for node in self.nodes(self.top())
+                if node.get_role_name() == role and self.showing(node) and node.get_description() != "Not available"]
 
     def press(self, name, role=None):
         self.see(name, role)

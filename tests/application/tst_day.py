@@ -8,9 +8,8 @@ is taken; or all of it by keys alone.
 import pathlib
 import sys
 
-from audit import AuditedProgram
-from driver import Desk, until
-from keyboard import KeyboardProgram
+from driver import Atspi, Desk, until
+from keyboard import chosen
 
 PUPILS = (("Ann", "Lee"), ("Ben", "Okoro"))
 
@@ -192,6 +191,52 @@ def archive(p):
     p.shot_of("archive")
 
 
+def restore_and_delete(p):
+    p.press("Edit Ben Okoro")
+    p.see("Delete", "push button")
+    p.shot_of("user-dialog-archived")
+    p.press("Move back to the users")
+    p.see_no("Cancel")
+    p.see_no("Ben Okoro...")
+    p.press("Users", "page tab")
+    p.press("Edit Ben Okoro")
+    p.press("Delete", "push button")
+    p.see("Delete this user?")
+    p.shot_of("user-delete")
+    p.press("Delete", "push button")
+    p.see_no("Ben Okoro...")
+
+
+def folder_renamed_and_deleted(p):
+    p.press("Ann Lee...", "list item")
+    p.see("Letters...")
+    p.press("Edit")
+    p.press("Letters...", "list item")
+    p.press("Rename", "push button")
+    p.fill("Rename", "Post")
+    p.press("OK")
+    p.see("Post...", "list item")
+    p.press("Delete Post")
+    p.press("Yes")
+    p.see_no("Post...")
+    p.press("Back")
+
+
+def device_switches(p):
+    p.press("Corvane Brailler", "page tab")
+    p.press("Unified English Braille", "check box")
+    until(lambda: p.find("Unified English Braille").get_state_set().contains(Atspi.StateType.CHECKED), "the switch on")
+    p.press("Refresh files")
+    p.see("Refresh files")
+    p.press("Disconnect from Corvane")
+    p.see("State, Disconnected...")
+    p.see_no("Whiteboard...")
+    p.press("Connect to Corvane")
+    p.see("Select Corvane Bluetooth device...")
+    p.keys("Escape")
+    p.see_no("Select Corvane Bluetooth device...")
+
+
 def on_disk(desk, pattern):
     return sorted(file.name for file in desk.documents.rglob(pattern))
 
@@ -199,8 +244,7 @@ def on_disk(desk, pattern):
 def main():
     binary, profile, shots = (pathlib.Path(sys.argv[i]).resolve() for i in (1, 2, 4))
     size = sys.argv[3]
-    kind = KeyboardProgram if sys.argv[5:] == ["keyboard"] else AuditedProgram
-    with Desk() as desk, kind(desk, binary, [f"--simulate={profile}"], size=size) as p:
+    with Desk() as desk, chosen()(desk, binary, [f"--simulate={profile}"], size=size) as p:
         p.shots = shots / size
         p.see("Add the first user...")
         p.shot_of("first-start")
@@ -222,6 +266,9 @@ def main():
         assert on_disk(desk, "*.tamber") == [], on_disk(desk, "*.tamber")
         look_at_device_files(p)
         archive(p)
+        restore_and_delete(p)
+        folder_renamed_and_deleted(p)
+        device_switches(p)
 
 
 main()

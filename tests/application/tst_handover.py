@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""tst_handover.py CVTAMBER: files that other programs hand over, and documents that are handed to others."""
+"""tst_handover.py CVTAMBER [keyboard]: files that other programs hand over, and documents that are handed to others."""
 import os
 import pathlib
 import signal
@@ -8,7 +8,8 @@ import sys
 
 from gi.repository import Gio
 
-from driver import Desk, GLib, Program, until
+from driver import Desk, GLib, until
+from keyboard import chosen
 from steps import expect, give, leave_editor, put, put_pupil, save_with_ann, sees_text
 
 NAME = "org.cvtamber.CVTamber"
@@ -74,7 +75,7 @@ class Portal:
 
 def first_start_with_files(desk, binary):
     letter = put(desk, "First.txt", b"handed to a first start\n")
-    with Program(desk, binary, [letter, desk.root / "home" / "gone.txt"]) as p:
+    with chosen()(desk, binary, [letter, desk.root / "home" / "gone.txt"]) as p:
         sees_text(p, "handed to a first start\n")
         until(lambda: p.app.get_child_at_index(0) and "gone.txt could not be opened." in p.outline(), "the refusal")
         leave_editor(p)
@@ -161,7 +162,7 @@ def documents_for_others(desk, binary):
     commands = desk.root / "bin"
     commands.mkdir()
     mail, opener = commands / "xdg-email", commands / "xdg-open"
-    with Program(desk, binary, PATH=f"{commands}:{os.environ['PATH']}") as p:
+    with chosen()(desk, binary, PATH=f"{commands}:{os.environ['PATH']}") as p:
         p.press("Ann Lee...")
         choose_for_letter(p, "Send by e-mail")
         p.see("There is no mail program on this device.", "notification")
@@ -193,7 +194,7 @@ def main():
     with Desk() as desk:
         pupil = put_pupil(desk, Letter="Grüße 盲\n")
         first_start_with_files(desk, binary)
-        with Program(desk, binary) as p:
+        with chosen()(desk, binary) as p:
             second_starts(desk, binary, p, pupil)
             names_of_every_kind(desk, binary, p)
             refusals(desk, binary, p)

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""tst_linkloss.py CVTAMBER: the device goes away in the middle of a fetch.
+"""tst_linkloss.py CVTAMBER [keyboard]: the device goes away in the middle of a fetch.
 
 It is said on the screen that waits, the way out has the focus and works by key, nothing of the file is kept, and the
 device screen knows.
@@ -9,7 +9,8 @@ import json
 import pathlib
 import sys
 
-from driver import Desk, Program, until
+from driver import Desk, until
+from keyboard import chosen
 from steps import put_pupil
 
 # The device leaves so long after the start that the fetch of this file, minutes long, is under way.
@@ -30,7 +31,7 @@ def main():
     binary = pathlib.Path(sys.argv[1]).resolve()
     with Desk() as desk:
         put_pupil(desk)
-        with Program(desk, binary, [f"--simulate={profile_in(desk)}"]) as p:
+        with chosen()(desk, binary, [f"--simulate={profile_in(desk)}"]) as p:
             p.press("Corvane Brailler")
             p.press("Connect to Corvane")
             p.press("Window desk...")

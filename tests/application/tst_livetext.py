@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""tst_livetext.py CVTAMBER PROFILES SHOTS: live text with somebody at the simulated device, in English and in Chinese.
+"""tst_livetext.py CVTAMBER PROFILES SHOTS [keyboard]: live text with somebody at the simulated device, in English and in Chinese.
 
 The shipped profiles answer by their scripts; only how long a person takes to type is shortened.
 """
@@ -8,7 +8,8 @@ import json
 import pathlib
 import sys
 
-from driver import Desk, Program, until
+from driver import Desk, until
+from keyboard import chosen
 from steps import expect
 
 THINKS_MS = 200
@@ -146,7 +147,7 @@ def chinese(p):
 
 
 def main():
-    binary, profiles, shots = (pathlib.Path(argument).resolve() for argument in sys.argv[1:])
+    binary, profiles, shots = (pathlib.Path(argument).resolve() for argument in sys.argv[1:4])
     # Each a run of its own: the conversation is a run's.
     visits = (("phone", "classroom", "Window desk", (whiteboard, english, grades, comes_back)),
               ("tablet", "chinese", "Bookshelf", (chinese,)),
@@ -154,7 +155,7 @@ def main():
     with Desk() as desk:
         for size, profile, device, parts in visits:
             file = quick(desk, profiles / f"{profile}.json")
-            with Program(desk, binary, [f"--simulate={file}"], size) as p:
+            with chosen()(desk, binary, [f"--simulate={file}"], size) as p:
                 p.shots = shots / size
                 connect(p, device)
                 for part in parts:

@@ -1,10 +1,11 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""tst_places.py CVTAMBER SHOTS: where documents are kept, with the settings beside the application."""
+"""tst_places.py CVTAMBER SHOTS [keyboard]: where documents are kept, with the settings beside the application."""
 import pathlib
 import sys
 
-from driver import Atspi, Desk, Program, SIZES, until
+from driver import Atspi, Desk, SIZES, until
+from keyboard import chosen
 from steps import expect, give, put, put_pupil
 
 NO_PLACE = "There is no place for documents..."
@@ -47,7 +48,7 @@ def cloud_on_and_off(desk, binary, shots):
     cloud = desk.root / "home" / "Cloud"
     away = cloud.with_name("Away")
     cloud.mkdir()
-    with Program(desk, binary) as p, Program(desk, binary, ["--settings"]) as s:
+    with chosen()(desk, binary) as p, chosen()(desk, binary, ["--settings"]) as s:
         p.see("Ann Lee...")
         settings_pictures(s, shots, "local")
         switch_cloud(s, p)
@@ -85,7 +86,7 @@ def cloud_on_and_off(desk, binary, shots):
 def no_place_at_all(desk, binary, shots):
     blocked = put(desk, "blocked", b"no folder")
     letter = put(desk, "letter.txt", b"to be saved nowhere")
-    with Program(desk, binary, XDG_DATA_HOME=str(blocked)) as p:
+    with chosen()(desk, binary, XDG_DATA_HOME=str(blocked)) as p:
         for tab in ("Users", "Archive"):
             p.press(tab, "page tab")
             p.see(NO_PLACE)
@@ -93,7 +94,7 @@ def no_place_at_all(desk, binary, shots):
                 p.press(button, "push button")
         give(desk, binary, letter)
         p.see("letter.txt could not be taken over...", "notification")
-        with Program(desk, binary, ["--settings"], XDG_DATA_HOME=str(blocked)) as s:
+        with chosen()(desk, binary, ["--settings"], XDG_DATA_HOME=str(blocked)) as s:
             s.see("Documents cannot be kept on this computer...")
             settings_pictures(s, shots, "no-place")
 

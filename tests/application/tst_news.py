@@ -1,0 +1,68 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""tst_news.py CVTAMBER: what a screen reader says by itself, while the focus stays: each thing once and in order."""
+import json
+import pathlib
+import sys
+import time
+
+from driver import Desk, Program, until
+from news import News
+from steps import expect, put_pupil
+
+# Long enough for every quarter to be told on its own.
+LETTER = "A line of a letter that goes to the device.\n" * 200
+# The device leaves so long after the start that all that comes before has been done.
+LEAVES_AFTER_MS = 60000
+# What would be said twice comes soon after the first time.
+REST = 2
+
+
+def profile_in(desk):
+    device = {"name": "Window desk", "serial": "20140017", "model": 1,
+              "files": [{"name": "A.TXT", "text": "One.\r\n"}],
+              "faults": [{"fault": "leave", "after": LEAVES_AFTER_MS}]}
+    file = desk.root / "profile.json"
+    file.write_text(json.dumps({"devices": [device]}))
+    return file
+
+
+def silent(news):
+    time.sleep(REST)
+    expect(news.take(), [])
+
+
+def main():
+    binary = pathlib.Path(sys.argv[1]).resolve()
+    with Desk() as desk:
+        put_pupil(desk, Letter=LETTER)
+        started = time.monotonic()
+        with Program(desk, binary, [f"--simulate={profile_in(desk)}"]) as p:
+            news = News(p)
+            p.press("Corvane Brailler")
+            p.press("Connect to Corvane")
+            news.hear("Found Window desk")
+            p.press("Window desk...")
+            news.hear("Connecting to Corvane", "Connected!")
+            p.press("Done")
+            p.see_no("Done")
+            p.press("Users", "page tab")
+            p.press("Ann Lee...", "list item")
+            p.press("Letter...", "list item")
+            p.press("Send to the Corvane")
+            p.press("Send as it is")
+            news.hear("25 percent", "50 percent", "75 percent", "The file has been sent.")
+            silent(news)
+            assert time.monotonic() - started < LEAVES_AFTER_MS / 1000 - 5, "the device left too early for this machine"
+            before = p.focused().get_name()
+            news.hear("The connection to the Corvane was lost.")
+            silent(news)
+            expect(p.focused().get_name(), before)
+            # The last document goes: the list's own words take the place of its rows.
+            p.press("Edit")
+            p.press("Delete Letter...")
+            p.press("Yes")
+            until(lambda: p.focused() and p.focused().get_name().startswith("Nothing here yet."), "the empty list's words")
+
+
+main()
