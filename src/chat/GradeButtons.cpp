@@ -44,9 +44,10 @@ void GradeButtons::show(int currentGrade)
     if (!_isShown)
         return;
     using Kind = BarButtonItem::Kind;
+    // From the edge inwards: "Grade 1" is read first.
     _screen.setRightItems(
-        {{Kind::Plain, localized("Grade 1"), currentGrade != 1, [this] { grade1Clicked(); }},
-         {Kind::Plain, localized("Grade 2"), currentGrade != 2, [this] { grade2Clicked(); }}});
+        {{Kind::Plain, localized("Grade 2"), currentGrade != 2, [this] { grade2Clicked(); }},
+         {Kind::Plain, localized("Grade 1"), currentGrade != 1, [this] { grade1Clicked(); }}});
 }
 
 } // namespace cvtamber

@@ -12,7 +12,7 @@ BubbleRowItem {
     }
 
     Accessible.focusable: isMessage
-    Accessible.name: spoken
+    Accessible.name: spoken + (isMessage ? ", " + qsTrId("%1 of %2").arg(table.positionOf(index)).arg(table.messageCount) : "")
     Accessible.role: kind === BubbleModel.Header ? Accessible.Heading : Accessible.ListItem
     Accessible.selectable: isMessage
     Accessible.selected: ListView.isCurrentItem

@@ -92,6 +92,7 @@ FocusScope {
         id: rows
 
         property double knownHeight: height
+        readonly property string spokenName: bubbles.name
 
         // What takes room below, a keyboard or a line of words, leaves the last row that is seen where it is.
         function keepBottom(): void {
@@ -108,7 +109,7 @@ FocusScope {
             bubbles.table.setLastVisibleIndex(last >= 0 ? last : count - 1);
         }
 
-        Accessible.name: bubbles.name
+        Accessible.name: spokenName
         Accessible.role: Accessible.List
         activeFocusOnTab: count > 0
         anchors.fill: parent

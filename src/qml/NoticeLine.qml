@@ -24,7 +24,8 @@ Rectangle {
     visible: opacity > 0
     width: Math.min(parent.width - Theme.margin * 2, Math.max(240, label.implicitWidth + Theme.gap * 2), Theme.readableWidth)
     x: (parent.width - width) / 2
-    y: parent.height - height - Theme.unit * 10
+    // Under the bar: at the bottom it would hide what is being typed.
+    y: Theme.unit * 8
     z: 20
 
     Behavior on opacity {

@@ -3,12 +3,13 @@
 
 #include "qml/Announcer.h"
 #include "qml/BubbleImageProvider.h"
-#include "qml/ListAccessible.h"
 #include "qml/IconProvider.h"
+#include "qml/ListAccessible.h"
 #include "qml/NavigationStack.h"
 #include "qml/ViewRegistry.h"
 #include "ui/NavigationController.h"
 
+#include <QAccessible>
 #include <QGuiApplication>
 #include <QQmlEngine>
 #include <QQuickItem>
@@ -47,6 +48,7 @@ QmlPresenter::QmlPresenter(RunLoop &runLoop)
           [this](const QuestionQueue::Question &question) { return makeQuestion(question); }))
     , _noticeEnd(runLoop)
     , _newsEnd(runLoop)
+    , _focusTold(runLoop)
 {
     ListAccessible::install();
     qml_register_types_CVTamber();
@@ -58,6 +60,7 @@ QmlPresenter::QmlPresenter(RunLoop &runLoop)
         _window->setTitle(QGuiApplication::applicationDisplayName());
         // Without it the rows that a list makes in advance would be made at once, before the next frame.
         _engine->setIncubationController(_window->incubationController());
+        connect(_window, &QWindow::activeChanged, this, &QmlPresenter::tellFocus);
     }
     connect(_questions.get(), &QuestionQueue::gone, this, &QmlPresenter::giveFocus);
 }
@@ -204,6 +207,17 @@ void QmlPresenter::showNotice(const QString &text)
         if (_window) {
             _window->setProperty("notice", QString());
         }
+    });
+}
+
+// Of a window that comes to the front a screen reader says the title; what has the focus in it is told after that.
+void QmlPresenter::tellFocus()
+{
+    _focusTold.start({}, [this] {
+        if (!_window || !_window->isActive() || _window->activeFocusItem() == nullptr)
+            return;
+        QAccessibleEvent event(_window->activeFocusItem(), QAccessible::Focus);
+        QAccessible::updateAccessibility(&event);
     });
 }
 

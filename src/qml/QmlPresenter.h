@@ -74,6 +74,7 @@ private:
     void endTransition();
     void coverViews();
     void giveFocus();
+    void tellFocus();
 
     RunLoop &_runLoop;
     std::unique_ptr<QQmlEngine> _engine;
@@ -86,6 +87,7 @@ private:
     Finished _finished;
     DelayedCall _noticeEnd;
     DelayedCall _newsEnd;
+    DelayedCall _focusTold;
     qsizetype _announced = 0;
 };
 

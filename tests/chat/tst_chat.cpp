@@ -234,10 +234,10 @@ private slots:
         QTEST(bench.chat->rightItems().size(), "buttons");
         if (bench.chat->rightItems().isEmpty())
             return;
-        QVERIFY(!bench.chat->rightItems()[0].isEnabled && bench.chat->rightItems()[1].isEnabled);
-        bench.chat->rightItemClicked(1);
-        bench.advance(1s);
         QVERIFY(bench.chat->rightItems()[0].isEnabled && !bench.chat->rightItems()[1].isEnabled);
+        bench.chat->rightItemClicked(0);
+        bench.advance(1s);
+        QVERIFY(!bench.chat->rightItems()[0].isEnabled && bench.chat->rightItems()[1].isEnabled);
         QCOMPARE(bench.device.forwardGrade() + bench.device.backwardGrade(), 4);
     }
 

@@ -254,20 +254,20 @@ private slots:
                 titles += item.isEnabled ? item.title : u"-"_s;
             return titles;
         };
-        const QStringList first{u"-"_s, u"Grade 2"_s};
+        const QStringList first{u"Grade 2"_s, u"-"_s};
         QCOMPARE(enabled(), isShown ? first : QStringList());
-        bench.board->rightItemClicked(1);
+        bench.board->rightItemClicked(0);
         bench.advance(1s);
-        QCOMPARE(enabled(), isShown ? QStringList({u"Grade 1"_s, u"-"_s}) : QStringList());
+        QCOMPARE(enabled(), isShown ? QStringList({u"-"_s, u"Grade 1"_s}) : QStringList());
         QCOMPARE(bench.received().count("FGR 2") + bench.received().count("BGR 2"), isShown ? 2 : 0);
         QVERIFY(!isShown || (bench.device.forwardGrade() == 2 && bench.device.backwardGrade() == 2));
-        bench.board->rightItemClicked(0);
+        bench.board->rightItemClicked(1);
         QCOMPARE(enabled(), isShown ? first : QStringList());
         // Another screen's choice.
         bench.device.setForwardGrade(2);
         bench.leave();
         bench.open();
-        QVERIFY(!isShown || enabled() == QStringList({u"Grade 1"_s, u"-"_s}));
+        QVERIFY(!isShown || enabled() == QStringList({u"-"_s, u"Grade 1"_s}));
     }
 
     void keyboard()

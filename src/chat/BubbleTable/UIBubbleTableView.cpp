@@ -44,7 +44,10 @@ void UIBubbleTableView::reloadData()
     };
     _model->setShowAvatars(_showAvatars);
     _model->setTyping(_typingBubble);
+    const auto known = messageCount();
     _model->reload(count, bubbleAt, _snapInterval);
+    if (messageCount() != known)
+        emit messageCountChanged();
 }
 
 int UIBubbleTableView::numberOfSections() const
@@ -114,6 +117,17 @@ QString UIBubbleTableView::textAt(int index) const
 {
     const auto bubble = _model->bubbleAt(index);
     return bubble ? bubble->view().text : QString();
+}
+
+int UIBubbleTableView::messageCount() const
+{
+    return _model->sections().bubbleCount();
+}
+
+int UIBubbleTableView::positionOf(int index) const
+{
+    // Every section up to this one has its header before it.
+    return _model->bubbleAt(index) ? index - _model->sections().placeOf(index).section : 0;
 }
 
 int UIBubbleTableView::bubbleIndexFrom(int index, bool downwards) const

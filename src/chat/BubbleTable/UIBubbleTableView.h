@@ -32,6 +32,8 @@ class UIBubbleTableView : public QObject
     // In pixels, of the texts in bubbles and of the dates.
     Q_PROPERTY(int fontSize READ fontSize NOTIFY appearanceChanged)
     Q_PROPERTY(int headerFontSize READ headerFontSize NOTIFY appearanceChanged)
+    // Bubbles, as the last reloadData found them.
+    Q_PROPERTY(int messageCount READ messageCount NOTIFY messageCountChanged)
 
 public:
     enum class Style { Plain, Grouped };
@@ -67,6 +69,7 @@ public:
 
     int fontSize() const;
     int headerFontSize() const;
+    int messageCount() const;
     BubbleModel &model() const { return *_model; }
     QAbstractItemModel *modelPointer() const;
 
@@ -77,6 +80,8 @@ public:
     Q_INVOKABLE void setLastVisibleIndex(int index) { _lastVisibleIndex = index; }
     // Of a bubble, as it was given; empty for other rows.
     Q_INVOKABLE QString textAt(int index) const;
+    // Which bubble of all, from 1; 0 for other rows.
+    Q_INVOKABLE int positionOf(int index) const;
     // The next bubble row from an index, this one included, downwards or upwards; -1 where there is none.
     Q_INVOKABLE int bubbleIndexFrom(int index, bool downwards) const;
     // The bubble row so far from an index that both fit into the height, at least the next one; the last one or first
@@ -85,6 +90,7 @@ public:
 
 signals:
     void appearanceChanged();
+    void messageCountChanged();
     // An index of the model.
     void scrollRequested(int index, bool atBottom, bool animated);
 
