@@ -159,8 +159,8 @@ void CVConnectViewController::beginConnecting()
 {
     rememberStateDelegate();
     becomeStateDelegate();
+    // The heading that says so takes the focus.
     setStep(Step::Connecting, true);
-    presenter().announce(connectingText());
     _connectLimit.start(connectLimit, [this] { failed(); });
     // The scan may still hold a link to the device, which would end in the middle of the attempt.
     _context.manager.releasePeripherals([weak = std::weak_ptr(self()), peripheral = _peripheral] {

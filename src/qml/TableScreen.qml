@@ -267,7 +267,8 @@ ScreenView {
 
         Accessible.focusable: true
         Accessible.name: text
-        Accessible.role: Accessible.StaticText
+        // Static text would be read again with every control beside it.
+        Accessible.role: Accessible.Paragraph
         activeFocusOnTab: visible
         anchors.centerIn: parent
         color: Theme.secondaryText

@@ -43,7 +43,7 @@ def main():
             p.press("Connect to Corvane")
             news.hear("Found Window desk")
             p.press("Window desk...")
-            news.hear("Connecting to Corvane", "Connected!")
+            news.hear("Connected!")
             p.press("Done")
             p.see_no("Done")
             p.press("Users", "page tab")
