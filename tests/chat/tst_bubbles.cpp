@@ -91,9 +91,9 @@ void tst_bubbles::datesFarApartAreNeighboursOfNobody()
 void tst_bubbles::rowsAndPlacesAgree()
 {
     BubbleSections sections{1s};
-    std::vector<BubbleSections::Date> dates;
+    std::vector<BubbleSections::Date> dates(100);
     for (int i = 0; i < 100; ++i)
-        dates.emplace_back(std::chrono::seconds(i * i % 37));
+        dates[static_cast<size_t>(i)] = std::chrono::seconds(i * i % 37);
     sections.add(dates);
     int index = 0;
     for (int section = 0; section < sections.sectionCount(); ++section) {
