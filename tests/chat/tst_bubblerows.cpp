@@ -233,6 +233,7 @@ void tst_bubblerows::titles_data()
     QTest::newRow("en_GB") << u"en_GB"_s << u"5 Jan 2014, "_s;
     QTest::newRow("fr_FR") << u"fr_FR"_s << u"5 janv. 2014, "_s;
     QTest::newRow("zh_CN") << u"zh_CN"_s << u"2014年1月5日, "_s;
+    QTest::newRow("C") << u"C"_s << u"5 Jan 2014, "_s;
     QTest::newRow("hu_HU") << u"hu_HU"_s << u"2014. jan. 5., "_s;
 }
 
@@ -241,10 +242,10 @@ void tst_bubblerows::titles()
     QFETCH(QString, locale);
     QFETCH(QString, date);
     const QLocale there(locale);
-    const QTime time(10, 32, 59);
-    const auto title = UIBubbleHeaderTableViewCell::title(QDateTime(QDate(2014, 1, 5), time), there);
-    QCOMPARE(title, QString(date + there.toString(time, QLocale::ShortFormat)));
-    QVERIFY2(!title.contains(u"59"_s), qUtf8Printable(title));
+    const auto title =
+        UIBubbleHeaderTableViewCell::title(QDateTime(QDate(2014, 1, 5), QTime(10, 32, 59)), there);
+    QVERIFY2(title.startsWith(date), qUtf8Printable(title));
+    QVERIFY2(title.contains(u"10:32"_s) && !title.contains(u"59"_s), qUtf8Printable(title));
 }
 
 void tst_bubblerows::oddTexts_data()

@@ -26,7 +26,10 @@ QString UIBubbleHeaderTableViewCell::title(const QDateTime &date, const QLocale 
 
 QString UIBubbleHeaderTableViewCell::timeOfDay(const QDateTime &date, const QLocale &locale)
 {
-    return locale.toString(date.toLocalTime().time(), QLocale::ShortFormat);
+    // That of no locale has seconds.
+    static const QRegularExpression seconds(QStringLiteral("[:.]ss"));
+    auto format = locale.timeFormat(QLocale::ShortFormat);
+    return locale.toString(date.toLocalTime().time(), format.remove(seconds));
 }
 
 } // namespace cvtamber
