@@ -143,9 +143,9 @@
         <source>UEB:</source>
         <translation>UEB:</translation>
     </message>
-    <message id="Unified English Braille">
-        <source>Unified English Braille</source>
-        <translation>Unified English Braille</translation>
+    <message id="UEB contractions">
+        <source>UEB contractions</source>
+        <translation>UEB contractions</translation>
     </message>
     <message id="Advanced">
         <source>Advanced</source>
@@ -515,9 +515,53 @@
         <source>This document holds something that is not text.</source>
         <translation>This document holds something that is not text.</translation>
     </message>
+    <message id="Keys">
+        <source>Keys</source>
+        <translation>Keys</translation>
+    </message>
+    <message id="Tab, Shift+Tab: from control to control.">
+        <source>Tab, Shift+Tab: from control to control.</source>
+        <translation>Tab, Shift+Tab: from control to control.</translation>
+    </message>
+    <message id="Arrows, Home, End, Page Up, Page Down, letters: from row to row.">
+        <source>Arrows, Home, End, Page Up, Page Down, letters: from row to row.</source>
+        <translation>Arrows, Home, End, Page Up, Page Down, letters: from row to row.</translation>
+    </message>
+    <message id="Enter, Space: what a touch does.">
+        <source>Enter, Space: what a touch does.</source>
+        <translation>Enter, Space: what a touch does.</translation>
+    </message>
+    <message id="Menu, Shift+F10: the row&apos;s detail button.">
+        <source>Menu, Shift+F10: the row&apos;s detail button.</source>
+        <translation>Menu, Shift+F10: the row&apos;s detail button.</translation>
+    </message>
+    <message id="Delete: deletes the row, where rows can be deleted.">
+        <source>Delete: deletes the row, where rows can be deleted.</source>
+        <translation>Delete: deletes the row, where rows can be deleted.</translation>
+    </message>
+    <message id="Escape: Cancel or back.">
+        <source>Escape: Cancel or back.</source>
+        <translation>Escape: Cancel or back.</translation>
+    </message>
+    <message id="Ctrl+Page Up, Ctrl+Page Down: from section to section.">
+        <source>Ctrl+Page Up, Ctrl+Page Down: from section to section.</source>
+        <translation>Ctrl+Page Up, Ctrl+Page Down: from section to section.</translation>
+    </message>
+    <message id="Ctrl+C: copies a message of the chat.">
+        <source>Ctrl+C: copies a message of the chat.</source>
+        <translation>Ctrl+C: copies a message of the chat.</translation>
+    </message>
     <message id="Edit">
         <source>Edit</source>
         <translation>Edit</translation>
+    </message>
+    <message id="Editing">
+        <source>Editing</source>
+        <translation>Editing</translation>
+    </message>
+    <message id="Editing has ended">
+        <source>Editing has ended</source>
+        <translation>Editing has ended</translation>
     </message>
     <message id="Corvane">
         <source>Corvane</source>
@@ -1147,10 +1191,6 @@
         <source>The device sends too much text at once. Some of it is lost.</source>
         <translation>The device sends too much text at once. Some of it is lost.</translation>
     </message>
-    <message id="Message">
-        <source>Message</source>
-        <translation>Message</translation>
-    </message>
     <message id="The Corvane is not connected. What you write is not sent yet.">
         <source>The Corvane is not connected. What you write is not sent yet.</source>
         <translation>The Corvane is not connected. What you write is not sent yet.</translation>
@@ -1163,9 +1203,9 @@
         <source>The whiteboard is full. What comes now is not kept.</source>
         <translation>The whiteboard is full. What comes now is not kept.</translation>
     </message>
-    <message id="Write to the device">
-        <source>Write to the device</source>
-        <translation>Write to the device</translation>
+    <message id="Message to the device">
+        <source>Message to the device</source>
+        <translation>Message to the device</translation>
     </message>
 </context>
 </TS>

@@ -185,7 +185,7 @@ TableCell CVDeviceTableViewController::uebcCell() const
     CellControl control;
     control.id = SwitchUEBC;
     control.kind = CellControl::Kind::Switch;
-    control.accessibleName = localized("Unified English Braille");
+    control.accessibleName = localized("UEB contractions");
     control.isOn = _uebcOn || _details.isUEBForced;
     control.isEnabled = !_details.isUEBForced;
     cell.controls.append(control);

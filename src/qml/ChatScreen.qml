@@ -103,8 +103,8 @@ ScreenView {
                         // As in the bubble that it becomes.
                         font.pixelSize: screen.controller.chatBubbleTableView.fontSize
                         inputMethodHints: Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText
-                        placeholderText: qsTrId("Write to the device")
-                        spokenName: qsTrId("Message")
+                        placeholderText: qsTrId("Message to the device")
+                        spokenName: placeholderText
 
                         onAccepted: screen.controller.textFieldShouldReturn()
                         // One line: what is pasted has no line ends.

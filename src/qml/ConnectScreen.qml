@@ -34,11 +34,9 @@ ScreenView {
 
         target: screen.controller
     }
-    Flickable {
+    FollowingFlickable {
         anchors.fill: parent
-        boundsBehavior: Flickable.StopAtBounds
         contentHeight: column.height + Theme.gap * 2
-        contentWidth: width
 
         Column {
             id: column

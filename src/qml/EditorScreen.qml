@@ -10,6 +10,11 @@ ScreenView {
     required property MTextEditViewController controller
     readonly property double side: Math.max(Theme.margin, (width - Theme.readableWidth) / 2)
 
+    function page(forward: bool): void {
+        const caret = area.cursorRectangle;
+        const step = Math.max(caret.height, scrolling.height - caret.height * 2);
+        area.cursorPosition = area.positionAt(caret.x, caret.y + caret.height / 2 + (forward ? step : -step));
+    }
     function takeFocus(): bool {
         area.forceActiveFocus(Qt.OtherFocusReason);
         return true;
@@ -23,6 +28,8 @@ ScreenView {
         target: screen.controller
     }
     ScrollView {
+        id: scrolling
+
         anchors.bottom: parent.bottom
         anchors.left: parent.left
         anchors.right: parent.right
@@ -39,11 +46,14 @@ ScreenView {
             Accessible.name: screen.controller.title
             bottomPadding: Theme.margin
             color: Theme.text
+            // A text that is only read is gone through by keys as well.
+            cursorVisible: activeFocus
             focus: true
             font.pixelSize: Theme.bodySize
             leftPadding: screen.side
             readOnly: screen.controller.readOnly
             rightPadding: screen.side
+            selectByKeyboard: true
             selectByMouse: true
             selectedTextColor: Theme.accentText
             selectionColor: Theme.accent
@@ -63,6 +73,11 @@ ScreenView {
 
             // A text area keeps Tab to itself otherwise.
             Keys.onBacktabPressed: area.nextItemInFocusChain(false).forceActiveFocus(Qt.BacktabFocusReason)
+            Keys.onPressed: event => {
+                event.accepted = (event.key === Qt.Key_PageDown || event.key === Qt.Key_PageUp) && event.modifiers === Qt.NoModifier;
+                if (event.accepted)
+                    screen.page(event.key === Qt.Key_PageDown);
+            }
             Keys.onTabPressed: area.nextItemInFocusChain().forceActiveFocus(Qt.TabFocusReason)
         }
     }

@@ -11,6 +11,8 @@ Window {
     property bool covered: false
     property string notice: ""
 
+    signal helpRequested
+
     function takeFocus(): void {
         const tabs = host.view as TabsView;
         const navigation = host.view as NavigationView;
@@ -33,6 +35,11 @@ Window {
     minimumWidth: 320
     width: 390
 
+    Shortcut {
+        context: Qt.ApplicationShortcut
+        sequences: [StandardKey.HelpContents]
+        onActivated: window.helpRequested()
+    }
     ScreenHost {
         id: host
 

@@ -13,9 +13,17 @@ Rectangle {
     property double titleOpacity: 1
     property alias heading: heading
     readonly property double sideWidth: Math.max(left.width, right.width) + Theme.unit
+    // Side by side they would be over those at the left.
+    readonly property bool stacksRight: widthOfRight() + left.width + Theme.unit * 3 > width
 
     signal back
 
+    function widthOfRight(): double {
+        let sum = 0;
+        for (let i = 0; i < rightButtons.count; ++i)
+            sum += rightButtons.itemAt(i) === null ? 0 : rightButtons.itemAt(i).implicitWidth;
+        return sum;
+    }
     function leftButton(index: int): Item {
         return leftButtons.itemAt(index);
     }
@@ -65,12 +73,14 @@ Rectangle {
         opacity: bar.titleOpacity
         text: bar.controller.title
     }
-    Row {
+    Grid {
         id: right
 
         anchors.right: parent.right
         anchors.rightMargin: Theme.unit
         anchors.verticalCenter: parent.verticalCenter
+        columns: bar.stacksRight ? 1 : Math.max(1, rightButtons.count)
+        horizontalItemAlignment: Grid.AlignRight
 
         Repeater {
             id: rightButtons

@@ -65,11 +65,9 @@ Dialog {
         color: Theme.raised
         radius: Theme.radius
     }
-    contentItem: Flickable {
-        boundsBehavior: Flickable.StopAtBounds
+    contentItem: FollowingFlickable {
         clip: true
         contentHeight: column.height
-        contentWidth: width
         implicitHeight: column.height
 
         Keys.onBackPressed: event => event.accepted = sheet.leave()

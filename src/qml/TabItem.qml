@@ -61,7 +61,8 @@ Item {
         color: tab.selected ? Theme.accent : Theme.secondaryText
         elide: Text.ElideRight
         font.bold: tab.selected
-        font.pixelSize: Math.min(Theme.noteSize, 22)
+        // So that the longest word fits into a narrow tab.
+        font.pixelSize: Math.min(Theme.noteSize, 22, Math.max(13, (tab.width - Theme.unit) / 5.5))
         horizontalAlignment: Text.AlignHCenter
         maximumLineCount: tab.wraps ? 2 : 1
         text: tab.title

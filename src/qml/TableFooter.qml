@@ -8,6 +8,7 @@ Item {
 
     required property TableViewController table
     required property double side
+    required property ListView list
 
     implicitHeight: button.visible ? button.height + Theme.gap * 3 : Theme.gap * 2
 
@@ -22,6 +23,8 @@ Item {
         width: (footer.width - footer.side * 2) * 0.8
         y: Theme.gap * 1.5
 
+        onActiveFocusChanged: if (activeFocus)
+            footer.list.positionViewAtEnd()
         onClicked: footer.table.footerButtonClicked()
     }
 }

@@ -172,6 +172,7 @@ ScreenView {
             }
         }
         footer: TableFooter {
+            list: rows
             side: screen.side
             table: screen.controller
             width: rows.width

@@ -25,13 +25,11 @@ ScreenView {
 
     spokenTitle: about.text
 
-    Flickable {
+    FollowingFlickable {
         id: content
 
         anchors.fill: parent
-        boundsBehavior: Flickable.StopAtBounds
         contentHeight: panel.height + Theme.gap * 2
-        contentWidth: width
 
         Rectangle {
             id: panel

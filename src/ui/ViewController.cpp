@@ -69,8 +69,11 @@ BarButtonItem ViewController::editButtonItem()
     item.kind = BarButtonItem::Kind::Edit;
     item.title = localized(_isEditing ? "Done" : "Edit");
     item.action = [self = QPointer<ViewController>(this)] {
-        if (self)
-            self->setEditing(!self->isEditing());
+        if (!self)
+            return;
+        self->setEditing(!self->isEditing());
+        // The button has the focus and a new name, which readers do not say.
+        self->presenter().announce(localized(self->isEditing() ? "Editing" : "Editing has ended"));
     };
     return item;
 }

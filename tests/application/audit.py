@@ -43,7 +43,8 @@ class Node:
         self.focused = states.contains(Atspi.StateType.FOCUSED)
         self.checked = states.contains(Atspi.StateType.CHECKED)
         self.actions = [node.get_action_name(i) for i in range(node.get_n_actions())] if self.role in CONTROLS else []
-        extents = node.get_extents(Atspi.CoordType.WINDOW)
+        # Those within the window are wrong for what stands in a dialog.
+        extents = node.get_extents(Atspi.CoordType.SCREEN)
         self.place = (extents.x, extents.y, extents.width, extents.height)
         self.children = []
         for i in range(node.get_child_count()):
@@ -142,6 +143,29 @@ def _screen_faults(root):
     # A sheet of buttons is headed by its own name.
     if root.role != "dialog" and not any(node.role == "heading" for node in nodes):
         yield f"{root} has no heading"
+    yield from _places_faults(root, nodes)
     focused = [node for node in nodes if node.focused and node.role not in ("frame", "panel", "list", "dialog")]
     if not focused:
         yield f"nothing in {root} has the focus"
+    for node in focused[-1:]:
+        if node.role in CONTROLS and not _lies_in(node.place, root.place):
+            yield f"{node} has the focus out of sight, at {node.place} of {root.place}"
+
+
+def _places_faults(root, nodes):
+    """No control over another; what is scrolled in a list stands under the bars."""
+    controls = [node for node in nodes if node.role in CONTROLS and not _is_cut_off(node)]
+    for number, one in enumerate(controls):
+        for other in controls[number + 1:]:
+            if other.parent is not one and _overlap(one.place, other.place):
+                yield f"{one} at {one.place} and {other} at {other.place} lie over each other"
+
+
+def _overlap(one, other):
+    return (one[0] + 1 < other[0] + other[2] and other[0] + 1 < one[0] + one[2]
+            and one[1] + 1 < other[1] + other[3] and other[1] + 1 < one[1] + one[3])
+
+
+def _lies_in(place, room):
+    return (place[0] >= room[0] and place[1] >= room[1] and place[0] + place[2] <= room[0] + room[2]
+            and place[1] + place[3] <= room[1] + room[3])

@@ -9,7 +9,7 @@ import sys
 import time
 
 from audit import AuditedProgram
-from driver import GLib, Missing, Program, STEP, matches, until
+from driver import Atspi, GLib, Missing, Program, STEP, matches, until
 
 # More stops than any screen has: past it Tab is caught somewhere.
 MANY = 80
@@ -67,15 +67,18 @@ class KeyboardProgram(Program):
         if here not in ("list item", "page tab") or wanted is None or wanted.get_role_name() != here:
             return False
         forward = "Down" if here == "list item" else "Right"
+        if self._walk_on(forward, name, role):
+            return True
         self._key("Home")
+        return self._walk_on(forward, name, role)
+
+    def _walk_on(self, forward, name, role):
         for _ in range(MANY):
             if self._is_on(name, role):
                 return True
-            place = self._place()
-            self._key(forward)
-            if self._place() == place:
+            if not self._key(forward):
                 break
-        return self._is_on(name, role)
+        return False
 
     def _row_of(self, name, role):
         node = self.find(name, role)
@@ -83,19 +86,33 @@ class KeyboardProgram(Program):
         return parent.get_name() if parent and parent.get_role_name() == "list item" else None
 
     def _place(self):
+        """What has the focus; the way to it goes through what says that it has it."""
         try:
-            node = self.focused()
+            node = self._focused_below(self.top())
             return (node.get_role_name(), node.get_name()) if node else None
         except GLib.Error:  # It went while it was being read.
             return None
 
+    def _focused_below(self, node):
+        children = [node.get_child_at_index(i) for i in range(node.get_child_count())]
+        children = [child for child in children if child and self.showing(child)]
+        with_focus = [child for child in children if child.get_state_set().contains(Atspi.StateType.FOCUSED)]
+        for child in with_focus or children:
+            found = self._focused_below(child)
+            if found:
+                return found
+        return with_focus[-1] if with_focus else None
+
     def _key(self, name):
-        """The key, and a moment for the focus to follow."""
+        """The key, and a moment for the focus to follow; whether it did."""
         before = self._place()
         self.keys(name)
         end = time.monotonic() + 1
-        while self._place() == before and time.monotonic() < end:
+        while self._place() == before:
+            if time.monotonic() > end:
+                return False
             time.sleep(STEP)
+        return True
 
     def _settled(self):
         """What has just opened takes the focus by itself."""

@@ -210,7 +210,10 @@ def restore_and_delete(p):
 def folder_renamed_and_deleted(p):
     p.press("Ann Lee...", "list item")
     p.see("Letters...")
+    # Both pages have an Edit button while one slides over the other.
+    p.see_no("Ann Lee...", "list item")
     p.press("Edit")
+    p.see("Delete Letters")
     p.press("Letters...", "list item")
     p.press("Rename", "push button")
     p.fill("Rename", "Post")
@@ -224,15 +227,16 @@ def folder_renamed_and_deleted(p):
 
 def device_switches(p):
     p.press("Corvane Brailler", "page tab")
-    p.press("Unified English Braille", "check box")
-    until(lambda: p.find("Unified English Braille").get_state_set().contains(Atspi.StateType.CHECKED), "the switch on")
+    p.press("UEB contractions", "check box")
+    until(lambda: p.find("UEB contractions").get_state_set().contains(Atspi.StateType.CHECKED), "the switch on")
     p.press("Refresh files")
     p.see("Refresh files")
     p.press("Disconnect from Corvane")
     p.see("State, Disconnected...")
     p.see_no("Whiteboard...")
     p.press("Connect to Corvane")
-    p.see("Select Corvane Bluetooth device...")
+    # A dialog takes keys when it has opened.
+    until(lambda: p.focused() and p.focused().get_name().startswith("Looking for devices"), "the focus in the list")
     p.keys("Escape")
     p.see_no("Select Corvane Bluetooth device...")
 

@@ -8,7 +8,7 @@ import sys
 
 from gi.repository import Gio
 
-from driver import Desk, GLib, until
+from driver import Atspi, Desk, GLib, until
 from keyboard import chosen
 from steps import expect, give, leave_editor, put, put_pupil, save_with_ann, sees_text
 
@@ -73,10 +73,20 @@ class Portal:
         return self.message
 
 
+def reads_by_keys(p):
+    """The caret goes through a text that is only read."""
+    area = p.find(None, "text")
+    p.focus(area.get_name(), "text")
+    for key, place in (("ctrl+End", Atspi.Text.get_character_count(area)), ("ctrl+Home", 0)):
+        p.keys(key)
+        until(lambda: Atspi.Text.get_caret_offset(area) == place, f"the caret at {place}")
+
+
 def first_start_with_files(desk, binary):
     letter = put(desk, "First.txt", b"handed to a first start\n")
     with chosen()(desk, binary, [letter, desk.root / "home" / "gone.txt"]) as p:
         sees_text(p, "handed to a first start\n")
+        reads_by_keys(p)
         until(lambda: p.app.get_child_at_index(0) and "gone.txt could not be opened." in p.outline(), "the refusal")
         leave_editor(p)
         p.see("Ann Lee...")

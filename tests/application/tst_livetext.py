@@ -51,7 +51,7 @@ def sees_message(p, words):
 
 
 def field_is(p, text):
-    until(lambda: p.text_of("Message") == text, f"{text!r} in the field, which holds {p.text_of('Message')!r}")
+    until(lambda: p.text_of("Message to the device") == text, f"{text!r} in the field, which holds {p.text_of('Message to the device')!r}")
 
 
 def has_focus(p, name):
@@ -85,19 +85,19 @@ def english(p):
     open_live(p, "Chat")
     sees_message(p, "Device: Good morning.")
     heard(p, "Device: Good morning.")
-    has_focus(p, "Message")
+    has_focus(p, "Message to the device")
     p.write("Hello")
     field_is(p, "Hello")
     p.keys("Return")
     field_is(p, "")
     sees_message(p, "You: Hello")
     sees_message(p, "Device: Hello! This is Ida at the window.")
-    has_focus(p, "Message")
+    has_focus(p, "Message to the device")
     p.write("How are you today?")
     field_is(p, "How are you today?")
     p.press("Send")
     field_is(p, "")
-    has_focus(p, "Message")
+    has_focus(p, "Message to the device")
     sees_message(p, "Device: The rain is loud on the roof.")
     p.shot_of("chat")
     # By key: the messages, the field, Send.
@@ -106,7 +106,7 @@ def english(p):
     p.keys("Home")
     until(lambda: p.focused() and p.focused().get_name().startswith("Device: Good morning."), "the first message")
     p.keys("Tab")
-    has_focus(p, "Message")
+    has_focus(p, "Message to the device")
     p.keys("Tab")
     has_focus(p, "Send")
 
