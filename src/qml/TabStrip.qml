@@ -50,7 +50,7 @@ Rectangle {
                 image: strip.controller.tabImage(index)
                 selected: strip.controller.selectedIndex === index
                 width: strip.cellWidth
-                wraps: strip.vertical || Theme.largeText
+                wraps: strip.vertical || Theme.largeText || Theme.highContrast
 
                 onChosen: strip.selectAndFocus(index)
                 Keys.onLeftPressed: strip.selectAndFocus(index - 1)
