@@ -56,10 +56,13 @@ CVTamberApplication::CVTamberApplication(QGuiApplication &application, EventRunL
     , _mail(runLoop, locations, QDBusConnection::sessionBus())
     , _preview(runLoop, QDBusConnection::sessionBus())
     , _presenter(std::make_unique<QmlPresenter>(runLoop))
+    , _appearance(QDBusConnection::sessionBus())
     , _stopLater(runLoop)
     , _settle(runLoop)
 {
     CVBluetoothManager::setDefaultManager(_manager);
+    QObject::connect(&_appearance, &PortalAppearance::changed, _presenter.get(),
+                     &QmlPresenter::setDesktopLook);
     _delegate = std::make_shared<MAppDelegate>(services());
 }
 

@@ -12,6 +12,7 @@
 #include "platform/desktop/DesktopApplication.h"
 #include "platform/desktop/DesktopMail.h"
 #include "platform/desktop/DesktopPreview.h"
+#include "platform/desktop/PortalAppearance.h"
 #include "platform/documents/DesktopTrash.h"
 #include "platform/documents/DiskFileCoordinator.h"
 #include "qml/QmlPresenter.h"
@@ -90,6 +91,7 @@ private:
     DesktopMail _mail;
     DesktopPreview _preview;
     std::unique_ptr<QmlPresenter> _presenter;
+    PortalAppearance _appearance;
     std::shared_ptr<MAppDelegate> _delegate;
     DelayedCall _stopLater;
     DelayedCall _settle;

@@ -50,6 +50,8 @@ int showSettings(QGuiApplication &application)
     QQuickWindow *const window = presenter.window();
     if (!window)
         return fail(u"the window cannot be made."_s, ExitStatus::Failed);
+    const PortalAppearance appearance(QDBusConnection::sessionBus());
+    QObject::connect(&appearance, &PortalAppearance::changed, &presenter, &QmlPresenter::setDesktopLook);
     const auto settings = std::make_shared<SettingsViewController>(presenter, defaults, locations);
     presenter.showRoot(NavigationController::withRoot(presenter, settings));
     window->setTitle(settings->title());

@@ -6,12 +6,15 @@
 #include "qml/IconProvider.h"
 #include "qml/ListAccessible.h"
 #include "qml/NavigationStack.h"
+#include "qml/SystemAppearance.h"
 #include "qml/ViewRegistry.h"
 #include "ui/NavigationController.h"
 
 #include <QAccessible>
 #include <QGuiApplication>
+#include <QQmlContext>
 #include <QQmlEngine>
+#include <QQmlExpression>
 #include <QQuickItem>
 #include <QQuickWindow>
 
@@ -73,6 +76,17 @@ QmlPresenter::~QmlPresenter()
 QQuickWindow *QmlPresenter::window() const
 {
     return _window;
+}
+
+void QmlPresenter::setDesktopLook(const DesktopLook &look)
+{
+    if (!_window) {
+        return;
+    }
+    QQmlExpression theme(qmlContext(_window), _window, QStringLiteral("Theme.appearance"));
+    if (auto *appearance = theme.evaluate().value<SystemAppearance *>()) {
+        appearance->setDesktopLook(look);
+    }
 }
 
 bool QmlPresenter::isTablet() const

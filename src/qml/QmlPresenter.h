@@ -3,6 +3,7 @@
 
 #include "base/DelayedCall.h"
 #include "qml/QuestionQueue.h"
+#include "ui/DesktopLook.h"
 #include "ui/Presenter.h"
 
 #include <QObject>
@@ -36,6 +37,9 @@ public:
 
     // Null only when the views cannot be loaded; that is told on the log.
     QQuickWindow *window() const;
+
+    // What the theme follows, where no variable of the environment goes before it.
+    void setDesktopLook(const DesktopLook &look);
 
     bool isTablet() const override;
     void present(const Controller &controller, PresentationStyle style, TransitionStyle transition,

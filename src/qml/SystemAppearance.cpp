@@ -40,6 +40,15 @@ SystemAppearance::SystemAppearance(QObject *parent)
     }
 }
 
+void SystemAppearance::setDesktopLook(const DesktopLook &look)
+{
+    if (look == _desktop) {
+        return;
+    }
+    _desktop = look;
+    emit changed();
+}
+
 bool SystemAppearance::eventFilter(QObject *watched, QEvent *event)
 {
     switch (event->type()) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "ui/DesktopLook.h"
+
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
 
@@ -10,9 +12,10 @@ namespace cvtamber {
 
 // How the system wants programs to look, and how the person works: what the theme is made from.
 //
-// Dark is read from the lightness of the system's palette, the text's scale from its font (11 points are 100 %), the rest from
-// the desktop's settings portal where there is one. CVTAMBER_APPEARANCE ("light", "dark"), CVTAMBER_CONTRAST ("high",
-// "normal"), CVTAMBER_MOTION ("reduced", "normal") and CVTAMBER_TEXT_SCALE (0.8 to 2) go before the system.
+// Dark, high contrast and reduced motion are what the desktop says, once setDesktopLook() tells it; where it says nothing of
+// dark, the lightness of the system's palette decides. The text's scale is that of the system's font (11 points are 100 %).
+// CVTAMBER_APPEARANCE ("light", "dark"), CVTAMBER_CONTRAST ("high", "normal"), CVTAMBER_MOTION ("reduced", "normal") and
+// CVTAMBER_TEXT_SCALE (0.8 to 2) go before the system.
 // Thread: main thread. Owner: the theme.
 class SystemAppearance : public QObject
 {
@@ -28,11 +31,13 @@ class SystemAppearance : public QObject
 public:
     explicit SystemAppearance(QObject *parent = nullptr);
 
-    bool isDark() const { return _dark.value_or(_portalDark.value_or(_paletteDark)); }
-    bool isHighContrast() const { return _highContrast.value_or(_portalHighContrast); }
-    bool isMotionReduced() const { return _reducedMotion.value_or(_portalReducedMotion); }
+    bool isDark() const { return _dark.value_or(_desktop.dark.value_or(_paletteDark)); }
+    bool isHighContrast() const { return _highContrast.value_or(_desktop.highContrast); }
+    bool isMotionReduced() const { return _reducedMotion.value_or(_desktop.reducedMotion); }
     double textScale() const { return _textScale.value_or(_fontScale); }
     bool isKeyboardInUse() const { return _isKeyboardInUse; }
+
+    void setDesktopLook(const DesktopLook &look);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -51,9 +56,7 @@ private:
     std::optional<double> _textScale;
     bool _paletteDark = false;
     double _fontScale = 1;
-    std::optional<bool> _portalDark;
-    bool _portalHighContrast = false;
-    bool _portalReducedMotion = false;
+    DesktopLook _desktop;
     bool _isKeyboardInUse = false;
 };
 
