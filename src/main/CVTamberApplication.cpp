@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "main/CVTamberApplication.h"
 
+#include "app/KeysHelp.h"
 #include "app/StoreSwitch.h"
 #include "device/CVBluetoothManager.h"
 #include "main/CVTamberCommandLine.h"
@@ -63,6 +64,7 @@ CVTamberApplication::CVTamberApplication(QGuiApplication &application, EventRunL
     CVBluetoothManager::setDefaultManager(_manager);
     QObject::connect(&_appearance, &PortalAppearance::changed, _presenter.get(),
                      &QmlPresenter::setDesktopLook);
+    _presenter->setHelp(keysHelp);
     _delegate = std::make_shared<MAppDelegate>(services());
 }
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/KeysHelp.h"
 #include "app/SettingsViewController.h"
 #include "base/NullLog.h"
 #include "base/PathBytes.h"
@@ -52,6 +53,7 @@ int showSettings(QGuiApplication &application)
         return fail(u"the window cannot be made."_s, ExitStatus::Failed);
     const PortalAppearance appearance(QDBusConnection::sessionBus());
     QObject::connect(&appearance, &PortalAppearance::changed, &presenter, &QmlPresenter::setDesktopLook);
+    presenter.setHelp(keysHelp);
     const auto settings = std::make_shared<SettingsViewController>(presenter, defaults, locations);
     presenter.showRoot(NavigationController::withRoot(presenter, settings));
     window->setTitle(settings->title());

@@ -64,6 +64,7 @@ QmlPresenter::QmlPresenter(RunLoop &runLoop)
         // Without it the rows that a list makes in advance would be made at once, before the next frame.
         _engine->setIncubationController(_window->incubationController());
         connect(_window, &QWindow::activeChanged, this, &QmlPresenter::tellFocus);
+        connect(_window, SIGNAL(helpRequested()), this, SLOT(askForHelp()));
     }
     connect(_questions.get(), &QuestionQueue::gone, this, &QmlPresenter::giveFocus);
 }
@@ -233,6 +234,13 @@ void QmlPresenter::tellFocus()
         QAccessibleEvent event(_window->activeFocusItem(), QAccessible::Focus);
         QAccessible::updateAccessibility(&event);
     });
+}
+
+void QmlPresenter::askForHelp()
+{
+    // A question is answered first.
+    if (_help && !_questions->isAsking())
+        showAlert(_help());
 }
 
 void QmlPresenter::announce(const QString &text)

@@ -38,6 +38,9 @@ public:
     // Null only when the views cannot be loaded; that is told on the log.
     QQuickWindow *window() const;
 
+    // What F1 shows; nothing while there is none.
+    void setHelp(const std::function<AlertView()> &help) { _help = help; }
+
     // What the theme follows, where no variable of the environment goes before it.
     void setDesktopLook(const DesktopLook &look);
 
@@ -58,6 +61,7 @@ protected:
     void drawRoot(const Controller &root) override;
 
 private slots:
+    void askForHelp();
     void modalOpened();
     void modalClosed();
 
@@ -89,6 +93,7 @@ private:
     std::vector<Modal> _leaving;
     std::unique_ptr<QuestionQueue> _questions;
     Finished _finished;
+    std::function<AlertView()> _help;
     DelayedCall _noticeEnd;
     DelayedCall _newsEnd;
     DelayedCall _focusTold;
