@@ -539,6 +539,10 @@
         <source>Delete: deletes the row, where rows can be deleted.</source>
         <translation>Delete: deletes the row, where rows can be deleted.</translation>
     </message>
+    <message id="F2: renames a document or folder.">
+        <source>F2: renames a document or folder.</source>
+        <translation>F2: renames a document or folder.</translation>
+    </message>
     <message id="Escape: Cancel or back.">
         <source>Escape: Cancel or back.</source>
         <translation>Escape: Cancel or back.</translation>

@@ -14,6 +14,7 @@ AlertView keysHelp()
                                 localized("Enter, Space: what a touch does."),
                                 localized("Menu, Shift+F10: the row's detail button."),
                                 localized("Delete: deletes the row, where rows can be deleted."),
+                                localized("F2: renames a document or folder."),
                                 localized("Escape: Cancel or back."),
                                 localized("Ctrl+Page Up, Ctrl+Page Down: from section to section."),
                                 localized("Ctrl+C: copies a message of the chat.")}

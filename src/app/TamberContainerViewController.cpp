@@ -294,6 +294,13 @@ void TamberContainerViewController::commitDelete(IndexPath path)
     _editing->handleDeleteFileCommand(contents().itemAt(path));
 }
 
+void TamberContainerViewController::commitRename(IndexPath path)
+{
+    const ContainerItem item = contents().itemAt(path);
+    if (!isPicking() && !item.isEmpty())
+        _editing->askForNewName(item);
+}
+
 void TamberContainerViewController::addButtonClicked()
 {
     if (isPicking()) {

@@ -78,6 +78,7 @@ protected:
     void viewWillDisappear() override;
     void didSelectRow(IndexPath path) override;
     void commitDelete(IndexPath path) override;
+    void commitRename(IndexPath path) override;
     void controlActivated(IndexPath path, int control, bool on) override;
 
 private:

@@ -97,6 +97,10 @@ ScreenView {
         case Qt.Key_Delete:
         case Qt.Key_Backspace:
             return cell !== null && cell.remove();
+        case Qt.Key_F2:
+            if (cell !== null)
+                controller.renameClicked(cell.section, cell.row);
+            return cell !== null;
         case Qt.Key_Menu:
             return cell !== null && cell.openDetail();
         case Qt.Key_F10:

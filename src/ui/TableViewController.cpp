@@ -72,6 +72,15 @@ void TableViewController::deleteClicked(int section, int row)
         commitDelete(path);
 }
 
+void TableViewController::renameClicked(int section, int row)
+{
+    const IndexPath path{section, row};
+    if (!takesActions() || !hasRow(path))
+        return;
+    const auto self = weak_from_this().lock();
+    commitRename(path);
+}
+
 void TableViewController::controlClicked(int section, int row, int control, bool on)
 {
     const IndexPath path{section, row};

@@ -74,6 +74,7 @@ public:
     Q_INVOKABLE void rowClicked(int section, int row);
     Q_INVOKABLE void accessoryClicked(int section, int row);
     Q_INVOKABLE void deleteClicked(int section, int row);
+    Q_INVOKABLE void renameClicked(int section, int row);
     // `on` is what a switch shows now.
     Q_INVOKABLE void controlClicked(int section, int row, int control, bool on);
     Q_INVOKABLE void footerButtonClicked();
@@ -91,6 +92,8 @@ protected:
     virtual void didSelectRow(IndexPath) {}
     virtual void accessoryButtonTapped(IndexPath) {}
     virtual void commitDelete(IndexPath) {}
+    // By key, whether the table is edited or not.
+    virtual void commitRename(IndexPath) {}
     virtual void controlActivated(IndexPath, int /*control*/, bool /*on*/) {}
     virtual void footerButtonActivated() {}
 

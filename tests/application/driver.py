@@ -234,13 +234,16 @@ class Program:
 
         What stands under a sheet or a question cannot be used, so it is not looked at.
         """
-        for node in self.nodes(root or self.top()):
-            if role is not None and node.get_role_name() != role:
-                continue
-            if name is not None and not matches(node.get_name(), name):
-                continue
-            if self.showing(node):
-                return node
+        try:
+            for node in self.nodes(root or self.top()):
+                if role is not None and node.get_role_name() != role:
+                    continue
+                if name is not None and not matches(node.get_name(), name):
+                    continue
+                if self.showing(node):
+                    return node
+        except GLib.Error:  # Something went while it was being read.
+            pass
         return None
 
     def see(self, name=None, role=None, limit=LIMIT):
@@ -305,6 +308,13 @@ class Program:
             if node.get_state_set().contains(Atspi.StateType.FOCUSED) and node.get_role_name() != "frame":
                 found = node
         return found
+
+    def has_focus(self, name=None, role=None):
+        """Waits until that has it; what has it may go while it is being read."""
+        def has():
+            node = self.focused()
+            return node and (name is None or matches(node.get_name(), name)) and role in (None, node.get_role_name())
+        until(has, f"the focus on {name!r} ({role or 'any role'})")
 
     def keys(self, *names):
         for name in names:

@@ -81,8 +81,7 @@ class KeyboardProgram(Program):
         return False
 
     def _row_of(self, name, role):
-        node = self.find(name, role)
-        parent = node.get_parent() if node else None
+        parent = self.see(name, role).get_parent()
         return parent.get_name() if parent and parent.get_role_name() == "list item" else None
 
     def _place(self):

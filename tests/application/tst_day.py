@@ -212,13 +212,12 @@ def folder_renamed_and_deleted(p):
     p.see("Letters...")
     # Both pages have an Edit button while one slides over the other.
     p.see_no("Ann Lee...", "list item")
-    p.press("Edit")
-    p.see("Delete Letters")
-    p.press("Letters...", "list item")
-    p.press("Rename", "push button")
+    p.focus("Letters...", "list item")
+    p.keys("F2")
     p.fill("Rename", "Post")
     p.press("OK")
     p.see("Post...", "list item")
+    p.press("Edit")
     p.press("Delete Post")
     p.press("Yes")
     p.see_no("Post...")
@@ -236,7 +235,7 @@ def device_switches(p):
     p.see_no("Whiteboard...")
     p.press("Connect to Corvane")
     # A dialog takes keys when it has opened.
-    until(lambda: p.focused() and p.focused().get_name().startswith("Looking for devices"), "the focus in the list")
+    p.has_focus("Looking for devices...")
     p.keys("Escape")
     p.see_no("Select Corvane Bluetooth device...")
 

@@ -9,7 +9,7 @@ import json
 import pathlib
 import sys
 
-from driver import Desk, until
+from driver import Desk
 from keyboard import chosen
 from steps import put_pupil
 
@@ -45,7 +45,7 @@ def main():
             p.press("LONG.TXT...")
             p.press("Fetch as it is")
             p.see("The connection to the Corvane was lost. The file has not been fetched.")
-            until(lambda: p.focused() and p.focused().get_name() == "OK", "the focus on OK")
+            p.has_focus("OK")
             p.keys("Return")
             p.see_no("OK")
             p.see("Nothing here yet...")

@@ -7,7 +7,7 @@ Nothing lies over anything else, and what has the focus is seen.
 import pathlib
 import sys
 
-from driver import Desk, until
+from driver import Desk
 from keyboard import chosen
 from steps import put_pupil
 
@@ -15,14 +15,10 @@ SMALLEST = (320, 480)
 TEXT = "".join(f"Line {number} of a text.\n" for number in range(300))
 
 
-def has_focus(p, name):
-    until(lambda: p.focused() and p.focused().get_name() == name, f"the focus on {name!r}")
-
-
 def question(p):
     p.keys("F1")
     p.see("Keys", "dialog")
-    has_focus(p, "OK")
+    p.has_focus("OK")
     p.shot_of("keys")
     p.press("OK")
     p.see_no("Keys", "dialog")
@@ -34,10 +30,10 @@ def connect(p):
     p.see("Library...")
     # Under the list, out of sight until it has the focus.
     p.keys("Tab")
-    has_focus(p, "Cancel")
+    p.has_focus("Cancel")
     p.shot_of("devices-cancel")
     p.keys("shift+Tab", "Home")
-    has_focus(p, "Window desk, 20140017, 1 of 4")
+    p.has_focus("Window desk, 20140017, 1 of 4")
     p.keys("Return")
     p.press("Done")
     p.see_no("Done")

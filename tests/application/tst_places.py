@@ -37,7 +37,7 @@ def switch_cloud(s, p):
 def choose_folder(s, path, outcome, role=None):
     s.press("Cloud folder,...")
     # The question takes the focus once it has opened.
-    until(lambda: s.focused() and s.focused().get_role_name() == "text", "the focus in the question")
+    s.has_focus(role="text")
     s.fill("Cloud folder", str(path))
     s.press("Choose")
     s.see(outcome, role)
