@@ -37,7 +37,7 @@ Window {
 
     Shortcut {
         context: Qt.ApplicationShortcut
-        sequences: [StandardKey.HelpContents]
+        sequences: ["F1"]
         onActivated: window.helpRequested()
     }
     ScreenHost {
