@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Any title, from a person, a device or another program's file name.
 #include "Require.h"
+#include "base/PathBytes.h"
 #include "store/CloudNames.h"
 #include "store/FileURL.h"
 #include "store/NameBytes.h"
@@ -13,12 +14,6 @@
 using namespace cvtamber;
 
 namespace {
-
-// A surrogate that stands alone is a byte of a file name that is not UTF-8.
-bool hasOddByte(const QString &text)
-{
-    return !text.isValidUtf16();
-}
 
 bool isHarmless(const QString &name)
 {
@@ -38,8 +33,7 @@ void checkTitle(const QString &title)
     require(FileURL::directory(QStringLiteral("/s")).appendingFile(file).lastPathComponent() == file,
             "it is a file of its folder");
     require(!isSyncTemporary(file) && nameBehindPlaceholder(file).isNull(), "it is taken for a document");
-    if (!hasOddByte(repaired))
-        require(QString::fromUtf8(repaired.toUtf8()) == repaired, "it comes back from the disk");
+    require(pathOfBytes(bytesOfPath(repaired)) == repaired, "it comes back from the disk");
     require(!singleLine(title).contains(u'\n'), "it is one line of a record");
     require(comparableName(comparableName(file)) == comparableName(file),
             "comparing twice is comparing once");
