@@ -52,11 +52,8 @@ ModalTransition::Controller ModalTransition::outermostOf(const ViewController &c
 bool ModalTransition::mayPresent(const ViewController &presenting, const ViewController &host,
                                  const ViewController &controller)
 {
-    using Appearance = ViewController::Appearance;
-    const auto isSeen =
-        presenting._appearance == Appearance::Appearing || presenting._appearance == Appearance::Shown;
     const auto isFree = !controller._below.lock() && !controller.parent() && !controller.isVisible();
-    return isSeen && !host._above && isFree;
+    return presenting.isSeen() && !host._above && isFree;
 }
 
 void ModalTransition::link(const Controller &presenting, const Controller &host, const Controller &controller)

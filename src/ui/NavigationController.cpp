@@ -31,9 +31,8 @@ void NavigationController::popViewController(bool animated)
 
 void NavigationController::backClicked()
 {
-    const auto top = topViewController();
-    if (depth() > 1 && top->takesActions())
-        popViewController(true);
+    if (depth() > 1)
+        topViewController()->perform([this] { popViewController(true); });
 }
 
 void NavigationController::change(std::function<void(const Done &done)> work)

@@ -41,65 +41,71 @@ bool TableViewController::hasRow(IndexPath path) const
            path.row < numberOfRows(path.section) && _model->rowOf(path) >= 0;
 }
 
+// An action that waits is for the row that was shown when the person acted.
+void TableViewController::performOnRow(IndexPath path, std::function<void()> action)
+{
+    if (!hasRow(path))
+        return;
+    perform([this, path, identity = rowIdentity(path), action = std::move(action)] {
+        if (hasRow(path) && rowIdentity(path) == identity)
+            action();
+    });
+}
+
 void TableViewController::rowClicked(int section, int row)
 {
     const IndexPath path{section, row};
-    if (!takesActions() || !allowsSelection() || !hasRow(path))
-        return;
-    const auto self = weak_from_this().lock();
-    const auto cell = cellForRow(path);
-    if (cell.isEnabled && cell.canHighlight)
-        didSelectRow(path);
+    performOnRow(path, [this, path] {
+        const auto cell = cellForRow(path);
+        if (allowsSelection() && cell.isEnabled && cell.canHighlight)
+            didSelectRow(path);
+    });
 }
 
 void TableViewController::accessoryClicked(int section, int row)
 {
     const IndexPath path{section, row};
-    if (!takesActions() || !hasRow(path))
-        return;
-    const auto self = weak_from_this().lock();
-    if (cellForRow(path).accessory == TableCell::Accessory::DetailDisclosure)
-        accessoryButtonTapped(path);
+    performOnRow(path, [this, path] {
+        if (cellForRow(path).accessory == TableCell::Accessory::DetailDisclosure)
+            accessoryButtonTapped(path);
+    });
 }
 
 void TableViewController::deleteClicked(int section, int row)
 {
     const IndexPath path{section, row};
-    if (!takesActions() || !hasRow(path))
-        return;
-    const auto self = weak_from_this().lock();
-    if (editingStyle(path) == EditingStyle::Delete)
-        commitDelete(path);
+    performOnRow(path, [this, path] {
+        if (editingStyle(path) == EditingStyle::Delete)
+            commitDelete(path);
+    });
 }
 
 void TableViewController::renameClicked(int section, int row)
 {
     const IndexPath path{section, row};
-    if (!takesActions() || !hasRow(path))
-        return;
-    const auto self = weak_from_this().lock();
-    commitRename(path);
+    performOnRow(path, [this, path] { commitRename(path); });
 }
 
 void TableViewController::controlClicked(int section, int row, int control, bool on)
 {
     const IndexPath path{section, row};
-    if (!takesActions() || !hasRow(path))
-        return;
-    const auto self = weak_from_this().lock();
-    const auto controls = cellForRow(path).controls;
-    const auto found =
-        std::find_if(controls.begin(), controls.end(),
-                     [control](const CellControl &candidate) { return candidate.id == control; });
-    if (found != controls.end() && found->isEnabled && found->kind != CellControl::Kind::ActivityIndicator)
-        controlActivated(path, control, on);
+    performOnRow(path, [this, path, control, on] {
+        const auto controls = cellForRow(path).controls;
+        const auto found =
+            std::find_if(controls.begin(), controls.end(),
+                         [control](const CellControl &candidate) { return candidate.id == control; });
+        if (found != controls.end() && found->isEnabled &&
+            found->kind != CellControl::Kind::ActivityIndicator)
+            controlActivated(path, control, on);
+    });
 }
 
 void TableViewController::footerButtonClicked()
 {
-    const auto self = weak_from_this().lock();
-    if (takesActions() && !footerButtonTitle().isEmpty())
-        footerButtonActivated();
+    perform([this] {
+        if (!footerButtonTitle().isEmpty())
+            footerButtonActivated();
+    });
 }
 
 void TableViewController::setEditing(bool editing)

@@ -106,6 +106,7 @@ protected:
 
 private:
     bool hasRow(IndexPath path) const;
+    void performOnRow(IndexPath path, std::function<void()> action);
     // Whether a change is to be told at all; keeps its animation for the view.
     bool startChange(RowAnimation animation);
 

@@ -181,8 +181,28 @@ bool ViewController::hasGone() const
 
 bool ViewController::takesActions() const
 {
-    const auto isSeen = _appearance == Appearance::Appearing || _appearance == Appearance::Shown;
-    return isSeen && !outermost()._above && !_presenter.transitions().hasWaiting();
+    return isSeen() && !outermost()._above && !_presenter.transitions().hasWaiting();
+}
+
+void ViewController::perform(std::function<void()> action)
+{
+    // The action may let go of this screen.
+    const auto self = weak_from_this().lock();
+    if (takesActions()) {
+        action();
+        return;
+    }
+    const auto &above = outermost()._above;
+    if (!isSeen() || !above || !above->_isLeaving || std::exchange(_hasWaitingAction, true))
+        return;
+    _presenter.transitions().add([weak = weak_from_this(), action](const TransitionQueue::Done &done) {
+        if (const auto screen = weak.lock()) {
+            screen->_hasWaitingAction = false;
+            if (screen->takesActions())
+                action();
+        }
+        done();
+    });
 }
 
 const ViewController &ViewController::outermost() const
@@ -254,13 +274,11 @@ void ViewController::rightItemClicked(int index)
 
 void ViewController::itemClicked(QList<BarButtonItem> items, int index)
 {
-    if (index < 0 || index >= items.size() || !takesActions())
+    if (index < 0 || index >= items.size())
         return;
-    // The action may let go of this screen.
-    const auto self = weak_from_this().lock();
     const auto &item = items.at(index);
     if (item.isEnabled && item.action)
-        item.action();
+        perform(item.action);
 }
 
 } // namespace cvtamber

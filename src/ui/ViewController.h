@@ -24,7 +24,7 @@ class TabBarController;
 //
 // One transition runs at a time. What is asked for meanwhile waits its turn; what it then finds decides what it does.
 // A person's action on a screen that is not shown any more, is covered or is about to leave does nothing
-// (takesActions()).
+// (takesActions()); on a screen whose cover is just going it waits until the cover has gone (perform()).
 // Thread: main thread. Owner: shared: the navigation, the screen under it, whoever made it. Delegates of screens
 // are strong or weak as each screen says.
 class ViewController : public QObject, public std::enable_shared_from_this<ViewController>
@@ -83,6 +83,10 @@ public:
     bool hasGone() const;
     // Whether a person may act on it: seen, nothing above it, no transition waiting that will change it.
     bool takesActions() const;
+    // Does what a person asks of this screen: now, if the screen takes actions. While what stands above the screen is going,
+    // after that, since a screen reader tells the screen from the first moment: one action waits, further ones are dropped. Else
+    // never.
+    void perform(std::function<void()> action);
 
     // For containers of screens and for presenting; each forwards to the hooks below once per change. Others
     // leave them alone.
@@ -117,6 +121,7 @@ private:
     enum class Appearance { Hidden, Appearing, Shown, Disappearing };
 
     bool isVisible() const { return _appearance != Appearance::Hidden; }
+    bool isSeen() const { return _appearance == Appearance::Appearing || _appearance == Appearance::Shown; }
     // The container that this screen stands in, or null.
     Controller parent() const { return _parent.lock(); }
     const ViewController &outermost() const;
@@ -147,6 +152,7 @@ private:
     bool _covers = false;
     bool _isLeaving = false;
     bool _hasGone = false;
+    bool _hasWaitingAction = false;
 };
 
 } // namespace cvtamber

@@ -272,6 +272,10 @@ class Program:
     def names(self, role):
         return [node.get_name() for node in self.nodes() if node.get_role_name() == role and self.showing(node)]
 
+    def is_checked(self, name):
+        node = self.find(name)
+        return node is not None and node.get_state_set().contains(Atspi.StateType.CHECKED)
+
     def text_of(self, name):
         node = self.find(name, "text")
         return Atspi.Text.get_text(node, 0, -1) if node else ""

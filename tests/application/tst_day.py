@@ -8,7 +8,7 @@ is taken; or all of it by keys alone.
 import pathlib
 import sys
 
-from driver import Atspi, Desk, until
+from driver import Desk, until
 from keyboard import chosen
 
 PUPILS = (("Ann", "Lee"), ("Ben", "Okoro"))
@@ -227,7 +227,7 @@ def folder_renamed_and_deleted(p):
 def device_switches(p):
     p.press("Corvane Brailler", "page tab")
     p.press("UEB contractions", "check box")
-    until(lambda: p.find("UEB contractions").get_state_set().contains(Atspi.StateType.CHECKED), "the switch on")
+    until(lambda: p.is_checked("UEB contractions"), "the switch on")
     p.press("Refresh files")
     p.see("Refresh files")
     p.press("Disconnect from Corvane")

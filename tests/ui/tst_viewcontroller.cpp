@@ -123,12 +123,26 @@ void TestViewController::actionsWhileScreensChange()
     QVERIFY(!root->takesActions());
     QVERIFY(bench.at("A")->takesActions());
     bench.endAnimation();
+    int done = 0;
+    root->perform([&] { ++done; });
     bench.run(QStringLiteral("dismiss:R"));
     QVERIFY(!bench.at("A")->takesActions());
+    // The root is told while the sheet over it goes: the first thing asked of it is done when the sheet has gone.
+    root->perform([&] { done += 10; });
+    root->perform([&] { done += 100; });
+    bench.at("A")->perform([&] { ++done; });
+    QCOMPARE(done, 0);
     bench.run(QStringLiteral("push:D"));
     bench.endAnimation();
     bench.endAnimation();
     QVERIFY(bench.at("D")->takesActions());
+    QCOMPARE(done, 0);
+    bench.run(QStringLiteral("sheet:D:A"));
+    bench.endAnimation();
+    bench.run(QStringLiteral("dismiss:D"));
+    bench.at("D")->perform([&] { done += 10; });
+    bench.endAnimation();
+    QCOMPARE(done, 10);
 }
 
 void TestViewController::goneScreensAreFreed()
