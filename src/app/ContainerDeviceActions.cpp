@@ -19,7 +19,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int CancelButton = 0;
+constexpr int SendCancelButton = 0;
 
 } // namespace
 
@@ -130,10 +130,10 @@ void ContainerDeviceActions::askForNewFileNameToSend(const std::shared_ptr<Tambe
     alert.title = localized("4.4");
     alert.message = localized("4.5");
     alert.buttons = {localized("Cancel"), localized("OK")};
-    alert.cancelButtonIndex = CancelButton;
+    alert.cancelButtonIndex = SendCancelButton;
     alert.textField = AlertTextField{name, false, false};
     alert.didDismiss = [this, document](const AlertView &, int buttonIndex, const QString &text) {
-        if (buttonIndex != CancelButton)
+        if (buttonIndex != SendCancelButton)
             sendUnlessTaken(document, text);
     };
     _screen.ask(alert);

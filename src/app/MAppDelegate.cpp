@@ -27,7 +27,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString CloudOn = QStringLiteral("iCloudOn");
 const QString PreviousCloudOn = QStringLiteral("prev_iCloudOn");
 const QString SelectedTab = QStringLiteral("selectedTab");
 

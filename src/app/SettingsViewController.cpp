@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/SettingsViewController.h"
 
+#include "app/StoreSwitch.h"
 #include "base/Locations.h"
 #include "base/UserDefaults.h"
 #include "base/VisibleText.h"
@@ -15,7 +16,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString CloudOn = QStringLiteral("iCloudOn");
 const QString CloudFolder = QStringLiteral("cloudFolder");
 constexpr int ChooseButton = 1;
 

@@ -12,6 +12,9 @@ class TamberStorage;
 // The one document store of the program; null until it has been located, and where it cannot be opened.
 extern std::shared_ptr<TamberStorage> gTamberStorage;
 
+// The user default that says whether the documents are kept in the cloud folder.
+inline const QString CloudOn = QStringLiteral("iCloudOn");
+
 // Makes gTamberStorage at that place and registers it with MGlobals; null for a place that cannot be used. Main thread.
 void makeStorage(StoreContext &context, const FileURL &url);
 

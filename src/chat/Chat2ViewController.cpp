@@ -18,10 +18,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto snapInterval = 60s;
-// A reader is given no more of one line.
-constexpr qsizetype mostSpoken = 1000;
 constexpr QRectF footerFrame(0, 0, 100, 50);
-constexpr QLatin1String lineEnd("\r\n");
 
 std::shared_ptr<Chat2ViewController::Conversation> &theConversation()
 {
@@ -152,7 +149,7 @@ void Chat2ViewController::okButtonClicked()
     const QString text = _chatText;
     const QString pinyin = isChinese() ? pinyinForText(text) : QString();
     const QString sent = isChinese() ? toneSymbolsForPinyin(pinyin) : text;
-    _liveMode.sendString(sent + lineEnd);
+    _liveMode.sendString(sent + ReceivedLines::LineEnd);
     clearField();
     addBubble(text, NSBubbleType::Mine);
     if (isChinese())
@@ -182,7 +179,7 @@ void Chat2ViewController::textChanged()
     const QString previous = std::exchange(previousText(), text);
     if (text.size() <= previous.size() || !text.endsWith(QLatin1Char('\n')) || !canSend())
         return;
-    const QString line = text.chopped(1) + lineEnd;
+    const QString line = text.chopped(1) + ReceivedLines::LineEnd;
     _liveMode.sendString(line);
     clearField();
     _chatTableView.append({line, 0});

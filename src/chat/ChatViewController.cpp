@@ -19,8 +19,6 @@ using namespace std::chrono_literals;
 
 // How long nothing has come before half a word is spoken, and how far apart announcements are at least.
 constexpr auto restTime = 1500ms;
-// A reader is given no more of what comes all at once.
-constexpr qsizetype mostSpoken = 1000;
 
 std::shared_ptr<UIMyTextView> thePage;
 bool insertsCorvaneText = false;

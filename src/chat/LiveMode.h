@@ -11,6 +11,9 @@ namespace cvtamber {
 
 struct AppContext;
 
+// Characters of live text that a screen reader is given at once.
+constexpr qsizetype mostSpoken = 1000;
+
 // The device's mode for a screen with live text, which one command turns on and off ("BOARD", "CHAT").
 //
 //   out   -> in    the screen appears and the link is up: the command is sent

@@ -5,12 +5,6 @@
 
 namespace cvtamber {
 
-namespace {
-
-constexpr QLatin1String lineEnd("\r\n");
-
-} // namespace
-
 bool ReceivedLines::append(QStringView text)
 {
     bool hadRoom = true;
@@ -38,24 +32,24 @@ QStringView ReceivedLines::dropLine(QStringView text)
         _previous = character;
     }
     // Of a line that began when there was no room nothing is here to be ended.
-    if (!_isDropping && !_text.isEmpty() && !_text.endsWith(lineEnd)) {
+    if (!_isDropping && !_text.isEmpty() && !_text.endsWith(LineEnd)) {
         if (_text.endsWith(QLatin1Char('\r')))
             _text.chop(1);
-        _text += lineEnd;
+        _text += LineEnd;
     }
     return text.sliced(at);
 }
 
 std::optional<QString> ReceivedLines::takeLine()
 {
-    const qsizetype end = _text.indexOf(lineEnd, _searched);
+    const qsizetype end = _text.indexOf(LineEnd, _searched);
     if (end < 0) {
         // A CR at the end may be half of one.
         _searched = std::max(qsizetype{0}, _text.size() - 1);
         return {};
     }
     QString line = _text.left(end);
-    _text.remove(0, end + lineEnd.size());
+    _text.remove(0, end + LineEnd.size());
     _searched = 0;
     return line;
 }

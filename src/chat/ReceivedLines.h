@@ -18,6 +18,8 @@ public:
     // Far more than a person writes before a line end, or ahead of who reads it.
     static constexpr qsizetype Limit = 65536;
 
+    static constexpr QLatin1StringView LineEnd{"\r\n"};
+
     // Whether there was room for all of it.
     bool append(QStringView text);
     // The oldest complete line; nothing while there is none.

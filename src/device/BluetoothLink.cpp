@@ -23,11 +23,6 @@ QString shown(const BluetoothPeripheralPtr &peripheral)
     return peripheral ? peripheral->identifier() : QStringLiteral("(null)");
 }
 
-QString shown(const BluetoothResult &error)
-{
-    return error ? error->text : QStringLiteral("(null)");
-}
-
 } // namespace
 
 BluetoothLink::BluetoothLink(DeviceContext &context, BluetoothLinkClient &client,

@@ -20,6 +20,11 @@ struct BluetoothError
     QString text;
 };
 using BluetoothResult = std::optional<BluetoothError>;
+// As log lines show it.
+inline QString shown(const BluetoothResult &error)
+{
+    return error ? error->text : QStringLiteral("(null)");
+}
 
 // One characteristic of one link; identity is the object. It dies with the link it was discovered on.
 struct BluetoothCharacteristic

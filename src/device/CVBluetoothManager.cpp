@@ -20,11 +20,6 @@ constexpr auto stepDelay = 500ms;
 
 std::shared_ptr<CVBluetoothManager> gDefaultManager;
 
-QString shown(const BluetoothResult &error)
-{
-    return error ? error->text : QStringLiteral("(null)");
-}
-
 bool isInformation(const BluetoothCharacteristicPtr &characteristic)
 {
     return characteristic->uuid == BluetoothIdentifiers::infoCharacteristic() ||

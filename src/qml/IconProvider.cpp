@@ -13,7 +13,7 @@ namespace {
 // The grid on which the icons are drawn.
 constexpr int Grid = 24;
 // Far above any screen: a wrong size must not take the memory of the machine.
-constexpr int LargestSide = 1024;
+constexpr int LargestIconSide = 1024;
 
 int sideFor(const QSize &requested)
 {
@@ -21,7 +21,7 @@ int sideFor(const QSize &requested)
     // A size may name one side alone.
     if (side <= 0)
         side = std::max(requested.width(), requested.height());
-    return side > 0 ? std::min(side, LargestSide) : Grid;
+    return side > 0 ? std::min(side, LargestIconSide) : Grid;
 }
 
 // Scaled down from the largest, lines stay even; from the next larger one they would not.

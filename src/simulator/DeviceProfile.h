@@ -12,6 +12,9 @@
 
 namespace cvtamber {
 
+// The longest value of a characteristic, in bytes.
+constexpr int MaximalValue = 512;
+
 // The brace form of the answer to the link command.
 enum class LinkReplyForm {
     Upper,   // {PC and the link code}

@@ -17,8 +17,7 @@ namespace {
 
 constexpr qint64 MaximalProfileSize = 64LL * 1024 * 1024;
 constexpr int MaximalStorage = 64 * 1024 * 1024;
-constexpr int MaximalValue = 512; // longest value of a characteristic
-constexpr int LargestSwitch = 9;  // told as one digit
+constexpr int LargestSwitch = 9; // told as one digit
 constexpr qsizetype VersionLength = 7;
 constexpr qsizetype LanguageSetPosition = 3;
 constexpr qsizetype SerialLength = 8;

@@ -12,9 +12,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// The longest value that a characteristic can have.
-constexpr qsizetype MaximalValue = 512;
-
 BluetoothError staleError()
 {
     return {QStringLiteral("The characteristic is not one of this link.")};

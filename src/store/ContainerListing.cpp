@@ -10,11 +10,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-bool isStoreName(const QString &name)
-{
-    return name == UserRecordName || name == FolderRecordName || isLike(name, UuidPattern);
-}
-
 // The first name tells whether names are hidden, so that a long list is joined only when it will be read.
 QString maskedNames(const QStringList &names)
 {

@@ -37,6 +37,9 @@ QString singleLine(const QString &text);
 // "XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX", upper case.
 QString freshUuidName();
 
+// One of the store's own names, which tells nothing of a person: of a record, of the two registries, or a UUID.
+bool isStoreName(const QString &name);
+
 // A hidden name of ours, for a file or folder that is being made or moved; no listing or monitor shows it.
 inline constexpr QStringView LeftoverPrefix = u".cvtamber-";
 inline bool isLeftover(QStringView name)

@@ -7,15 +7,6 @@
 
 namespace cvtamber {
 
-namespace {
-
-template<typename List> auto at(List &list, int index) -> decltype(list.begin())
-{
-    return list.begin() + index;
-}
-
-} // namespace
-
 TableModel::TableModel(const TableViewController &table)
     : _table(table)
 {}

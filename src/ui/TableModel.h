@@ -62,6 +62,8 @@ public:
     int rowOf(IndexPath path) const;
 
 private:
+    template<typename List> static auto at(List &list, int index) { return list.begin() + index; }
+
     // Where a shown section's rows are in the table's answers; -1: no longer there.
     struct Place
     {

@@ -14,11 +14,6 @@ namespace {
 // A view takes each move by itself; beyond this one layout change is cheaper than the moves.
 constexpr auto mostMoves = 64;
 
-template<typename List> auto at(List &list, int index) -> decltype(list.begin())
-{
-    return list.begin() + index;
-}
-
 } // namespace
 
 void TableModel::startTelling()

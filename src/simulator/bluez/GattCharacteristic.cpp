@@ -12,7 +12,6 @@ namespace {
 using namespace Qt::StringLiterals;
 
 // The longest value that a characteristic can have.
-constexpr qsizetype MaximalValue = 512;
 // "Unlikely error", which a device gives when it has no better one.
 constexpr char RefusedText[] = "Operation failed with ATT error: 0x0e";
 
