@@ -134,7 +134,7 @@ public:
     Application &operator=(const Application &) = delete;
     ~Application() { _delegate->tearDown(); }
 
-    QQuickWindow *window() const { return _presenter.window(); }
+    QQuickWindow *window() { return _presenter.window(); }
     bool isSound() const { return _list && _list->property("count").toInt() == Documents; }
     double scrolled() const { return _list->property("contentY").toDouble(); }
     double length() const { return _list->property("contentHeight").toDouble(); }

@@ -44,6 +44,10 @@ else()
             $<$<CXX_COMPILER_ID:GNU>:-fstack-clash-protection> $<$<CXX_COMPILER_ID:GNU>:-fcf-protection>)
         target_link_options(cvtamber_options INTERFACE -Wl,-z,relro,-z,now -Wl,-z,noexecstack)
     endif()
+    if(CVTAMBER_PCH AND CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+        # An upgrade of the system gives headers new dates that are older than the build.
+        target_compile_options(cvtamber_options INTERFACE "SHELL:-Xclang -fno-pch-timestamp")
+    endif()
     if(CVTAMBER_SANITIZE)
         target_compile_options(cvtamber_options INTERFACE
             -fsanitize=${CVTAMBER_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)

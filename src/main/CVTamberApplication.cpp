@@ -6,6 +6,7 @@
 #include "device/CVBluetoothManager.h"
 #include "main/CVTamberCommandLine.h"
 #include "main/SignalWatcher.h"
+#include "qml/IconProvider.h"
 #include "store/TamberStorage.h"
 #include "ui/Texts.h"
 
@@ -40,7 +41,7 @@ FileURL recoveredFolder(Locations &locations)
 CVTamberApplication::CVTamberApplication(QGuiApplication &application, EventRunLoop &runLoop, SystemLog &log,
                                          StandardLocations &locations,
                                          const BluetoothCentralFactory &makeCentral,
-                                         DesktopApplication &desktop)
+                                         DesktopApplication &desktop, std::unique_ptr<QmlPresenter> presenter)
     : _application(application)
     , _runLoop(runLoop)
     , _log(log)
@@ -56,7 +57,7 @@ CVTamberApplication::CVTamberApplication(QGuiApplication &application, EventRunL
     , _manager(CVBluetoothManager::create(runLoop, log, makeCentral()))
     , _mail(runLoop, locations, QDBusConnection::sessionBus())
     , _preview(runLoop, QDBusConnection::sessionBus())
-    , _presenter(std::make_unique<QmlPresenter>(runLoop))
+    , _presenter(std::move(presenter))
     , _appearance(QDBusConnection::sessionBus())
     , _stopLater(runLoop)
     , _settle(runLoop)
@@ -94,19 +95,20 @@ AppServices CVTamberApplication::services()
 
 bool CVTamberApplication::start(const CVTamberCommandLine &commandLine, DesktopApplication::Start role)
 {
-    if (!_presenter->window())
-        return false;
+    _presenter->setStartSize({_defaults.value(WindowWidth).toInt(), _defaults.value(WindowHeight).toInt()});
     // The bus tells of the others; where there is none, or it is another session's, the lock does.
     _lock.setStaleLockTime(0);
     _isTheOne = _lock.tryLock(0);
     _signals = std::make_unique<SignalWatcher>([this](int) { stop(); });
-    listenToWindow();
     if (!commandLine.files.isEmpty())
         openFiles(commandLine.files, {});
     else if (!commandLine.waitsForBus)
         launch({});
     else
         _stopLater.start(RequestLimit, [this] { stop(); });
+    if (!_presenter->window())
+        return false;
+    listenToWindow();
     listenToDesktop();
     if (role == DesktopApplication::Start::NoBus && _isTheOne)
         _log.info(u"There is no session bus: a second start will not find this one"_s);
@@ -132,7 +134,11 @@ void CVTamberApplication::listenToWindow()
     QObject::connect(&_application, &QGuiApplication::lastWindowClosed, window, [this] { stop(); });
     // Where no window manager tells who is active, the first frame is the sign that a person looks at it.
     QObject::connect(
-        window, &QQuickWindow::frameSwapped, window, [this] { becomeActive(); },
+        window, &QQuickWindow::frameSwapped, window,
+        [this] {
+            QGuiApplication::setWindowIcon(IconProvider::applicationIcon());
+            becomeActive();
+        },
         static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
     QObject::connect(&_application, &QGuiApplication::applicationStateChanged, window,
                      [this](Qt::ApplicationState state) {
@@ -141,7 +147,6 @@ void CVTamberApplication::listenToWindow()
                          else
                              _delegate->applicationWillResignActive();
                      });
-    restoreWindow();
 }
 
 // The Inbox of another instance is left alone.
@@ -151,7 +156,8 @@ void CVTamberApplication::launch(const std::optional<LaunchOptions> &options)
         return;
     _stopLater.cancel();
     _delegate->applicationDidFinishLaunchingWithOptions(_isTheOne || options ? options : LaunchOptions());
-    _presenter->window()->show();
+    if (QQuickWindow *const window = _presenter->window())
+        window->show();
 }
 
 void CVTamberApplication::openFiles(const QStringList &paths, const QStringList &others)
@@ -187,13 +193,6 @@ void CVTamberApplication::becomeActive()
     if (!gTamberStorage || !gTamberStorage->isUbiquitous())
         _cloud.takeChoice();
     _delegate->applicationDidBecomeActive();
-}
-
-void CVTamberApplication::restoreWindow()
-{
-    const QSize size(_defaults.value(WindowWidth).toInt(), _defaults.value(WindowHeight).toInt());
-    if (size.width() >= _presenter->window()->minimumWidth() && size.width() > 0 && size.height() > 0)
-        _presenter->window()->resize(size);
 }
 
 void CVTamberApplication::saveWindow()

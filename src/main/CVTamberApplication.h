@@ -48,7 +48,7 @@ public:
     // The log, the makers of the radio's parts and the bus's object outlive it.
     CVTamberApplication(QGuiApplication &application, EventRunLoop &runLoop, SystemLog &log,
                         StandardLocations &locations, const BluetoothCentralFactory &makeCentral,
-                        DesktopApplication &desktop);
+                        DesktopApplication &desktop, std::unique_ptr<QmlPresenter> presenter);
     CVTamberApplication(const CVTamberApplication &) = delete;
     CVTamberApplication &operator=(const CVTamberApplication &) = delete;
     ~CVTamberApplication();
@@ -65,7 +65,6 @@ private:
     void performAction(const QString &name);
     void bringToFront(const QString &activationToken);
     void becomeActive();
-    void restoreWindow();
     void saveWindow();
     void stop();
 

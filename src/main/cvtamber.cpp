@@ -9,6 +9,7 @@
 #include "main/RadioChoice.h"
 #include "main/SignalWatcher.h"
 #include "qml/IconProvider.h"
+#include "qml/QmlPresenter.h"
 #include "ui/NavigationController.h"
 
 #include <QGuiApplication>
@@ -56,6 +57,7 @@ int showSettings(QGuiApplication &application)
     presenter.setHelp(keysHelp);
     const auto settings = std::make_shared<SettingsViewController>(presenter, defaults, locations);
     presenter.showRoot(NavigationController::withRoot(presenter, settings));
+    QGuiApplication::setWindowIcon(IconProvider::applicationIcon());
     window->setTitle(settings->title());
     window->show();
     desktop.setHandlers({[window](const QString &) { window->requestActivate(); }, {}, {}});
@@ -72,13 +74,15 @@ int showSettings(QGuiApplication &application)
 
 int runApplication(QGuiApplication &application, const CVTamberCommandLine &commandLine)
 {
+    EventRunLoop runLoop;
+    // First, since the views are loaded beside all that follows.
+    auto presenter = std::make_unique<QmlPresenter>(runLoop);
     DesktopApplication desktop(QDBusConnection::sessionBus(), Identifier);
     const DesktopApplication::Start role = desktop.start(commandLine.files);
     if (role == DesktopApplication::Start::HandedOver)
         return static_cast<int>(ExitStatus::Done);
     if (role == DesktopApplication::Start::NotAnswered)
         return fail(u"CVTamber runs already and does not answer."_s, ExitStatus::Failed);
-    EventRunLoop runLoop;
     StderrLog stderrLog;
     NullLog nullLog;
     SystemLog &log = commandLine.verbose ? static_cast<SystemLog &>(stderrLog) : nullLog;
@@ -90,7 +94,8 @@ int runApplication(QGuiApplication &application, const CVTamberCommandLine &comm
     const RadioChoice radio = chooseRadio(radioLine, runLoop, log, locations);
     if (!radio.makeCentral)
         return fail(radio.problem, radio.status);
-    CVTamberApplication program(application, runLoop, log, locations, radio.makeCentral, desktop);
+    CVTamberApplication program(application, runLoop, log, locations, radio.makeCentral, desktop,
+                                std::move(presenter));
     if (!program.start(commandLine, role))
         return fail(u"the window cannot be made."_s, ExitStatus::Failed);
     return application.exec();
@@ -121,7 +126,6 @@ int main(int argc, char *argv[])
     QGuiApplication::setApplicationName(u"cvtamber"_s);
     QGuiApplication::setApplicationDisplayName(u"CVTamber"_s);
     QGuiApplication::setDesktopFileName(Identifier);
-    QGuiApplication::setWindowIcon(IconProvider::applicationIcon());
     QTranslator english;
     if (english.load(u":/translations/cvtamber_en.qm"_s))
         QCoreApplication::installTranslator(&english);

@@ -3,7 +3,7 @@ import QtQuick
 import CVTamber
 
 // What is drawn on a button: an icon, else words.
-Item {
+Loader {
     id: face
 
     required property string iconName
@@ -12,26 +12,33 @@ Item {
     required property font textFont
     required property bool wraps
 
-    implicitHeight: iconName === "" ? label.implicitHeight : Theme.iconSize
-    implicitWidth: iconName === "" ? label.implicitWidth : Theme.iconSize
+    sourceComponent: iconName === "" ? label : picture
 
-    Icon {
-        anchors.centerIn: parent
-        color: face.ink
-        name: face.iconName
-        visible: face.iconName !== ""
+    Component {
+        id: picture
+
+        Item {
+            implicitHeight: Theme.iconSize
+            implicitWidth: Theme.iconSize
+
+            Icon {
+                anchors.centerIn: parent
+                color: face.ink
+                name: face.iconName
+            }
+        }
     }
-    AppText {
+    Component {
         id: label
 
-        Accessible.ignored: true
-        anchors.fill: parent
-        color: face.ink
-        font: face.textFont
-        horizontalAlignment: Text.AlignHCenter
-        text: face.iconName === "" ? face.words : ""
-        verticalAlignment: Text.AlignVCenter
-        visible: face.iconName === ""
-        wrapMode: face.wraps ? Text.Wrap : Text.NoWrap
+        AppText {
+            Accessible.ignored: true
+            color: face.ink
+            font: face.textFont
+            horizontalAlignment: Text.AlignHCenter
+            text: face.words
+            verticalAlignment: Text.AlignVCenter
+            wrapMode: face.wraps ? Text.Wrap : Text.NoWrap
+        }
     }
 }

@@ -3,16 +3,22 @@ import QtQuick
 import CVTamber
 
 // Shows where the focus is, once keys are used.
-Rectangle {
+Loader {
+    id: ring
+
     required property Item target
     property int inset: -Theme.half
+    property double radius: Theme.unit
 
+    active: target.activeFocus && Theme.showsFocus
     anchors.fill: parent
     anchors.margins: inset
-    border.color: Theme.accent
-    border.width: Theme.focusWidth
-    color: "transparent"
-    radius: Theme.unit
-    visible: target.activeFocus && Theme.showsFocus
     z: 1
+
+    sourceComponent: Rectangle {
+        border.color: Theme.accent
+        border.width: Theme.focusWidth
+        color: "transparent"
+        radius: ring.radius
+    }
 }

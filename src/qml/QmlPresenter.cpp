@@ -57,15 +57,9 @@ QmlPresenter::QmlPresenter(RunLoop &runLoop)
     qml_register_types_CVTamber();
     _engine->addImageProvider(QStringLiteral("cvtamber"), new IconProvider);
     _engine->addImageProvider(QStringLiteral("bubbles"), new BubbleImageProvider);
-    QObject *window = ViewRegistry::of(*_engine).createObject(QStringLiteral("MainWindow"), {}, nullptr);
-    _window = qobject_cast<QQuickWindow *>(window);
-    if (_window) {
-        _window->setTitle(QGuiApplication::applicationDisplayName());
-        // Without it the rows that a list makes in advance would be made at once, before the next frame.
-        _engine->setIncubationController(_window->incubationController());
-        connect(_window, &QWindow::activeChanged, this, &QmlPresenter::tellFocus);
-        connect(_window, SIGNAL(helpRequested()), this, SLOT(askForHelp()));
-    }
+    ViewRegistry::of(*_engine).load({QStringLiteral("MainWindow"), QStringLiteral("TabsView"),
+                                     QStringLiteral("NavigationView"), QStringLiteral("NavigationPage"),
+                                     QStringLiteral("TableScreen")});
     connect(_questions.get(), &QuestionQueue::gone, this, &QmlPresenter::giveFocus);
 }
 
@@ -74,14 +68,31 @@ QmlPresenter::~QmlPresenter()
     delete _window;
 }
 
-QQuickWindow *QmlPresenter::window() const
+QQuickWindow *QmlPresenter::window()
 {
+    if (!std::exchange(_hasMadeWindow, true))
+        makeWindow();
     return _window;
+}
+
+void QmlPresenter::makeWindow()
+{
+    QObject *window = ViewRegistry::of(*_engine).createObject(QStringLiteral("MainWindow"), {}, nullptr);
+    _window = qobject_cast<QQuickWindow *>(window);
+    if (_window) {
+        if (_startSize.isValid())
+            _window->resize(_startSize.expandedTo(_window->minimumSize()));
+        _window->setTitle(QGuiApplication::applicationDisplayName());
+        // Without it the rows that a list makes in advance would be made at once, before the next frame.
+        _engine->setIncubationController(_window->incubationController());
+        connect(_window, &QWindow::activeChanged, this, &QmlPresenter::tellFocus);
+        connect(_window, SIGNAL(helpRequested()), this, SLOT(askForHelp()));
+    }
 }
 
 void QmlPresenter::setDesktopLook(const DesktopLook &look)
 {
-    if (!_window) {
+    if (!window()) {
         return;
     }
     QQmlExpression theme(qmlContext(_window), _window, QStringLiteral("Theme.appearance"));
@@ -99,7 +110,7 @@ void QmlPresenter::drawRoot(const Controller &root)
 {
     _root = root;
     QQmlEngine::setObjectOwnership(root.get(), QQmlEngine::CppOwnership);
-    if (_window) {
+    if (window()) {
         _window->setProperty("controller", QVariant::fromValue<QObject *>(root.get()));
         giveFocus();
     }
@@ -213,7 +224,7 @@ void QmlPresenter::showActionSheet(const ActionSheet &sheet)
 
 void QmlPresenter::showNotice(const QString &text)
 {
-    if (!_window) {
+    if (!window()) {
         return;
     }
     _window->setProperty("notice", text);

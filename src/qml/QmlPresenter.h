@@ -9,6 +9,7 @@
 #include <QObject>
 #include <QPointer>
 #include <QRectF>
+#include <QSize>
 
 #include <memory>
 #include <vector>
@@ -31,12 +32,16 @@ class QmlPresenter final : public QObject, public Presenter
     Q_OBJECT
 
 public:
-    // The loop outlives the presenter. The window is made at once and shown by the caller.
+    // The loop outlives the presenter. The views of the first picture begin to be loaded, beside what the caller does
+    // until the window is needed.
     explicit QmlPresenter(RunLoop &runLoop);
     ~QmlPresenter() override;
 
-    // Null only when the views cannot be loaded; that is told on the log.
-    QQuickWindow *window() const;
+    // Made when it is first needed, and shown by the caller. Null only when the views cannot be loaded; that is told on
+    // the log.
+    QQuickWindow *window();
+    // Of the window when it is made; no smaller than the window can be.
+    void setStartSize(QSize size) { _startSize = size; }
 
     // What F1 shows; nothing while there is none.
     void setHelp(const std::function<AlertView()> &help) { _help = help; }
@@ -66,6 +71,8 @@ private slots:
     void modalClosed();
 
 private:
+    void makeWindow();
+
     struct Modal
     {
         Controller controller;
@@ -86,7 +93,9 @@ private:
 
     RunLoop &_runLoop;
     std::unique_ptr<QQmlEngine> _engine;
+    bool _hasMadeWindow = false;
     QPointer<QQuickWindow> _window;
+    QSize _startSize;
     Controller _root;
     std::vector<Modal> _modals;
     // Those that a dismissal takes away.

@@ -47,25 +47,30 @@ TableCellItem {
         x: tableRow.side
 
         // Squares the corners of the side where the card goes on.
-        Rectangle {
-            color: card.color
-            height: Theme.radius
-            visible: tableRow.isFirst !== tableRow.isLast
+        Loader {
+            active: tableRow.isFirst !== tableRow.isLast
             width: parent.width - Theme.cardBorder * 2
             x: Theme.cardBorder
-            y: tableRow.isFirst ? parent.height - height : 0
+            y: tableRow.isFirst ? parent.height - Theme.radius : 0
 
-            // The card's own border goes round the corner here.
-            Repeater {
-                model: Theme.cardBorder > 0 ? [-Theme.cardBorder, parent.width] : []
+            sourceComponent: Rectangle {
+                id: square
 
-                Rectangle {
-                    required property double modelData
+                color: card.color
+                implicitHeight: Theme.radius
 
-                    color: Theme.separator
-                    height: parent.height
-                    width: Theme.cardBorder
-                    x: modelData
+                // The card's own border goes round the corner here.
+                Repeater {
+                    model: Theme.cardBorder > 0 ? [-Theme.cardBorder, square.width] : []
+
+                    Rectangle {
+                        required property double modelData
+
+                        color: Theme.separator
+                        height: Theme.radius
+                        width: Theme.cardBorder
+                        x: modelData
+                    }
                 }
             }
         }

@@ -30,6 +30,11 @@ constexpr std::array views = {
     ViewOfClass{"cvtamber::Chat2ViewController", "ChatScreen"},
 };
 
+QUrl urlOf(const QString &component)
+{
+    return QUrl(QStringLiteral("qrc:/qt-project.org/imports/CVTamber/%1.qml").arg(component));
+}
+
 } // namespace
 
 ViewRegistry::ViewRegistry(QQmlEngine &engine)
@@ -43,6 +48,13 @@ ViewRegistry &ViewRegistry::of(QQmlEngine &engine)
         return *registry;
     }
     return *new ViewRegistry(engine);
+}
+
+void ViewRegistry::load(const QStringList &components)
+{
+    for (const QString &name : components)
+        _components.insert(
+            name, std::make_shared<QQmlComponent>(&_engine, urlOf(name), QQmlComponent::Asynchronous));
 }
 
 QQuickItem *ViewRegistry::createView(ViewController &controller, QQuickItem &parent)
@@ -96,10 +108,8 @@ QString ViewRegistry::componentFor(const ViewController &controller) const
 QQmlComponent &ViewRegistry::component(const QString &name)
 {
     std::shared_ptr<QQmlComponent> &known = _components[name];
-    if (!known) {
-        const QUrl url(QStringLiteral("qrc:/qt-project.org/imports/CVTamber/%1.qml").arg(name));
-        known = std::make_shared<QQmlComponent>(&_engine, url, QQmlComponent::PreferSynchronous);
-    }
+    if (!known || known->isLoading())
+        known = std::make_shared<QQmlComponent>(&_engine, urlOf(name), QQmlComponent::PreferSynchronous);
     return *known;
 }
 

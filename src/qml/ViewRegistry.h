@@ -4,6 +4,7 @@
 #include <QHash>
 #include <QObject>
 #include <QQmlComponent>
+#include <QStringList>
 #include <QVariantMap>
 
 #include <memory>
@@ -27,6 +28,9 @@ public:
     explicit ViewRegistry(QQmlEngine &engine);
     // The one of that engine.
     static ViewRegistry &of(QQmlEngine &engine);
+
+    // Starts to load these components on the engine's own thread; whoever needs one before it is loaded waits for it.
+    void load(const QStringList &components);
 
     // The view of a screen; it keeps the screen alive until the view is gone. Null, with a warning, on a fault.
     QQuickItem *createView(ViewController &controller, QQuickItem &parent);

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/bluetooth/BluezAdapterWatcher.h"
 
+#include "platform/bluetooth/BluezNames.h"
+
 #include <QDBusArgument>
 #include <QDBusMessage>
-#include <QDBusObjectPath>
 #include <QDBusPendingCallWatcher>
-#include <QMap>
 #include <QMetaObject>
-#include <QVariantMap>
 
 namespace cvtamber {
 
@@ -15,26 +14,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-using Interfaces = QMap<QString, QVariantMap>;
-using ManagedObjects = QMap<QDBusObjectPath, Interfaces>;
 using Service = BluezAvailability::Service;
 
 // A daemon that takes longer for its list of objects is as good as none.
 constexpr int answerTimeoutMilliseconds = 5000;
 
-QString daemonName()
-{
-    return u"org.bluez"_s;
-}
-
 QString adapterInterface()
 {
     return u"org.bluez.Adapter1"_s;
-}
-
-QString objectManagerInterface()
-{
-    return u"org.freedesktop.DBus.ObjectManager"_s;
 }
 
 Service serviceFor(const QDBusError &error)
@@ -73,16 +60,16 @@ BluezAvailability availabilityOf(const ManagedObjects &objects)
 
 BluezAdapterWatcher::BluezAdapterWatcher()
     : _bus(QDBusConnection::systemBus())
-    , _serviceWatcher(daemonName(), _bus, QDBusServiceWatcher::WatchForOwnerChange)
+    , _serviceWatcher(bluezDaemon(), _bus, QDBusServiceWatcher::WatchForOwnerChange)
 {
     connect(&_serviceWatcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString &, const QString &, const QString &newOwner) { ownerChanged(newOwner); });
     const QString any;
-    _bus.connect(daemonName(), any, objectManagerInterface(), u"InterfacesAdded"_s, this,
+    _bus.connect(bluezDaemon(), any, objectManagerInterface(), u"InterfacesAdded"_s, this,
                  SLOT(interfacesAdded(QDBusMessage)));
-    _bus.connect(daemonName(), any, objectManagerInterface(), u"InterfacesRemoved"_s, this,
+    _bus.connect(bluezDaemon(), any, objectManagerInterface(), u"InterfacesRemoved"_s, this,
                  SLOT(interfacesRemoved(QDBusMessage)));
-    _bus.connect(daemonName(), any, u"org.freedesktop.DBus.Properties"_s, u"PropertiesChanged"_s,
+    _bus.connect(bluezDaemon(), any, u"org.freedesktop.DBus.Properties"_s, u"PropertiesChanged"_s,
                  {adapterInterface()}, QString(), this, SLOT(propertiesChanged(QDBusMessage)));
     QMetaObject::invokeMethod(
         this, [this] { ask(); }, Qt::QueuedConnection);
@@ -129,7 +116,7 @@ void BluezAdapterWatcher::ask()
         update(availability);
         return;
     }
-    auto message = QDBusMessage::createMethodCall(daemonName(), u"/"_s, objectManagerInterface(),
+    auto message = QDBusMessage::createMethodCall(bluezDaemon(), u"/"_s, objectManagerInterface(),
                                                   u"GetManagedObjects"_s);
     // Where the daemon is installed but cannot run, having it started takes 25 seconds to fail.
     message.setAutoStartService(false);

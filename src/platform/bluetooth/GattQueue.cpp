@@ -32,6 +32,7 @@ GattQueue::GattQueue(RunLoop &runLoop, QLowEnergyController &controller, Notifie
     : _runLoop(runLoop)
     , _controller(controller)
     , _notified(std::move(notified))
+    , _writer(makeCharacteristicWriter(_controller.remoteAddress().toString()))
 {
     QObject::connect(&_controller, &QLowEnergyController::discoveryFinished, &_context,
                      [this] { finishIf(Kind::DiscoverServices); });
@@ -89,10 +90,23 @@ void GattQueue::start(const Request &request)
         fail(textOf(QLowEnergyService::OperationError));
     else if (request.kind == Kind::Read)
         service->readCharacteristic(characteristic);
-    else if (request.kind == Kind::Write)
+    else if (request.kind == Kind::Write && !writeDirectly(request))
         service->writeCharacteristic(characteristic, request.value, QLowEnergyService::WriteWithResponse);
-    else
+    else if (request.kind == Kind::SetNotify)
         setNotify(*service, characteristic, request.enabled);
+}
+
+bool GattQueue::writeDirectly(const Request &request)
+{
+    return _writer && _writer->write(request.service, request.characteristic, request.value,
+                                     [this, number = _number](bool success) {
+                                         if (!_isRunning || _number != number)
+                                             return;
+                                         if (success)
+                                             finish({}, {});
+                                         else
+                                             fail(textOf(QLowEnergyService::CharacteristicWriteError));
+                                     });
 }
 
 void GattQueue::discoverServices()
@@ -106,6 +120,8 @@ void GattQueue::discoverServices()
 
 void GattQueue::discoverCharacteristics(const Request &request)
 {
+    if (_writer)
+        _writer->look();
     QLowEnergyService *service = serviceObject(request.service);
     if (!service)
         fail(textOf(QLowEnergyService::OperationError));

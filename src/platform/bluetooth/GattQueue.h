@@ -3,6 +3,7 @@
 
 #include "base/RunLoop.h"
 #include "device/BluetoothPeripheral.h"
+#include "platform/bluetooth/CharacteristicWriter.h"
 
 #include <QLowEnergyController>
 #include <QMap>
@@ -56,6 +57,7 @@ private:
     void post(std::function<void()> call);
     void startNext();
     void start(const Request &request);
+    bool writeDirectly(const Request &request);
     void discoverServices();
     void discoverCharacteristics(const Request &request);
     void setNotify(QLowEnergyService &service, const QLowEnergyCharacteristic &characteristic, bool enabled);
@@ -74,9 +76,10 @@ private:
     RunLoop &_runLoop;
     QLowEnergyController &_controller;
     Notified _notified;
-    QMap<QUuid, QLowEnergyService *> _services; // owned by the controller
-    QList<std::pair<QUuid, QUuid>> _notifying;  // service and characteristic
-    std::deque<Request> _requests;              // the first one is the one that runs
+    std::unique_ptr<CharacteristicWriter> _writer; // null where there is none
+    QMap<QUuid, QLowEnergyService *> _services;    // owned by the controller
+    QList<std::pair<QUuid, QUuid>> _notifying;     // service and characteristic
+    std::deque<Request> _requests;                 // the first one is the one that runs
     bool _isRunning = false;
     quint64 _number = 0; // of the request that runs or ran last
     QObject _context;    // the end of Qt's signals
