@@ -25,11 +25,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// The file menu; Cancel comes last.
+// The file menu and the confirmation; Cancel comes last in both.
 constexpr int DeleteButton = 0;
-// The confirmation.
-constexpr int ConfirmationCancelButton = 0;
-constexpr int ConfirmationDeleteButton = 1;
 
 // The row that stands for the list while it is asked for anew; names have even identities.
 constexpr quintptr waitIdentity = 1;
@@ -228,7 +225,7 @@ void MCVFilesViewController::menuDismissed(const ActionSheet &sheet, int button,
 {
     _context.log.info(QStringLiteral("{length = 2, path = %1 - %2}").arg(path.section).arg(path.row));
     if (sheet.tag == DeleteConfirmationTag) {
-        if (button == ConfirmationDeleteButton)
+        if (button == DeleteButton)
             deleteFile(fileName);
         return;
     }
@@ -261,9 +258,9 @@ void MCVFilesViewController::confirmDelete(const QString &fileName)
     ActionSheet sheet;
     sheet.tag = DeleteConfirmationTag;
     sheet.title = localizedFormat("5.4", visibleText(fileName));
-    sheet.buttons = {localized("Cancel"), localized("Delete")};
-    sheet.cancelButtonIndex = ConfirmationCancelButton;
-    sheet.destructiveButtonIndex = ConfirmationDeleteButton;
+    sheet.buttons = {localized("Delete"), localized("Cancel")};
+    sheet.destructiveButtonIndex = DeleteButton;
+    sheet.cancelButtonIndex = static_cast<int>(sheet.buttons.size()) - 1;
     sheet.anchor = {Anchor::Kind::Row, path.section, path.row};
     sheet.didDismiss = [this, path, fileName](const ActionSheet &answered, int button) {
         menuDismissed(answered, button, fileName, path);

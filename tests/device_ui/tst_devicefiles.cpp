@@ -197,14 +197,14 @@ private slots:
         QVERIFY(bench.presenter.answerSheet(0));
         const ActionSheet question = *bench.presenter.sheet();
         QCOMPARE(question.title, u"5.4 B.TXT"_s);
-        QCOMPARE(question.buttons, (QStringList{u"Cancel"_s, u"Delete"_s}));
-        QVERIFY(question.tag == 2 && question.cancelButtonIndex == 0 && question.destructiveButtonIndex == 1);
+        QCOMPARE(question.buttons, (QStringList{u"Delete"_s, u"Cancel"_s}));
+        QVERIFY(question.tag == 2 && question.destructiveButtonIndex == 0 && question.cancelButtonIndex == 1);
         QVERIFY(question.anchor.kind == Anchor::Kind::Row && question.anchor.row == 1);
         QVERIFY(bench.presenter.cancelSheet());
         QCOMPARE(bench.shown(), threeFiles);
         bench.rig.log.lines.clear();
         QVERIFY(bench.choose(1, u"Delete"_s) && bench.presenter.answerSheet(u"Delete"_s));
-        question.didDismiss(question, 1);
+        question.didDismiss(question, 0);
         bench.advance(1s);
         QCOMPARE(bench.rig.log.lines.mid(0, 2), QStringList(2, u"[info] {length = 2, path = 0 - 1}"_s));
         QVERIFY(bench.rig.log.lines.value(2).contains(u"sendCommand:"));
