@@ -110,6 +110,8 @@ class Desk:
         os.environ.pop("AT_SPI_BUS_ADDRESS", None)
         self.env["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1"
         Atspi.init()
+        # Of each call; without it a call has 0.8 seconds, in which a busy machine may not come to answer.
+        Atspi.set_timeout(LIMIT * 1000, LIMIT * 1000)
 
     @property
     def documents(self):
