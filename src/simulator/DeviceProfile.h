@@ -36,9 +36,11 @@ struct DeviceDelays
     std::chrono::milliseconds advertising{100}; // between two advertisements
 };
 
-// The device is out of range from `after` on, for `duration`; for good when that is negative.
+// The device is out of range from `after` on, for `duration`; for good when that is negative. `after` counts from the start,
+// or from the first such command.
 struct Absence
 {
+    QByteArray command;
     std::chrono::milliseconds after{0};
     std::chrono::milliseconds duration{-1};
 };

@@ -157,6 +157,9 @@ void readFault(const QJsonValue &value, const QString &place, DeviceProfile &dev
         readMissing(fields, device);
     } else {
         Absence absence;
+        QString command;
+        fields.text(QStringLiteral("command"), command);
+        absence.command = command.toLatin1();
         readMilliseconds(fields, QStringLiteral("after"), absence.after);
         readMilliseconds(fields, QStringLiteral("returnAfter"), absence.duration);
         device.absences.append(absence);

@@ -39,17 +39,25 @@ SimulatedDevice::SimulatedDevice(RunLoop &runLoop, SystemLog &log, const DeviceP
     _firmware.setActivityChanged(
         [this](FirmwareModel::Activity activity) { _partner.activityChanged(activity); });
     _firmware.setLiveText([this](const QByteArray &bytes) { return _partner.hear(bytes); });
-    for (const Absence &absence : profile.absences) {
-        _script.perform(absence.after, [this] { leave(); });
-        if (absence.duration >= 0ms)
-            _script.perform(absence.after + absence.duration, [this] { comeBack(); });
-    }
+    startAbsences({});
 }
 
 SimulatedDevice::~SimulatedDevice()
 {
     if (_saveLater.isActive())
         save();
+}
+
+void SimulatedDevice::startAbsences(const QByteArray &command)
+{
+    for (const Absence &absence : std::as_const(_profile.absences)) {
+        if (absence.command != command)
+            continue;
+        _script.perform(absence.after, [this] { leave(); });
+        if (absence.duration >= 0ms)
+            _script.perform(absence.after + absence.duration, [this] { comeBack(); });
+    }
+    _profile.absences.removeIf([&](const Absence &absence) { return absence.command == command; });
 }
 
 void SimulatedDevice::restoreState()
@@ -188,6 +196,7 @@ void SimulatedDevice::endLink()
 void SimulatedDevice::answer(const QByteArray &command, QByteArray bytes)
 {
     if (!command.isEmpty()) {
+        startAbsences(command);
         if (const auto reply = _faults.take(Fault::Kind::CustomReply, command))
             bytes = reply->bytes;
     }

@@ -82,6 +82,7 @@ private:
     };
 
     void restoreState();
+    void startAbsences(const QByteArray &command);
     void answer(const QByteArray &command, QByteArray bytes);
     void enqueue(const QByteArray &bytes, std::chrono::nanoseconds delay);
     void schedulePump();

@@ -12,8 +12,9 @@ from steps import expect, put_pupil
 
 # Long enough for every quarter to be told on its own.
 LETTER = "A line of a letter that goes to the device.\n" * 200
-# The device leaves so long after the start that all that comes before has been done.
-LEAVES_AFTER_MS = 60000
+# The device leaves so long after a store has ended, which it does with this command.
+END_OF_STORE = "EM ON"
+LEAVES_AFTER_MS = 15000
 # What would be said twice comes soon after the first time.
 REST = 2
 
@@ -21,7 +22,7 @@ REST = 2
 def profile_in(desk):
     device = {"name": "Window desk", "serial": "20140017", "model": 1,
               "files": [{"name": "A.TXT", "text": "One.\r\n"}],
-              "faults": [{"fault": "leave", "after": LEAVES_AFTER_MS}]}
+              "faults": [{"fault": "leave", "command": END_OF_STORE, "after": LEAVES_AFTER_MS}]}
     file = desk.root / "profile.json"
     file.write_text(json.dumps({"devices": [device]}))
     return file
@@ -36,7 +37,6 @@ def main():
     binary = pathlib.Path(sys.argv[1]).resolve()
     with Desk() as desk:
         put_pupil(desk, Letter=LETTER)
-        started = time.monotonic()
         with Program(desk, binary, [f"--simulate={profile_in(desk)}"]) as p:
             news = News(p)
             p.press("Corvane Brailler")
@@ -53,7 +53,6 @@ def main():
             p.press("Send as it is")
             news.hear("25 percent", "50 percent", "75 percent", "The file has been sent.")
             silent(news)
-            assert time.monotonic() - started < LEAVES_AFTER_MS / 1000 - 5, "the device left too early for this machine"
             before = p.focused().get_name()
             news.hear("The connection to the Corvane was lost.")
             silent(news)
