@@ -101,7 +101,7 @@ QList<CVFileData> filesFromListing(const QString &listing, int keyboardLanguage)
         // Only a carriage return that belongs to the line end goes.
         if (end < all.size() && line.endsWith(u'\r'))
             line.chop(1);
-        if (!line.isEmpty())
+        if (!line.trimmed().isEmpty())
             files.append(fileDataFromString(line, keyboardLanguage));
         start = end + 1;
     }

@@ -15,7 +15,7 @@ namespace cvtamber {
 // follows the size is ignored. A negative decimal size is 0.
 CVFileData fileDataFromString(QStringView line, int keyboardLanguage);
 
-// A whole reply: one file a line, CR LF or LF, empty lines left out. Cost is linear in the text.
+// A whole reply: one file a line, CR LF or LF, lines without a name left out. Cost is linear in the text.
 QList<CVFileData> filesFromListing(const QString &listing, int keyboardLanguage);
 
 // A number in braille digits: "#" and the letters A to J (1 to 9 and 0), in either case; in French "," and

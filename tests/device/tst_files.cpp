@@ -103,6 +103,7 @@ private slots:
         row("a size of a megabyte", "A " + QByteArray(1 << 20, '9'), 1);
         row("a braille size of a megabyte", "A #" + QByteArray(1 << 20, 'I'), 1);
         row("empty lines", "\r\n\n"_ba, 0);
+        row("lines of spaces", "  \r\n \n\t"_ba, 0);
     }
 
     void hugeListings()
