@@ -111,15 +111,19 @@ const Tables &tablesFor(StringEncoding encoding)
 // Characters handled at a time: a size that compilers turn into vector instructions.
 constexpr int BlockSize = 16;
 
+// What becomes of a character that the page lacks.
+enum class Lacking { BaseLetter, QuestionMark };
+
 // One text on its way out. Writes at most one byte a UTF-16 unit.
 class Encoder
 {
 public:
-    Encoder(QStringView text, const EncodeTable &table, uchar *out)
+    Encoder(QStringView text, const EncodeTable &table, Lacking lacking, uchar *out)
         : _table(table)
-        , _in(text.utf16())
-        , _end(_in + text.size())
-        , _runStart(_in)
+        , _keepsBase(lacking == Lacking::BaseLetter)
+        , _begin(text.utf16())
+        , _end(_begin + text.size())
+        , _in(_begin)
         , _out(out)
     {}
 
@@ -144,6 +148,16 @@ public:
     qsizetype replaced() const { return _replaced; }
 
 private:
+    // A character that was written, and the marks that stand on it. A mark that did not compose keeps later ones of
+    // its class from composing, as in Unicode's composition.
+    struct Cluster
+    {
+        char16_t base = u'\0'; // 0: nothing composes with it
+        uchar *out = nullptr;
+        std::bitset<256> staying;
+        bool isCounted = false;
+    };
+
     // Both work on local copies: the compiler must take a byte that is stored for a possible change of any
     // member. A block given up leaves bytes behind that are written again.
 
@@ -178,63 +192,115 @@ private:
         return (seen & EncodeTable::Lacking) == 0;
     }
 
-    void put(quint16 entry)
+    char32_t next() const
     {
-        _replaced += entry >= EncodeTable::Lacking ? 1 : 0;
-        *_out++ = static_cast<uchar>(entry);
+        const bool isPair = QChar::isHighSurrogate(*_in) && _end - _in > 1 && QChar::isLowSurrogate(_in[1]);
+        return isPair ? QChar::surrogateToUcs4(_in[0], _in[1]) : *_in;
     }
 
     void encodeOne()
     {
         const quint16 entry = _table[*_in];
-        if (entry >= EncodeTable::Lacking && QChar::combiningClass(*_in) != 0) {
+        if (entry < EncodeTable::Lacking) {
+            *_out++ = static_cast<uchar>(entry);
+            ++_in;
+        } else if (const char32_t c = next(); _in > _begin && TextComposition::isMark(c)) {
             encodeMarks();
-            return;
+        } else {
+            encodeLacking(c);
         }
-        const bool isPair = QChar::isHighSurrogate(*_in) && _end - _in > 1 && QChar::isLowSurrogate(_in[1]);
-        put(entry);
-        _in += isPair ? 2 : 1;
     }
 
     // Takes the marks from the first one that the page lacks to the last, and composes those it can with the
-    // character they stand on, which has been written already. A mark that stays keeps later marks of its
-    // class from composing, as in Unicode's composition.
+    // character they stand on, which has been written already.
     void encodeMarks()
     {
-        std::bitset<256> staying;
+        Cluster cluster;
         const char16_t *starter = _in;
-        while (starter > _runStart && QChar::combiningClass(*--starter) != 0)
-            staying.set(QChar::combiningClass(*starter));
+        while (starter > _begin && TextComposition::isMark(*--starter))
+            cluster.staying.set(QChar::combiningClass(*starter));
         // One byte a unit since the starter: a unit without a byte would have brought us here before.
-        uchar *const starterOut = _out - (_in - starter);
-        char16_t base = starter < _in ? *starter : u'\0';
-        for (; _in < _end && QChar::combiningClass(*_in) != 0; ++_in) {
-            const auto markClass = QChar::combiningClass(*_in);
-            const char16_t composed = staying.test(markClass) ? u'\0' : TextComposition::compose(base, *_in);
-            if (composed != 0 && _table[composed] < EncodeTable::Lacking) {
-                *starterOut = static_cast<uchar>(_table[composed]);
-                base = composed;
-            } else {
-                staying.set(markClass);
-                put(_table[*_in]);
-            }
+        cluster.out = _out - (_in - starter);
+        cluster.base = *starter;
+        takeMarks(cluster);
+    }
+
+    // Both spellings of a text give the same bytes: the parts of a composed character are taken like those that
+    // were written apart.
+    void encodeLacking(char32_t c)
+    {
+        const QString parts = _keepsBase ? TextComposition::canonicalParts(c) : QString();
+        const char16_t base = parts.isEmpty() ? u'\0' : parts.front().unicode();
+        const quint16 entry = parts.isEmpty() ? quint16{EncodeTable::Lacking} : _table[base];
+        Cluster cluster;
+        cluster.out = _out++;
+        if (entry < EncodeTable::Lacking) {
+            cluster.base = base;
+            *cluster.out = static_cast<uchar>(entry);
+        } else {
+            lose(cluster);
         }
-        _runStart = _in;
+        // At most one of the parts has a byte of its own.
+        for (qsizetype i = 1; i < parts.size(); ++i)
+            takeMark(cluster, parts[i].unicode());
+        _in += QChar::requiresSurrogates(c) ? 2 : 1;
+        takeMarks(cluster);
+    }
+
+    void takeMarks(Cluster &cluster)
+    {
+        while (_in < _end) {
+            const char32_t c = next();
+            if (!TextComposition::isMark(c))
+                break;
+            takeMark(cluster, c);
+            _in += QChar::requiresSurrogates(c) ? 2 : 1;
+        }
+    }
+
+    void takeMark(Cluster &cluster, char32_t mark)
+    {
+        const auto markClass = QChar::combiningClass(mark);
+        const auto unit = QChar::requiresSurrogates(mark) ? u'\0' : static_cast<char16_t>(mark);
+        const char16_t composed =
+            cluster.staying.test(markClass) ? u'\0' : TextComposition::compose(cluster.base, unit);
+        if (composed != 0 && _table[composed] < EncodeTable::Lacking) {
+            *cluster.out = static_cast<uchar>(_table[composed]);
+            cluster.base = composed;
+            return;
+        }
+        cluster.staying.set(markClass);
+        if (unit != 0 && _table[unit] < EncodeTable::Lacking)
+            *_out++ = static_cast<uchar>(_table[unit]);
+        else
+            lose(cluster);
+    }
+
+    // Something of the character has no byte.
+    void lose(Cluster &cluster)
+    {
+        _replaced += cluster.isCounted ? 0 : 1;
+        cluster.isCounted = true;
+        if (_keepsBase && TextComposition::standsWithoutMarks(cluster.base))
+            return;
+        cluster.base = 0;
+        *cluster.out = '?';
     }
 
     const EncodeTable &_table;
-    const char16_t *_in;
+    const bool _keepsBase;
+    const char16_t *const _begin;
     const char16_t *const _end;
-    const char16_t *_runStart; // marks before it are done with
+    const char16_t *_in;
     uchar *_out;
     qsizetype _replaced = 0;
 };
 
-EncodedText encodeWith(QStringView text, const EncodeTable &table)
+EncodedText encodeWith(QStringView text, const EncodeTable &table, Lacking lacking)
 {
     EncodedText result{QByteArray(text.size(), Qt::Uninitialized)};
     auto *const begin = reinterpret_cast<uchar *>(result.bytes.data());
-    Encoder encoder(text, table, begin);
+    Encoder encoder(text, table, lacking, begin);
     const qsizetype size = encoder.run() - begin;
     result.replaced = encoder.replaced();
     if (size != text.size()) {
@@ -290,7 +356,7 @@ DecodedText decodeWith(QByteArrayView bytes, const DecodeTable &table)
 
 EncodedText encode(QStringView text, int language)
 {
-    return encodeWith(text, tablesFor(language).out);
+    return encodeWith(text, tablesFor(language).out, Lacking::BaseLetter);
 }
 
 DecodedText decode(QByteArrayView bytes, int language)
@@ -298,9 +364,23 @@ DecodedText decode(QByteArrayView bytes, int language)
     return decodeWith(bytes, tablesFor(language).in);
 }
 
+StringEncoding codePageOf(int language)
+{
+    switch (language) {
+    case DeviceLanguage::Greek:
+        return StringEncoding::WindowsCP1253;
+    case DeviceLanguage::Polish:
+        return StringEncoding::WindowsCP1250;
+    case DeviceLanguage::Arabic:
+        return StringEncoding::WindowsCP1256;
+    default:
+        return StringEncoding::WindowsCP1252;
+    }
+}
+
 EncodedText encodeRaw(QStringView text, StringEncoding encoding)
 {
-    return encodeWith(text, tablesFor(encoding).out);
+    return encodeWith(text, tablesFor(encoding).out, Lacking::QuestionMark);
 }
 
 DecodedText decodeRaw(QByteArrayView bytes, StringEncoding encoding)

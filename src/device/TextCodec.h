@@ -12,14 +12,15 @@ namespace cvtamber {
 //
 // A language selects a Windows code page (1250 for Polish, 1253 for Greek, 1256 for Arabic, 1252 for all
 // others) and maps from that page's upper half to the device's own codes and back. The two directions are not
-// inverse to each other; the maps are the device's. Bytes below 128 are the same everywhere. Pure and without
-// state; any thread. Cost is linear in the text, memory is the result once.
+// inverse to each other; the maps are the device's. Bytes below 128 are the same everywhere. A text's composed and its
+// decomposed spelling give the same bytes. Pure and without state; any thread. Cost is linear in the text, memory is
+// the result once.
 
 struct EncodedText
 {
     QByteArray bytes;
-    // Characters (code points after composition, a pair of surrogates is one) that the code page lacks: "?"
-    // each.
+    // Characters, each with the marks that stand on it, of which the code page lacks something. A letter keeps its
+    // base ("s" for U+0219), all else becomes "?"; in a bare code page all become "?".
     qsizetype replaced = 0;
 };
 
@@ -43,6 +44,8 @@ namespace TextCodec {
 
 EncodedText encode(QStringView text, int language);
 DecodedText decode(QByteArrayView bytes, int language);
+// The code page that a language selects.
+StringEncoding codePageOf(int language);
 
 // A reply in a code page alone, without the device's map. ASCII defines the bytes 0 to 127.
 DecodedText decodeRaw(QByteArrayView bytes, StringEncoding encoding);

@@ -4,7 +4,6 @@
 #include "device/CodePages.h"
 
 #include <QChar>
-#include <QString>
 
 #include <algorithm>
 #include <vector>
@@ -51,6 +50,26 @@ char16_t compose(char16_t base, char16_t mark)
     const Pair wanted{joined(base, mark), 0};
     const auto found = std::lower_bound(pairs.begin(), pairs.end(), wanted);
     return found != pairs.end() && found->parts == wanted.parts ? found->composed : u'\0';
+}
+
+bool isMark(char32_t c)
+{
+    const bool isLaterHangul = (c >= 0x1161 && c <= 0x1175) || (c >= 0x11A8 && c <= 0x11C2);
+    const auto category = QChar::category(c);
+    return isLaterHangul || category == QChar::Mark_NonSpacing || category == QChar::Mark_SpacingCombining ||
+           category == QChar::Mark_Enclosing;
+}
+
+QString canonicalParts(char32_t c)
+{
+    const QString whole = QString::fromUcs4(&c, 1);
+    const QString parts = whole.normalized(QString::NormalizationForm_D);
+    return parts == whole ? QString() : parts;
+}
+
+bool standsWithoutMarks(char16_t base)
+{
+    return base != 0 && QChar::category(base) != QChar::Symbol_Math;
 }
 
 } // namespace cvtamber::TextComposition
