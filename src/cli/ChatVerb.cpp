@@ -5,9 +5,11 @@
 
 namespace cvtamber {
 
-QString ChatVerb::outgoing(const QString &line, int language) const
+PlainText ChatVerb::outgoing(const QString &line, const Languages &languages) const
 {
-    return language == DeviceLanguage::Chinese ? toneSymbolsForPinyin(pinyinForText(line)) : line;
+    const QString text =
+        languages.shown == DeviceLanguage::Chinese ? toneSymbolsForPinyin(pinyinForText(line)) : line;
+    return plainForDevice(text, languages.keyboard, languages.shown);
 }
 
 QString ChatVerb::incoming(const QString &line, int language) const

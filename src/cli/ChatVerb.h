@@ -15,7 +15,7 @@ public:
     {}
 
 private:
-    QString outgoing(const QString &line, int language) const override;
+    PlainText outgoing(const QString &line, const Languages &languages) const override;
     QString incoming(const QString &line, int language) const override;
 };
 

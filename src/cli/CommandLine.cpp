@@ -2,8 +2,9 @@
 #include "cli/CommandLine.h"
 
 #include "base/VisibleText.h"
-#include "cli/DeviceNames.h"
+#include "cli/DeviceSentences.h"
 #include "cli/VerbTable.h"
+#include "device/DeviceNames.h"
 #include "device/DeviceTables.h"
 
 namespace cvtamber {
@@ -203,7 +204,9 @@ bool ArgumentParser::fillName(VerbRequest &request)
         if (!has(OptionId::As) && request.operand == "-"_L1)
             return fail(u"put - needs --as NAME, the name on the device."_s);
         request.as = has(OptionId::As) ? value(OptionId::As) : request.operand.section(u'/', -1);
-        const QString problem = fileNameProblem(request.as);
+        QString problem = fileNameProblem(request.as);
+        if (request.translate && endsTranslatedStore(request.as))
+            problem = u"The device takes the name END for the end of the text when it translates it."_s;
         if (problem.isEmpty())
             return true;
         return fail(has(OptionId::As) ? problem : problem + u" Give another name with --as."_s);

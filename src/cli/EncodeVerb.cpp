@@ -26,7 +26,8 @@ void EncodeVerb::encode(const InputReader::Outcome &input)
     const EncodedText encoded = TextCodec::encode(read.text, request().language);
     if (encoded.replaced > 0)
         console().writeMessage(
-            u"Characters that this language does not have became \"?\": %1."_s.arg(encoded.replaced));
+            u"Characters that this language does not have became \"?\" or lost an accent: %1."_s.arg(
+                encoded.replaced));
     finish(console().writeOutput(encoded.bytes) ? ExitStatus::Done : ExitStatus::Failed);
 }
 

@@ -2,7 +2,7 @@
 #include "cli/LiveTextVerb.h"
 
 #include "base/VisibleText.h"
-#include "cli/DeviceNames.h"
+#include "cli/DeviceSentences.h"
 #include "cli/Utf8Text.h"
 
 namespace cvtamber {
@@ -26,9 +26,9 @@ LiveTextVerb::LiveTextVerb(const VerbContext &context, const VerbRequest &reques
     , _longestQuiet(context.runLoop)
 {}
 
-QString LiveTextVerb::outgoing(const QString &line, int) const
+PlainText LiveTextVerb::outgoing(const QString &line, const Languages &) const
 {
-    return line;
+    return {line, 0, {}};
 }
 
 QString LiveTextVerb::incoming(const QString &line, int) const
@@ -51,7 +51,7 @@ void LiveTextVerb::run(Session &session)
 void LiveTextVerb::enterMode()
 {
     _session->device().sendCommand(_modeCommand);
-    _language = _session->device().cvLanguage();
+    _languages = {_session->device().cvKeyboardLanguage(), _session->device().cvLanguage()};
     _inMode = true;
 }
 
@@ -105,13 +105,16 @@ void LiveTextVerb::takeLine(const QByteArray &line)
         refuse(u"its byte at offset %1 is no UTF-8"_s.arg(*offset));
         return;
     }
-    const QString text = outgoing(readUtf8(line).text, _language);
-    if (text.contains(u'{')) {
+    const PlainText plain = outgoing(readUtf8(line).text, _languages);
+    if (plain.text.contains(u'{')) {
         refuse(u"the device may take its opening brace for a command"_s);
         return;
     }
-    _lines.push_back({_lineNumber, text});
-    _waitingCharacters += text.size();
+    if (plain.lost > 0)
+        console().writeMessage(
+            u"Line %1: %2"_s.arg(QString::number(_lineNumber), lostCharactersSentence(plain)));
+    _lines.push_back({_lineNumber, plain.text});
+    _waitingCharacters += plain.text.size();
 }
 
 void LiveTextVerb::sendNext()
@@ -130,8 +133,9 @@ void LiveTextVerb::sendNext()
     _session->device().sendString(line.text + "\r\n"_L1, &replaced);
     // Told once, also when the line goes out a second time.
     if (replaced > 0 && std::exchange(_warnedLine, line.number) != line.number)
-        console().writeMessage(u"Line %1: characters that the device does not have became \"?\": %2."_s.arg(
-            QString::number(line.number), QString::number(replaced)));
+        console().writeMessage(
+            u"Line %1: characters that the device does not have became \"?\" or lost an accent: %2."_s.arg(
+                QString::number(line.number), QString::number(replaced)));
     _session->whenWritten([this] { lineConfirmed(); });
 }
 
@@ -218,7 +222,8 @@ void LiveTextVerb::CV_newDataReceived(const QString &text)
 
 bool LiveTextVerb::print(const QByteArray &line)
 {
-    return console().writeOutput(visibleText(incoming(QString::fromUtf8(line), _language)).toUtf8() + '\n');
+    return console().writeOutput(visibleText(incoming(QString::fromUtf8(line), _languages.shown)).toUtf8() +
+                                 '\n');
 }
 
 void LiveTextVerb::leave()

@@ -4,6 +4,7 @@
 #include "cli/LineSplitter.h"
 #include "cli/Verb.h"
 #include "device/DeviceTables.h"
+#include "device/TextForDevice.h"
 
 #include <deque>
 
@@ -27,8 +28,15 @@ public:
 protected:
     LiveTextVerb(const VerbContext &context, const VerbRequest &request, const QString &modeCommand);
 
-    // What is sent for a line that was typed, and printed for one that came, with a device of this language.
-    virtual QString outgoing(const QString &line, int language) const;
+    // The device's languages, as they were when the mode began: a device that is away tells none.
+    struct Languages
+    {
+        int keyboard = DeviceLanguage::Unknown;
+        int shown = DeviceLanguage::Unknown;
+    };
+
+    // What is sent for a line that was typed, and printed for one that came.
+    virtual PlainText outgoing(const QString &line, const Languages &languages) const;
     virtual QString incoming(const QString &line, int language) const;
 
 private:
@@ -58,8 +66,7 @@ private:
 
     const QString _modeCommand;
     Session *_session = nullptr;
-    int _language =
-        DeviceLanguage::Unknown; // as it was when the mode began: a device that is away tells none
+    Languages _languages;
     LineSplitter _input;
     LineSplitter _received{LongestLine};
     qsizetype _lineNumber = 0;

@@ -2,7 +2,7 @@
 #include "cli/PutVerb.h"
 
 #include "base/VisibleText.h"
-#include "cli/DeviceNames.h"
+#include "cli/DeviceSentences.h"
 
 namespace cvtamber {
 

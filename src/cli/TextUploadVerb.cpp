@@ -2,7 +2,7 @@
 #include "cli/TextUploadVerb.h"
 
 #include "base/VisibleText.h"
-#include "cli/DeviceNames.h"
+#include "cli/DeviceSentences.h"
 #include "cli/Utf8Text.h"
 
 namespace cvtamber {
@@ -48,6 +48,11 @@ void TextUploadVerb::run(Session &session)
 void TextUploadVerb::beginUpload(Session &session)
 {
     _sending = true;
+    const CVBTDevice &device = session.device();
+    const PlainText plain = plainForDevice(_text, device.cvKeyboardLanguage(), device.cvLanguage());
+    _text = plain.text;
+    if (plain.lost > 0)
+        console().writeMessage(lostCharactersSentence(plain));
     session.device().setCvUploadDelegate(std::static_pointer_cast<TextUploadVerb>(shared_from_this()));
 }
 
@@ -67,13 +72,6 @@ void TextUploadVerb::cvFileUploaded()
 {
     if (!isOver())
         _session->whenWritten([this] { finish(ExitStatus::Done); });
-}
-
-void TextUploadVerb::cvUploadReplacedCharacters(qsizetype count)
-{
-    console().writeMessage(count == 1
-                               ? u"1 character that the device does not have became \"?\"."_s
-                               : u"%1 characters that the device does not have became \"?\"."_s.arg(count));
 }
 
 } // namespace cvtamber

@@ -16,7 +16,6 @@ public:
 
     void cvUploadProgress(float fraction) override;
     void cvFileUploaded() override;
-    void cvUploadReplacedCharacters(qsizetype count) override;
 
 protected:
     TextUploadVerb(const VerbContext &context, const VerbRequest &request);
@@ -26,7 +25,9 @@ protected:
     // What a broken transfer leaves behind: a sentence.
     virtual QString incompleteSentence() const = 0;
 
+    // Tells what the device does not have of the text.
     void beginUpload(Session &session);
+    // As the person gave it, and from beginUpload() on as the device reads it.
     const QString &text() const { return _text; }
     int translationMode() const { return request().translate ? ForwardTranslation : PlainTransfer; }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/Verb.h"
 
-#include "cli/DeviceNames.h"
+#include "cli/DeviceSentences.h"
 
 namespace cvtamber {
 

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "cli/CommandLine.h"
-#include "cli/DeviceNames.h"
+#include "cli/DeviceSentences.h"
 #include "cli/JsonLine.h"
 #include "cli/LineSplitter.h"
 #include "cli/StandardConsole.h"
 #include "cli/Utf8Text.h"
 #include "cli/VerbTable.h"
+#include "device/DeviceNames.h"
 
 #include <QJsonArray>
 #include <QTest>
@@ -29,6 +30,7 @@ private slots:
     void names_data();
     void names();
     void unlistableNames();
+    void suggestedNames();
     void commandsInTexts();
     void jsonIsSafeToShow();
     void linesFromPieces();
@@ -58,6 +60,7 @@ void TestCommandLine::refused_data()
     row("get A{B", "a brace");
     row("-vx ls", "separate words");
     row("put -", "needs --as");
+    row("put a.txt --as END --translate", "name END");
     row("put dir/", "not empty");
     row("put x --as a/b", "a slash");
     row("rm a\tb", "a control character");
@@ -220,6 +223,19 @@ void TestCommandLine::unlistableNames()
     QVERIFY(!unlistableNameProblem(u"caf\u00E9"_s, 2, western).isEmpty());
     QVERIFY(!unlistableNameProblem(u"\u4E2D"_s, 2, western).isEmpty());
     QVERIFY(unlistableNameProblem(u"za\u017C"_s, 17, StringEncoding::WindowsCP1250).isEmpty());
+}
+
+void TestCommandLine::suggestedNames()
+{
+    const auto suggested = [](const QString &title, const QStringList &taken = {}) {
+        return suggestedDeviceName(title, 2, StringEncoding::WindowsCP1252,
+                                   [&taken](const QString &name) { return taken.contains(name); });
+    };
+    QCOMPARE(suggested(u"LETTER 2"_s), u"LETTER2"_s);
+    QCOMPARE(suggested(u"LETTER 2"_s, {u"LETTER2"_s, u"LETTER22"_s}), u"LETTER23"_s);
+    QCOMPARE(suggested(u"caf\u00E9 {a/b}"_s), u"cafeab"_s);
+    QCOMPARE(suggested(u"\u4E2D\u6587"_s), u"FILE"_s);
+    QCOMPARE(suggested(u"End"_s), u"End2"_s);
 }
 
 void TestCommandLine::commandsInTexts()

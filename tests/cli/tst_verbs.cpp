@@ -157,7 +157,9 @@ private slots:
             text += "line " + QByteArray::number(line) + '\n';
         const QString file = makeFile(u"page"_s, "\xEF\xBB\xBF" + text);
         QCOMPARE(bench.run({u"put"_s, file, u"--as"_s, u"PAGE"_s}), 0);
-        QVERIFY2(bench.console.messages.startsWith(u"1 character "_s), qPrintable(bench.console.messages));
+        QVERIFY2(bench.console.messages.startsWith(u"1 character "_s) &&
+                     bench.console.messages.endsWith(u": \u4E2D.\n"_s),
+                 qPrintable(bench.console.messages));
         QVERIFY(bench.console.output.isEmpty());
         QVERIFY(bench.console.progress.size() > 10 && bench.console.progress.constLast() == 1.0F);
         QVERIFY(bench.storedText("PAGE").startsWith("caf\x82 ?\nline 0\n"));
@@ -217,7 +219,8 @@ private slots:
     void embossing()
     {
         VerbBench bench(OneDevice);
-        const QString file = makeFile(u"page"_s, "Dear all\n");
+        const QString file = makeFile(u"page"_s, "Dear\xC2\xA0"
+                                                 "all\n");
         QCOMPARE(bench.run({u"emboss"_s, file}), 0);
         QCOMPARE(bench.simulated().firmware().embosserPage(), QByteArray("Dear all\n"));
         QCOMPARE(bench.run({u"emboss"_s, u"--translate"_s, file}), 0);
@@ -333,9 +336,9 @@ private slots:
     void chatKeepsCommandsOut()
     {
         VerbBench bench(OneDevice);
-        bench.console.input = {"{DEL A.TXT}\nbad \xFF\ngood\n"};
+        bench.console.input = {"{DEL A.TXT}\nbad \xFF\nit\xE2\x80\x99s good\n"};
         QCOMPARE(bench.run({u"chat"_s}), 1);
-        QCOMPARE(bench.console.output, QByteArray("good\n"));
+        QCOMPARE(bench.console.output, QByteArray("it's good\n"));
         QVERIFY(bench.console.messages.contains(u"Line 1 was not sent"_s));
         QVERIFY(bench.console.messages.contains(u"Line 2 was not sent"_s));
         QVERIFY(bench.storedText("A.TXT") != "(none)");

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "device/DeviceTables.h"
 #include "device/TextCodec.h"
+#include "device/TextForDevice.h"
 
 #include <QStringDecoder>
 #include <QStringEncoder>
@@ -55,6 +56,10 @@ private slots:
     void marksWithoutEndCostLinearTime();
     void blockHasTheSizeOfTheText();
     void emptyTextIsNotNull();
+    void spellsPlainly_data();
+    void spellsPlainly();
+    void whatIsReadStays();
+    void plainTextCostsLinearTime();
 };
 
 void TextCodecTest::codePagesAreThoseOfIcu_data()
@@ -332,6 +337,66 @@ void TextCodecTest::emptyTextIsNotNull()
     const DecodedText decoded = TextCodec::decode({}, DeviceLanguage::Greek);
     QVERIFY(decoded.text.isEmpty());
     QVERIFY(!decoded.text.isNull());
+}
+
+void TextCodecTest::spellsPlainly_data()
+{
+    QTest::addColumn<int>("language");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("plain");
+    QTest::addColumn<QStringList>("lost");
+    const auto row = [](const char *name, int language, const QString &text, const QString &plain,
+                        const QStringList &lost = {}) {
+        QTest::newRow(name) << language << text << plain << lost;
+    };
+    row("quotes, dashes and dots", 2, u"\u2018a\u2019 \u201Cb\u201D \u2013\u2014 \u2026 5\u00A0\u20AC"_s,
+        u"'a' \"b\" -- ... 5 EUR"_s);
+    row("ligatures and fractions", 17, u"\uFB01 \u0153 1\u00BD"_s, u"fi oe 1 1/2"_s);
+    row("ligature that the language has", 4, u"\u0153\u0152"_s, u"\u0153\u0152"_s);
+    row("quotes that the page itself has", 17, u"\u201Ea\u201D \u20AC"_s, u"\u201Ea\u201D \u20AC"_s);
+    row("codes of the device's own", 11, u"\u00D8l, sm\u00F8r, 4 \u00B0C, \u00A7 2, 6 \u00F7 2"_s,
+        u"\u00D8l, sm\u00F8r, 4 \u00B0C, \u00A7 2, 6 \u00F7 2"_s);
+    row("a letter without a code", 14, u"\u0391\u03AA \u0386"_s, u"\u0391\u0399 \u0391"_s,
+        {u"\u03AA"_s, u"\u0386"_s});
+    row("both spellings", 2, u"e\u0301 \u0219 s\u0326 \u1EC7"_s, u"\u00E9 s s \u00EA"_s,
+        {u"\u0219"_s, u"\u1EC7"_s});
+    row("no spelling", 2, u"\u4E2D\U0001F600\u4E2D \u2260"_s, u"??? ?"_s,
+        {u"\u4E2D"_s, u"\U0001F600"_s, u"\u2260"_s});
+    row("what nobody sees", 2, u"\u2764\uFE0Fa\u200Bb\uFEFF"_s, u"?ab"_s, {u"\u2764\uFE0F"_s});
+    row("braces in disguise", 2, u"\uFF5BDEL X\uFF5D"_s, u"(DEL X)"_s);
+    row("lone surrogate", 2, QString(QChar(0xD83D)), u"?"_s, {u"\\u{D83D}"_s});
+}
+
+void TextCodecTest::spellsPlainly()
+{
+    QFETCH(int, language);
+    QFETCH(QString, text);
+    const PlainText plain = plainForDevice(text, language, language);
+    QTEST(plain.text, "plain");
+    QTEST(plain.examples, "lost");
+    QVERIFY(plain.lost >= plain.examples.size());
+    // What is left the device has; nothing is replaced on the way.
+    QCOMPARE(TextCodec::encode(plain.text, language).replaced, 0);
+}
+
+void TextCodecTest::whatIsReadStays()
+{
+    for (int language = 0; language < DeviceLanguage::Count; ++language) {
+        for (int byte = 0; byte < 256; ++byte) {
+            const QString read = TextCodec::decode(QByteArray(1, static_cast<char>(byte)), language).text;
+            const QByteArray sent = TextCodec::encode(read, language).bytes;
+            if (TextCodec::decode(sent, language).text == read && read != QChar(QChar::ReplacementCharacter))
+                QCOMPARE(plainForDevice(read, language, language).text, read);
+        }
+    }
+}
+
+void TextCodecTest::plainTextCostsLinearTime()
+{
+    const QString marks = u'a' + u"\u0316\u0301"_s.repeated(500'000);
+    const PlainText plain = plainForDevice(marks + u"\u2019s"_s.repeated(300'000), 2, 2);
+    QCOMPARE(plain.lost, 1);
+    QCOMPARE(plain.text, u"\u00E1"_s + u"'s"_s.repeated(300'000));
 }
 
 QTEST_APPLESS_MAIN(TextCodecTest)

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "cli/DeviceNames.h"
+#include "cli/DeviceSentences.h"
 
 #include "base/VisibleText.h"
+#include "device/DeviceNames.h"
 
 #include <algorithm>
 
@@ -11,41 +12,51 @@ using namespace Qt::StringLiterals;
 
 QString fileNameProblem(const QString &name)
 {
-    if (name.isEmpty())
-        return u"A file on the device needs a name that is not empty."_s;
     const auto refused = [&name](QLatin1StringView what) {
         return u"The device cannot keep the name %1: it holds %2."_s.arg(visibleText(name), what);
     };
-    for (const QChar c : name) {
-        if (c.category() == QChar::Other_Control || c == QChar::ReplacementCharacter)
-            return refused("a control character or a byte that is no text"_L1);
-        if (c.isSpace())
-            return refused("a space"_L1);
-        if (c == u'{' || c == u'}')
-            return refused("a brace"_L1);
-        if (c == u'/' || c == u'\\')
-            return refused("a slash"_L1);
+    switch (nameFault(name)) {
+    case NameFault::Empty:
+        return u"A file on the device needs a name that is not empty."_s;
+    case NameFault::NotText:
+        return refused("a control character or a byte that is no text"_L1);
+    case NameFault::Space:
+        return refused("a space"_L1);
+    case NameFault::Brace:
+        return refused("a brace"_L1);
+    case NameFault::Slash:
+        return refused("a slash"_L1);
+    case NameFault::None:
+    case NameFault::Unlistable:
+        break;
     }
     return {};
 }
 
 QString unlistableNameProblem(const QString &name, int keyboardLanguage, StringEncoding encoding)
 {
-    const EncodedText encoded = TextCodec::encode(name, keyboardLanguage);
-    if (encoded.replaced == 0 && TextCodec::decodeRaw(encoded.bytes, encoding).text == name)
-        return {};
+    if (nameFault(name, keyboardLanguage, encoding) != NameFault::Unlistable)
+        return fileNameProblem(name);
     return u"The device cannot list the name %1 again: use letters from A to Z and digits."_s.arg(
         visibleText(name));
 }
 
 QString deviceCommandProblem(const QString &text)
 {
-    const auto brace = text.indexOf(u'{');
-    if (brace < 0)
+    const auto line = lineOfFirst(text, u"{");
+    if (!line)
         return {};
-    const auto line = QStringView(text).left(brace).count(u'\n') + 1;
     return u"Line %1 holds an opening brace, which the device may take for a command. "
-           "Nothing was sent. --force sends it all the same."_s.arg(line);
+           "Nothing was sent. --force sends it all the same."_s.arg(*line);
+}
+
+QString lostCharactersSentence(const PlainText &plain)
+{
+    if (plain.lost == 0)
+        return {};
+    const QString characters = plain.lost == 1 ? u"1 character"_s : u"%1 characters"_s.arg(plain.lost);
+    return u"%1 that the device does not have became \"?\" or lost an accent: %2."_s.arg(
+        characters, plain.examples.join(", "_L1));
 }
 
 QString noSuchFileSentence(const QString &name, const QList<CVFileData> &files)
