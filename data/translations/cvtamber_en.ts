@@ -379,6 +379,74 @@
         <source>The Corvane has a file of this name already. Enter another name.</source>
         <translation>The Corvane has a file of this name already. Enter another name.</translation>
     </message>
+    <message id="A file on the Corvane needs a name.">
+        <source>A file on the Corvane needs a name.</source>
+        <translation>A file on the Corvane needs a name.</translation>
+    </message>
+    <message id="The name holds a control character, which the Corvane cannot list.">
+        <source>The name holds a control character, which the Corvane cannot list.</source>
+        <translation>The name holds a control character, which the Corvane cannot list.</translation>
+    </message>
+    <message id="The Corvane would end the name at its first space.">
+        <source>The Corvane would end the name at its first space.</source>
+        <translation>The Corvane would end the name at its first space.</translation>
+    </message>
+    <message id="The Corvane would take { or } in the name for a command.">
+        <source>The Corvane would take { or } in the name for a command.</source>
+        <translation>The Corvane would take { or } in the name for a command.</translation>
+    </message>
+    <message id="The Corvane cannot keep a name with a slash.">
+        <source>The Corvane cannot keep a name with a slash.</source>
+        <translation>The Corvane cannot keep a name with a slash.</translation>
+    </message>
+    <message id="The Corvane cannot list this name again. Letters from A to Z and digits are safe.">
+        <source>The Corvane cannot list this name again. Letters from A to Z and digits are safe.</source>
+        <translation>The Corvane cannot list this name again. Letters from A to Z and digits are safe.</translation>
+    </message>
+    <message id="The Corvane would take the name END for the end of the text.">
+        <source>The Corvane would take the name END for the end of the text.</source>
+        <translation>The Corvane would take the name END for the end of the text.</translation>
+    </message>
+    <message id="Another name is needed">
+        <source>Another name is needed</source>
+        <translation>Another name is needed</translation>
+    </message>
+    <message id="Enter another name.">
+        <source>Enter another name.</source>
+        <translation>Enter another name.</translation>
+    </message>
+    <message id="This text holds { or }">
+        <source>This text holds { or }</source>
+        <translation>This text holds { or }</translation>
+    </message>
+    <message id="The first one is in line %@. The Corvane would take it for a command.">
+        <source>The first one is in line %@. The Corvane would take it for a command.</source>
+        <translation>The first one is in line %@. The Corvane would take it for a command.</translation>
+    </message>
+    <message id="Send with ( and ) instead">
+        <source>Send with ( and ) instead</source>
+        <translation>Send with ( and ) instead</translation>
+    </message>
+    <message id="Characters that the Corvane does not have: %@">
+        <source>Characters that the Corvane does not have: %@</source>
+        <translation>Characters that the Corvane does not have: %@</translation>
+    </message>
+    <message id="They become question marks or lose their accents: %@">
+        <source>They become question marks or lose their accents: %@</source>
+        <translation>They become question marks or lose their accents: %@</translation>
+    </message>
+    <message id="Send anyway">
+        <source>Send anyway</source>
+        <translation>Send anyway</translation>
+    </message>
+    <message id="There is more than one %@ on the Corvane. Delete all but one there.">
+        <source>There is more than one %@ on the Corvane. Delete all but one there.</source>
+        <translation>There is more than one %@ on the Corvane. Delete all but one there.</translation>
+    </message>
+    <message id="The Corvane cannot be asked for %@ by this name. Rename or delete it there.">
+        <source>The Corvane cannot be asked for %@ by this name. Rename or delete it there.</source>
+        <translation>The Corvane cannot be asked for %@ by this name. Rename or delete it there.</translation>
+    </message>
     <message id="4.6">
         <source>Embossing %@</source>
         <translation>Embossing %@</translation>

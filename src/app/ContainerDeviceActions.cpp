@@ -6,6 +6,8 @@
 #include "app/TamberContainerViewController.h"
 #include "base/SystemLog.h"
 #include "device/CVBTDevice.h"
+#include "device/DeviceNames.h"
+#include "device/TextForDevice.h"
 #include "store/StoreContext.h"
 #include "store/StoreDisk.h"
 #include "store/StoreNames.h"
@@ -20,6 +22,42 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int SendCancelButton = 0;
+
+// A question whose first button, Cancel, does nothing.
+AlertView sendQuestion(int tag, const QString &title, const QString &message, const QString &button)
+{
+    AlertView alert;
+    alert.tag = tag;
+    alert.title = title;
+    alert.message = message;
+    alert.buttons = {localized("Cancel"), button};
+    alert.cancelButtonIndex = SendCancelButton;
+    return alert;
+}
+
+// Why the device cannot keep a file of this name; empty when it can.
+QString problemOfName(const QString &name, const CVBTDevice &device)
+{
+    switch (nameFault(name, device.cvKeyboardLanguage(), device.stringEncoding())) {
+    case NameFault::Empty:
+        return localized("A file on the Corvane needs a name.");
+    case NameFault::NotText:
+        return localized("The name holds a control character, which the Corvane cannot list.");
+    case NameFault::Space:
+        return localized("The Corvane would end the name at its first space.");
+    case NameFault::Brace:
+        return localized("The Corvane would take { or } in the name for a command.");
+    case NameFault::Slash:
+        return localized("The Corvane cannot keep a name with a slash.");
+    case NameFault::Unlistable:
+        return localized("The Corvane cannot list this name again. Letters from A to Z and digits are safe.");
+    case NameFault::None:
+        break;
+    }
+    return endsTranslatedStore(name)
+               ? localized("The Corvane would take the name END for the end of the text.")
+               : QString();
+}
 
 } // namespace
 
@@ -116,36 +154,49 @@ void ContainerDeviceActions::startFileTransfer()
     if (!_screen.isStillThere({document, nullptr}))
         return;
     const QString name = document->fileURL().nameWithoutExtension();
-    if (_screen.context().device.fileExists(name))
-        askForNewFileNameToSend(document, name);
-    else
+    if (!asksForOtherName(document, name))
         startSelectedFileTransfer(document);
 }
 
-void ContainerDeviceActions::askForNewFileNameToSend(const std::shared_ptr<TamberDocument> &document,
-                                                     const QString &name)
+bool ContainerDeviceActions::asksForOtherName(const std::shared_ptr<TamberDocument> &document,
+                                              const QString &name)
 {
-    AlertView alert;
-    alert.tag = NameForSendingTag;
-    alert.title = localized("4.4");
-    alert.message = localized("4.5");
-    alert.buttons = {localized("Cancel"), localized("OK")};
-    alert.cancelButtonIndex = SendCancelButton;
-    alert.textField = AlertTextField{name, false, false};
+    const CVBTDevice &device = _screen.context().device;
+    const QString problem = problemOfName(name, device);
+    if (problem.isEmpty()) {
+        const bool isTaken = device.fileExists(name);
+        if (isTaken)
+            askForNewFileNameToSend(document, {}, name);
+        return isTaken;
+    }
+    const QString title = name.isEmpty() ? document->fileURL().nameWithoutExtension() : name;
+    askForNewFileNameToSend(
+        document, problem,
+        suggestedDeviceName(title, device.cvKeyboardLanguage(), device.stringEncoding(),
+                            [&device](const QString &other) { return device.fileExists(other); }));
+    return true;
+}
+
+void ContainerDeviceActions::askForNewFileNameToSend(const std::shared_ptr<TamberDocument> &document,
+                                                     const QString &problem, const QString &proposal)
+{
+    AlertView alert = sendQuestion(NameForSendingTag, localized("4.4"), localized("4.5"), localized("OK"));
+    if (!problem.isEmpty()) {
+        alert.title = localized("Another name is needed");
+        alert.message = problem + u' ' + localized("Enter another name.");
+    }
+    alert.textField = AlertTextField{proposal, false, false};
     alert.didDismiss = [this, document](const AlertView &, int buttonIndex, const QString &text) {
         if (buttonIndex != SendCancelButton)
-            sendUnlessTaken(document, text);
+            sendUnlessRefused(document, text);
     };
     _screen.ask(alert);
 }
 
-void ContainerDeviceActions::sendUnlessTaken(const std::shared_ptr<TamberDocument> &document,
-                                             const QString &name)
+void ContainerDeviceActions::sendUnlessRefused(const std::shared_ptr<TamberDocument> &document,
+                                               const QString &name)
 {
-    // An empty one would be a file that nobody can ask the device for.
-    if (name.isEmpty() || _screen.context().device.fileExists(name))
-        askForNewFileNameToSend(document, name);
-    else
+    if (!asksForOtherName(document, name))
         startSelectedFileTransferWithNewName(document, name);
 }
 
@@ -172,10 +223,51 @@ void ContainerDeviceActions::startSelectedFileTransferWithNewName(
 }
 
 void ContainerDeviceActions::openForTransfer(const std::shared_ptr<TamberDocument> &document,
-                                             const std::function<void(const QString &text)> &opened)
+                                             const TextTaken &taken)
 {
     if (_screen.isStillThere({document, nullptr}))
-        _screen.openText(document, opened);
+        _screen.openText(document, [this, taken](const QString &text) { askAboutBraces(text, taken); });
+}
+
+// What stands in braces the device obeys, wherever the document came from.
+void ContainerDeviceActions::askAboutBraces(const QString &text, const TextTaken &taken)
+{
+    const auto line = lineOfFirst(text, u"{}");
+    if (!line) {
+        askAboutLostCharacters(text, taken);
+        return;
+    }
+    AlertView alert =
+        sendQuestion(BracesTag, localized("This text holds { or }"),
+                     localizedFormat("The first one is in line %@. The Corvane would take it for a command.",
+                                     QString::number(*line)),
+                     localized("Send with ( and ) instead"));
+    alert.didDismiss = [this, text, taken](const AlertView &, int buttonIndex, const QString &) {
+        if (buttonIndex != SendCancelButton)
+            askAboutLostCharacters(withoutBraces(text), taken);
+    };
+    _screen.ask(alert);
+}
+
+void ContainerDeviceActions::askAboutLostCharacters(const QString &text, const TextTaken &taken)
+{
+    const CVBTDevice &device = _screen.context().device;
+    const PlainText plain = plainForDevice(text, device.cvKeyboardLanguage(), device.cvLanguage());
+    if (plain.lost == 0) {
+        taken(plain.text);
+        return;
+    }
+    AlertView alert = sendQuestion(
+        LostCharactersTag,
+        localizedFormat("Characters that the Corvane does not have: %@", QString::number(plain.lost)),
+        localizedFormat("They become question marks or lose their accents: %@",
+                        plain.examples.join(QStringLiteral(", "))),
+        localized("Send anyway"));
+    alert.didDismiss = [taken, text = plain.text](const AlertView &, int buttonIndex, const QString &) {
+        if (buttonIndex != SendCancelButton)
+            taken(text);
+    };
+    _screen.ask(alert);
 }
 
 void ContainerDeviceActions::emboss(const std::shared_ptr<TamberDocument> &document)

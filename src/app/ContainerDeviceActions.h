@@ -47,13 +47,19 @@ private:
     void initiateCVConnection(AfterConnection action);
     void runAfterConnection();
     void startFileTransfer();
-    void askForNewFileNameToSend(const std::shared_ptr<TamberDocument> &document, const QString &name);
-    void sendUnlessTaken(const std::shared_ptr<TamberDocument> &document, const QString &name);
+    // Asks for another name, and is true, where the device has the name already or could not list it again.
+    bool asksForOtherName(const std::shared_ptr<TamberDocument> &document, const QString &name);
+    void askForNewFileNameToSend(const std::shared_ptr<TamberDocument> &document, const QString &problem,
+                                 const QString &proposal);
+    void sendUnlessRefused(const std::shared_ptr<TamberDocument> &document, const QString &name);
     void startSelectedFileTransfer(const std::shared_ptr<TamberDocument> &document);
     void startSelectedFileTransferWithNewName(const std::shared_ptr<TamberDocument> &document,
                                               const QString &name);
-    void openForTransfer(const std::shared_ptr<TamberDocument> &document,
-                         const std::function<void(const QString &text)> &opened);
+    using TextTaken = std::function<void(const QString &text)>;
+    // Hands over what the device may be given of the text, unless the person thinks better of it.
+    void openForTransfer(const std::shared_ptr<TamberDocument> &document, const TextTaken &taken);
+    void askAboutBraces(const QString &text, const TextTaken &taken);
+    void askAboutLostCharacters(const QString &text, const TextTaken &taken);
     void embossSelectedFile();
     void askFoCVFileToDownload();
     void startDownload(const QString &file);

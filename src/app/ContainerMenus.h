@@ -23,6 +23,8 @@ enum ContainerAlertTag : int {
     // 2 asked before a folder's deletion once; nothing asks with it any more.
     NameForSendingTag = 3,
     RenameTag = 4,
+    BracesTag = 5,
+    LostCharactersTag = 6,
 };
 
 template<typename Command> struct MenuEntry

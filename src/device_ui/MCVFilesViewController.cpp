@@ -7,6 +7,7 @@
 #include "base/VisibleText.h"
 #include "device/CVBTDevice.h"
 #include "device/CommandEngine.h"
+#include "device/DeviceNames.h"
 #include "store/StoreContext.h"
 #include "store/StoreDisk.h"
 #include "store/StoreNames.h"
@@ -192,6 +193,8 @@ void MCVFilesViewController::didSelectRow(IndexPath path)
         return;
     }
     const QString fileName = _context.device.getFileName(path.row);
+    if (!isNameGood(fileName))
+        return;
     if (const auto delegate = _delegate.lock())
         delegate->cvFilesViewDidSelectFile(*this, fileName);
 }
@@ -248,8 +251,30 @@ bool MCVFilesViewController::isWithinReach(const QString &fileName) const
     else if (rowOf(fileName) < 0)
         presenter().showNotice(localizedFormat("%@ is not on the Corvane any more.", visibleText(fileName)));
     else
-        return true;
+        return isNameGood(fileName);
     return false;
+}
+
+bool MCVFilesViewController::isNameGood(const QString &fileName) const
+{
+    const QString problem = nameProblem(fileName);
+    if (!problem.isEmpty())
+        presenter().showNotice(problem);
+    return problem.isEmpty();
+}
+
+QString MCVFilesViewController::nameProblem(const QString &fileName) const
+{
+    const CVBTDevice &device = _context.device;
+    const auto files = device.files();
+    const auto isIt = [&fileName](const CVFileData &file) { return file.name() == fileName; };
+    if (std::count_if(files.begin(), files.end(), isIt) > 1)
+        return localizedFormat("There is more than one %@ on the Corvane. Delete all but one there.",
+                               visibleText(fileName));
+    if (nameFault(fileName, device.cvKeyboardLanguage(), device.stringEncoding()) != NameFault::None)
+        return localizedFormat("The Corvane cannot be asked for %@ by this name. Rename or delete it there.",
+                               visibleText(fileName));
+    return {};
 }
 
 void MCVFilesViewController::confirmDelete(const QString &fileName)
@@ -306,6 +331,8 @@ void MCVFilesViewController::dismissIfPresented(const Controller &controller)
 
 void MCVFilesViewController::downloadFile(const QString &fileName, int buttonIndex)
 {
+    if (!isNameGood(fileName))
+        return;
     _downloadedFileName = fileName;
     const auto user = MGlobals::currentActiveUser();
     if (user && buttonIndex == 1) {

@@ -102,6 +102,9 @@ private:
     void keepDownload(const CVTransferViewController &transfer, TamberFilesContainer &place);
     // The first row of that name, -1 for none.
     int rowOf(const QString &fileName) const;
+    // Why the device cannot be asked for the file by its name; empty when it can.
+    QString nameProblem(const QString &fileName) const;
+    bool isNameGood(const QString &fileName) const;
     // Whether the file can be worked on now; else a notice says why not.
     bool isWithinReach(const QString &fileName) const;
 

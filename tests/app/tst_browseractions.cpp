@@ -45,6 +45,7 @@ private slots:
     void mailThatCannotBeSent();
     void sends();
     void asksUntilTheNameIsFree();
+    void asksBeforeTheTextChanges();
     void embosses();
     void embossedEmptyTextIsNoDownload();
     void failedTransferIsClosed();
@@ -170,23 +171,48 @@ void tst_browseractions::asksUntilTheNameIsFree()
     bench.connectDevice({u"letter"_s, u"note"_s});
     bench.putDocument(u"letter"_s, "hello");
     bench.choose(bench.open(), u"letter"_s, u"4.8"_s);
-    for (const QString &text : {u"note"_s, u""_s, u"free"_s}) {
+    QStringList proposed;
+    for (const QString &text : {u"note"_s, u""_s, u"two words"_s, u"end"_s, u"free"_s}) {
         const AlertView *alert = bench.presenter.alert();
         QVERIFY(alert && alert->textField);
         QCOMPARE(alert->tag, 3);
-        QCOMPARE(alert->title, u"4.4"_s);
-        QCOMPARE(alert->message, u"4.5"_s);
-        QCOMPARE(alert->textField->text, text == u"note"_s ? u"letter"_s
-                                         : text.isEmpty()  ? u"note"_s
-                                                           : u""_s);
+        const bool isTaken = text == u"note"_s || text.isEmpty();
+        QCOMPARE(alert->title, isTaken ? u"4.4"_s : u"Another name is needed"_s);
+        QCOMPARE(alert->message == u"4.5"_s, isTaken);
+        proposed.append(alert->textField->text);
         QVERIFY(bench.presenter.answerAlert(u"OK"_s, text));
     }
+    QCOMPARE(proposed.join(u' '), u"letter note letter2 twowords end2"_s);
     bench.settle();
     QVERIFY(!bench.presenter.alert());
     const auto transfer = bench.presenter.frontAs<CVTransferViewController>();
     QVERIFY(transfer);
     QCOMPARE(transfer->remoteOutputFilename(), u"free"_s);
     QCOMPARE(transfer->modalPresentationStyle(), PresentationStyle::FullScreen);
+}
+
+void tst_browseractions::asksBeforeTheTextChanges()
+{
+    for (const QString &entry : {u"4.8"_s, u"Emboss"_s}) {
+        BrowserBench bench;
+        bench.connectDevice();
+        bench.putDocument(u"letter"_s, "a\n{DEL X} \xE2\x80\x9Cq\xE2\x80\x9D \xE4\xB8\xAD}");
+        const auto browser = bench.open();
+        bench.choose(browser, u"letter"_s, entry);
+        QVERIFY(bench.presenter.alert() && !bench.presenter.topModal());
+        QVERIFY(bench.presenter.cancelAlert());
+        bench.choose(browser, u"letter"_s, entry);
+        QVERIFY(bench.presenter.answerAlert(u"Send with ( and ) instead"_s));
+        QVERIFY(bench.presenter.alert() && !bench.presenter.topModal());
+        QVERIFY(bench.presenter.cancelAlert());
+        QVERIFY(!bench.presenter.topModal());
+        bench.choose(browser, u"letter"_s, entry);
+        QVERIFY(bench.presenter.answerAlert(u"Send with ( and ) instead"_s));
+        QVERIFY(bench.presenter.answerAlert(u"Send anyway"_s));
+        const auto transfer = bench.presenter.frontAs<CVTransferViewController>();
+        QVERIFY(transfer);
+        QCOMPARE(transfer->inputText(), u"a\n(DEL X) \"q\" ?)"_s);
+    }
 }
 
 void tst_browseractions::embosses()

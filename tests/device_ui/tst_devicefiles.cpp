@@ -119,9 +119,13 @@ private slots:
                      (QStringList{u"EMPTY"_s, u"0 B"_s, u"doc.png"_s}));
             QCOMPARE(bench.screen->cellForRow({0, 1}).text, u"BELL\\x07"_s);
             bench.screen->rowClicked(0, 1);
+            QVERIFY(isPick || bench.presenter.answerSheet(u"Delete"_s));
+            // The device could not be asked for it by that name.
+            QCOMPARE(bench.presenter.notices().size(), 1);
+            bench.screen->rowClicked(0, 0);
             bench.screen->leftItemClicked(0);
             QCOMPARE(bench.presenter.sheetCount(), isPick ? size_t{0} : size_t{1});
-            QCOMPARE(bench.picked->files, isPick ? (QStringList{u"BELL\a"_s, QString()}) : QStringList());
+            QCOMPARE(bench.picked->files, isPick ? (QStringList{u"EMPTY"_s, QString()}) : QStringList());
             QVERIFY(!isPick || bench.picked->files.constLast().isNull());
         }
     }
@@ -217,8 +221,8 @@ private slots:
     {
         columns<QString, QString, QString>("meanwhile", "left", "notice");
         row("another order", u"NEW C.TXT B.TXT"_s, u"NEW C.TXT"_s, QString());
-        // The device deletes the first one.
-        row("twins", u"B.TXT A B.TXT"_s, u"A B.TXT"_s, QString());
+        row("twins", u"B.TXT A B.TXT"_s, u"B.TXT A B.TXT"_s,
+            u"There is more than one B.TXT on the Corvane. Delete all but one there."_s);
         row("gone", u"NEW"_s, u"NEW"_s, u"B.TXT is not on the Corvane any more."_s);
         row("link lost", QString(), threeFiles, u"The Corvane is not connected."_s);
     }
