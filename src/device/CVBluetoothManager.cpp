@@ -17,6 +17,12 @@ using namespace std::chrono_literals;
 
 // Before connecting to a device and before asking it for its services.
 constexpr auto stepDelay = 500ms;
+// From connecting until announced.
+constexpr auto visitLimit = 5s;
+// Between two brief links to a device that fails.
+constexpr auto visitInterval = 5s;
+// A device that answers is announced in little more than a second.
+constexpr auto answerTime = 2s;
 
 std::shared_ptr<CVBluetoothManager> gDefaultManager;
 
@@ -43,6 +49,7 @@ CVBluetoothManager::CVBluetoothManager(RunLoop &runLoop, SystemLog &log,
     : _runLoop(runLoop)
     , _log(log)
     , _centralManager(std::move(central))
+    , _releaseCheck(runLoop)
 {}
 
 CVBluetoothManager::~CVBluetoothManager() = default;
@@ -68,6 +75,7 @@ void CVBluetoothManager::setDefaultManager(const std::shared_ptr<CVBluetoothMana
 void CVBluetoothManager::startDeviceScan()
 {
     clearDevices();
+    _isScanning = true;
     _centralManager->setDelegate(weak_from_this());
     if (_centralManager->state() != BluetoothCentral::State::PoweredOn) {
         _initScanAfterPowerOn = true;
@@ -78,16 +86,31 @@ void CVBluetoothManager::startDeviceScan()
 
 void CVBluetoothManager::internalStartScan()
 {
-    _centralManager->scanForPeripherals({BluetoothIdentifiers::deviceService()}, true);
+    if (_isScanning)
+        _centralManager->scanForPeripherals({BluetoothIdentifiers::deviceService()}, true);
 }
 
 void CVBluetoothManager::stopDeviceScan()
 {
+    _isScanning = false;
+    _initScanAfterPowerOn = false;
     _centralManager->stopScan();
+    endVisits();
+}
+
+void CVBluetoothManager::endVisits()
+{
+    for (auto &[peripheral, visit] : _peripherals) {
+        if (visit.isReading())
+            _centralManager->cancelPeripheralConnection(peripheral);
+        visit.step.cancel();
+        visit.limit.cancel();
+    }
 }
 
 void CVBluetoothManager::clearDevices()
 {
+    endVisits();
     _peripherals.clear();
     _cvBtPeripherals.clear();
 }
@@ -96,21 +119,18 @@ void CVBluetoothManager::releasePeripherals(const std::function<void()> &release
 {
     _centralManager->setDelegate(weak_from_this());
     _released = released;
-    for (const BluetoothPeripheralPtr &peripheral : std::as_const(_peripherals)) {
+    for (const auto &[peripheral, visit] : _peripherals) {
         if (peripheral->state() != BluetoothPeripheral::State::Disconnected)
             _centralManager->cancelPeripheralConnection(peripheral);
     }
     // Where nothing is linked no disconnect will come to tell it.
-    _runLoop.performAfter(0ms, [manager = weak_from_this()] {
-        if (const auto self = manager.lock())
-            self->tellReleased();
-    });
+    _releaseCheck.start(0ms, [this] { tellReleased(); });
 }
 
 void CVBluetoothManager::tellReleased()
 {
-    const bool linked = std::any_of(_peripherals.cbegin(), _peripherals.cend(), [](const auto &peripheral) {
-        return peripheral->state() != BluetoothPeripheral::State::Disconnected;
+    const bool linked = std::any_of(_peripherals.cbegin(), _peripherals.cend(), [](const auto &seen) {
+        return seen.first->state() != BluetoothPeripheral::State::Disconnected;
     });
     if (linked)
         return;
@@ -121,6 +141,17 @@ void CVBluetoothManager::tellReleased()
 bool CVBluetoothManager::isBluetoothSupported() const
 {
     return _centralManager->state() != BluetoothCentral::State::Unsupported;
+}
+
+bool CVBluetoothManager::hasSilentDevice() const
+{
+    const auto isAnnounced = [this](const BluetoothPeripheralPtr &peripheral) {
+        return std::any_of(_cvBtPeripherals.cbegin(), _cvBtPeripherals.cend(),
+                           [&peripheral](const auto &device) { return device->peripheral() == peripheral; });
+    };
+    return std::any_of(_peripherals.cbegin(), _peripherals.cend(), [&](const auto &seen) {
+        return seen.second.seenAt + answerTime <= _runLoop.now() && !isAnnounced(seen.first);
+    });
 }
 
 void CVBluetoothManager::connectPeripheral(const BluetoothPeripheralPtr &peripheral)
@@ -139,13 +170,30 @@ void CVBluetoothManager::cvBtDeviceSerialRead(const QString &serial)
     _log.debug(serial);
 }
 
-void CVBluetoothManager::performLater(void (CVBluetoothManager::*step)(const BluetoothPeripheralPtr &),
-                                      const BluetoothPeripheralPtr &peripheral)
+void CVBluetoothManager::beginVisit(const BluetoothPeripheralPtr &peripheral)
 {
-    _runLoop.performAfter(stepDelay, [manager = weak_from_this(), step, peripheral] {
-        if (const auto self = manager.lock())
-            (self.get()->*step)(peripheral);
+    _peripherals.at(peripheral).limit.start(visitLimit, [this, peripheral] {
+        _log.error(QStringLiteral("The device was not read in %1 seconds.").arg(visitLimit.count()));
+        visitFailed(peripheral);
     });
+    connectPeripheral(peripheral);
+}
+
+CVBluetoothManager::Visit *CVBluetoothManager::reading(const BluetoothPeripheralPtr &peripheral)
+{
+    const auto seen = _peripherals.find(peripheral);
+    return seen != _peripherals.end() && seen->second.isReading() ? &seen->second : nullptr;
+}
+
+// The next advertisement begins another one.
+void CVBluetoothManager::visitFailed(const BluetoothPeripheralPtr &peripheral)
+{
+    Visit &visit = _peripherals.at(peripheral);
+    visit.step.cancel();
+    visit.limit.cancel();
+    visit.isNew = true;
+    if (peripheral->state() != BluetoothPeripheral::State::Disconnected)
+        _centralManager->cancelPeripheralConnection(peripheral);
 }
 
 void CVBluetoothManager::centralDidUpdateState()
@@ -161,24 +209,36 @@ void CVBluetoothManager::centralDidUpdateState()
 
 void CVBluetoothManager::centralDidDiscoverPeripheral(const BluetoothPeripheralPtr &peripheral)
 {
-    if (_peripherals.contains(peripheral))
+    if (!_isScanning)
         return;
-    _peripherals.append(peripheral);
-    performLater(&CVBluetoothManager::connectPeripheral, peripheral);
+    Visit &visit = _peripherals.try_emplace(peripheral, _runLoop).first->second;
+    if (!visit.isNew || _runLoop.now() < visit.notBefore)
+        return;
+    visit.isNew = false;
+    visit.notBefore = _runLoop.now() + visitInterval;
+    visit.step.start(stepDelay, [this, peripheral] { beginVisit(peripheral); });
 }
 
 void CVBluetoothManager::centralDidConnectPeripheral(const BluetoothPeripheralPtr &peripheral)
 {
     _log.info(QStringLiteral("didConnectPeripheral"));
+    Visit *visit = reading(peripheral);
+    if (!visit) {
+        // A linked device shows up in no scan.
+        _centralManager->cancelPeripheralConnection(peripheral);
+        return;
+    }
     peripheral->setDelegate(weak_from_this());
-    performLater(&CVBluetoothManager::discoverServices, peripheral);
+    visit->step.start(stepDelay, [this, peripheral] { discoverServices(peripheral); });
 }
 
-void CVBluetoothManager::centralDidFailToConnectPeripheral(const BluetoothPeripheralPtr &,
+void CVBluetoothManager::centralDidFailToConnectPeripheral(const BluetoothPeripheralPtr &peripheral,
                                                            const BluetoothResult &error)
 {
     _log.error(QStringLiteral("Connection to peripheral failed."));
     _log.error(shown(error));
+    if (reading(peripheral))
+        visitFailed(peripheral);
     tellReleased();
 }
 
@@ -186,9 +246,13 @@ void CVBluetoothManager::centralDidDisconnectPeripheral(const BluetoothPeriphera
                                                         const BluetoothResult &error)
 {
     _centralManager->cancelPeripheralConnection(peripheral);
+    const auto seen = _peripherals.find(peripheral);
+    if (seen != _peripherals.end() && (error || seen->second.isReading()))
+        visitFailed(peripheral);
     if (error) {
         _log.info(QStringLiteral("didDisconnectPeripheral - error: %1").arg(error->text));
-        _peripherals.removeAll(peripheral);
+        if (seen != _peripherals.end())
+            seen->second.notBefore = _runLoop.now();
         internalStartScan();
     } else {
         _log.info(QStringLiteral("didDisconnectPeripheral - NO ERROR"));
@@ -199,22 +263,30 @@ void CVBluetoothManager::centralDidDisconnectPeripheral(const BluetoothPeriphera
 void CVBluetoothManager::peripheralDidDiscoverServices(const BluetoothPeripheralPtr &peripheral,
                                                        const BluetoothResult &error)
 {
+    if (!reading(peripheral))
+        return;
     if (error) {
         _log.error(QStringLiteral("error: %1").arg(error->text));
+        visitFailed(peripheral);
         return;
     }
-    if (const auto service = findService(*peripheral, BluetoothIdentifiers::deviceService()))
+    if (const auto service = findService(*peripheral, BluetoothIdentifiers::deviceService())) {
         peripheral->discoverCharacteristics({BluetoothIdentifiers::infoCharacteristic()}, service);
-    else
+    } else {
         _log.write(QStringLiteral("CVTamber Error: Corvane Brailler Bluetooth Service not found!"));
+        visitFailed(peripheral);
+    }
 }
 
 void CVBluetoothManager::peripheralDidDiscoverCharacteristics(const BluetoothPeripheralPtr &peripheral,
                                                               const BluetoothServicePtr &service,
                                                               const BluetoothResult &error)
 {
+    if (!reading(peripheral))
+        return;
     if (error) {
         _log.error(QStringLiteral("error: %1").arg(error->text));
+        visitFailed(peripheral);
         return;
     }
     const auto &found = service->characteristics;
@@ -235,8 +307,11 @@ void CVBluetoothManager::peripheralDidUpdateValue(const BluetoothPeripheralPtr &
                                                   const BluetoothCharacteristicPtr &, const QByteArray &value,
                                                   const BluetoothResult &error)
 {
+    if (!reading(peripheral))
+        return;
     if (error) {
         _log.error(QStringLiteral("error: %1").arg(error->text));
+        visitFailed(peripheral);
         return;
     }
     QString serialNumber;
@@ -255,6 +330,7 @@ void CVBluetoothManager::peripheralDidUpdateValue(const BluetoothPeripheralPtr &
 void CVBluetoothManager::announce(const BluetoothPeripheralPtr &peripheral, const QString &serialNumber,
                                   const QString &airName)
 {
+    _peripherals.at(peripheral).limit.cancel();
     _centralManager->cancelPeripheralConnection(peripheral);
     const auto delegate = _delegate.lock();
     if (!delegate)

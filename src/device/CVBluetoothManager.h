@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "base/RunLoop.h"
+#include "base/DelayedCall.h"
 #include "base/SystemLog.h"
 #include "device/BluetoothCentral.h"
 #include "device/CVBTPeripheral.h"
 
 #include <functional>
+#include <map>
 
 namespace cvtamber {
 
@@ -26,11 +27,26 @@ public:
 // Finds devices: scans for the device service, connects briefly to each device, reads its serial number and
 // name, disconnects and announces it.
 //
-// States: idle -> scanning (at once, or when the radio comes on) -> for each new device: connecting (after
-// 0.5 s) -> discovering (after 0.5 s) -> reading -> disconnected and announced. The scan goes on until
-// stopDeviceScan. A link that ends with an error makes the device new again. While the device object
-// connects, it is the central's delegate and the manager hears nothing; startDeviceScan takes the central
-// back. Thread: main thread. Owner: start-up; process-wide through defaultManager. Made with create() only.
+//   step         what happens                                          next step
+//   idle         startDeviceScan                                       scanning, at once or when the radio comes on
+//   scanning     stopDeviceScan                                        idle
+//
+// and for each device while it scans:
+//
+//   new          advertises, 5 s or more after its last brief link     delayed
+//                began
+//   delayed      0.5 s are over                                        connecting
+//   connecting   connected, and 0.5 s are over                         reading
+//                refused                                               new
+//   reading      serial number and name are read, or there are none    announced
+//                an error, or no device service                        new
+//   connecting   5 s since it began to connect                         new
+//   or reading   the link ends with an error                           new, and the 5 s are not waited for
+//                stopDeviceScan                                        none: the link is closed
+//
+// A stopped scan stays stopped, whatever becomes of the radio and of the links. While the device object connects, it
+// is the central's delegate and the manager hears nothing; startDeviceScan takes the central back. Thread: main
+// thread. Owner: start-up; process-wide through defaultManager. Made with create() only.
 class CVBluetoothManager final : public BluetoothCentralDelegate,
                                  public BluetoothPeripheralDelegate,
                                  public std::enable_shared_from_this<CVBluetoothManager>
@@ -46,8 +62,11 @@ public:
     ~CVBluetoothManager() override;
 
     void startDeviceScan();
+    // Begins a scan that was not stopped once more.
     void internalStartScan();
+    // Cancels what is delayed, and closes the brief links; a device that was announced has none.
     void stopDeviceScan();
+    // Forgets every device, and closes the brief links.
     void clearDevices();
     // Lets go of the links that this scan made, a chosen device's included, and says when none is left: from the
     // run loop, once, unless a later call takes its place. Takes the central back. For the end of a program, which
@@ -58,6 +77,8 @@ public:
     void discoverServices(const BluetoothPeripheralPtr &peripheral);
 
     QList<CVBTPeripheralPtr> devices() const { return _cvBtPeripherals; }
+    // A device was seen since the scan began, and has not told who it is for longer than that takes.
+    bool hasSilentDevice() const;
     BluetoothCentral &centralManager() const { return *_centralManager; }
     std::shared_ptr<CVBluetoothManagerDelegate> delegate() const { return _delegate.lock(); }
     void setDelegate(const std::weak_ptr<CVBluetoothManagerDelegate> &delegate) { _delegate = delegate; }
@@ -89,22 +110,44 @@ public:
     {}
 
 private:
+    // What is known of a device that was seen since the scan began.
+    struct Visit
+    {
+        explicit Visit(RunLoop &runLoop)
+            : seenAt(runLoop.now())
+            , step(runLoop)
+            , limit(runLoop)
+        {}
+        bool isReading() const { return limit.isActive(); } // from connecting until announced
+
+        const std::chrono::nanoseconds seenAt;
+        bool isNew = true;
+        std::chrono::nanoseconds notBefore{0};
+        DelayedCall step;
+        DelayedCall limit;
+    };
+
     CVBluetoothManager(RunLoop &runLoop, SystemLog &log, std::unique_ptr<BluetoothCentral> central);
+    void beginVisit(const BluetoothPeripheralPtr &peripheral);
+    // Null unless the peripheral is being read: what answers later is not listened to.
+    Visit *reading(const BluetoothPeripheralPtr &peripheral);
+    void visitFailed(const BluetoothPeripheralPtr &peripheral);
+    void endVisits();
     void tellReleased();
     void announce(const BluetoothPeripheralPtr &peripheral, const QString &serialNumber,
                   const QString &airName);
-    void performLater(void (CVBluetoothManager::*step)(const BluetoothPeripheralPtr &),
-                      const BluetoothPeripheralPtr &peripheral);
 
     RunLoop &_runLoop;
     SystemLog &_log;
     std::unique_ptr<BluetoothCentral> _centralManager;
     std::weak_ptr<CVBluetoothManagerDelegate> _delegate;
-    QList<BluetoothPeripheralPtr> _peripherals;
+    std::map<BluetoothPeripheralPtr, Visit> _peripherals;
     QList<CVBTPeripheralPtr> _cvBtPeripherals;
     BluetoothCentral::State _lastState = BluetoothCentral::State::Unknown;
+    bool _isScanning = false;
     bool _initScanAfterPowerOn = false;
     std::function<void()> _released;
+    DelayedCall _releaseCheck;
 };
 
 } // namespace cvtamber

@@ -231,7 +231,7 @@ void Reconnector::endLooking()
     _timer.cancel();
     _manager->stopDeviceScan();
     _manager->setDelegate(std::exchange(_earlierManagerDelegate, {}));
-    // A link to a device that is being read would stay up beside the one that is made next.
+    // Takes the central back from the scout.
     _manager->releasePeripherals({});
 }
 

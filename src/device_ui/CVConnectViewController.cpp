@@ -173,8 +173,6 @@ void CVConnectViewController::connectToPeripheral(const BluetoothPeripheralPtr &
 {
     if (_step != Step::Connecting || _peripheral != peripheral)
         return;
-    // Links that were lost while they were let go have made the manager scan again.
-    _context.manager.stopDeviceScan();
     _context.device.connectAsCVCommWithPeripheral(peripheral);
 }
 

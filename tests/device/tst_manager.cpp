@@ -93,6 +93,7 @@ private slots:
         rig.central->discover(rig.peripheral);
         rig.loop.advance(10s);
         QCOMPARE(rig.take(), QStringList());
+        QVERIFY(!rig.manager->hasSilentDevice());
     }
 
     void newScanForgetsTheEarlierOne()
@@ -178,7 +179,7 @@ private slots:
         QCOMPARE(rig.manager->devices().size(), 1);
     }
 
-    void managerLogsErrorsAndStops_data()
+    void failedDeviceIsTriedAgain_data()
     {
         columns<int, QString>("step", "line");
         row("services", 0, u"[***ERROR***] error: "_s);
@@ -186,15 +187,22 @@ private slots:
         row("characteristics", 2, u"[***ERROR***] error: "_s);
         row("value", 3, u"[***ERROR***] error: "_s);
         row("connect", 4, u"Connection to peripheral failed."_s);
+        row("silence", 5, u"[***ERROR***] The device was not read in 5 seconds."_s);
     }
 
-    void managerLogsErrorsAndStops()
+    // Not before 5 seconds have passed since it was seen, which is when the rig begins.
+    void failedDeviceIsTriedAgain()
     {
         QFETCH(int, step);
         QFETCH(QString, line);
         ManagerRig rig;
         rig.connect();
-        if (step == 4) {
+        rig.take();
+        if (step == 5) {
+            rig.loop.advance(4499ms);
+            QCOMPARE(rig.take(), QStringList());
+            rig.loop.advance(1ms);
+        } else if (step == 4) {
             rig.central->failedToConnect(rig.peripheral, u"boom"_s);
         } else if (step < 2) {
             rig.peripheral->foundServices({genericAccessService()},
@@ -208,11 +216,63 @@ private slots:
         }
         const auto text = rig.log.lines.join(u'\n');
         QVERIFY2(text.contains(line), qPrintable(text));
-        QCOMPARE(text.contains(u"boom"_s), step != 1);
+        QCOMPARE(text.contains(u"boom"_s), step != 1 && step != 5);
         QCOMPARE(rig.listener->found.size(), 0);
+        QCOMPARE(rig.take().contains(u"cancel A"_s), step != 4);
+        rig.central->disconnected(rig.peripheral);
         rig.take();
+        if (step != 5) {
+            rig.loop.advance(3999ms);
+            rig.central->discover(rig.peripheral);
+            rig.loop.advance(500ms);
+            QCOMPARE(rig.take(), QStringList());
+        }
+        rig.central->discover(rig.peripheral);
+        rig.loop.advance(500ms);
+        QCOMPARE(rig.take(), QStringList{u"connect A"_s});
+        QVERIFY(rig.manager->hasSilentDevice());
+    }
+
+    void stoppedScanStaysStopped_data()
+    {
+        columns<int, QStringList>("steps", "requests");
+        const QStringList closing{u"stopScan"_s, u"cancel A"_s};
+        row("before the radio is on", 0, QStringList{u"stopScan"_s});
+        row("while connecting is delayed", 1, QStringList{u"stopScan"_s});
+        row("while connecting", 2, closing);
+        row("while discovering is delayed", 3, closing);
+        row("while reading", 4, closing);
+    }
+
+    // Nothing that is under way goes on, and nothing begins it again.
+    void stoppedScanStaysStopped()
+    {
+        QFETCH(int, steps);
+        QFETCH(QStringList, requests);
+        ManagerRig rig(steps == 0 ? BluetoothCentral::State::PoweredOff : BluetoothCentral::State::PoweredOn);
+        rig.manager->startDeviceScan();
+        if (steps >= 1)
+            rig.central->discover(rig.peripheral);
+        if (steps >= 2)
+            rig.loop.advance(500ms);
+        if (steps >= 3)
+            rig.central->connected(rig.peripheral);
+        if (steps >= 4) {
+            rig.loop.advance(500ms);
+            rig.peripheral->foundServices({deviceService()});
+            rig.peripheral->foundCharacteristics(deviceService(), {infoCharacteristic()});
+        }
+        rig.take();
+        rig.manager->stopDeviceScan();
+        QCOMPARE(rig.take(), requests);
+        rig.central->setState(BluetoothCentral::State::PoweredOff);
+        rig.central->setState(BluetoothCentral::State::PoweredOn);
+        rig.peripheral->value(infoCharacteristic(), "12345678,Room 4");
+        rig.central->disconnected(rig.peripheral, boom);
+        rig.central->discover(rig.peripheral);
         rig.loop.advance(60s);
-        QCOMPARE(rig.take(), QStringList());
+        QCOMPARE(rig.take(), QStringList{u"cancel A"_s}); // what every lost link is answered with
+        QCOMPARE(rig.listener->found.size(), 0);
     }
 
     void lostDeviceIsFoundAnew()
