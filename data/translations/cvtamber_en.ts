@@ -23,6 +23,10 @@
         <source>Bluetooth is off. Turn it on to find your Corvane.</source>
         <translation>Bluetooth is off. Turn it on to find your Corvane.</translation>
     </message>
+    <message id="A Corvane is near but does not answer. Switch it off and on, and keep it near.">
+        <source>A Corvane is near but does not answer. Switch it off and on, and keep it near.</source>
+        <translation>A Corvane is near but does not answer. Switch it off and on, and keep it near.</translation>
+    </message>
     <message id="Select Corvane Bluetooth device">
         <source>Select Corvane Bluetooth device</source>
         <translation>Select Corvane Bluetooth device</translation>
@@ -1274,6 +1278,14 @@
     <message id="The whiteboard is full. What comes now is not kept.">
         <source>The whiteboard is full. What comes now is not kept.</source>
         <translation>The whiteboard is full. What comes now is not kept.</translation>
+    </message>
+    <message id="This part of the page is fixed. Write after it.">
+        <source>This part of the page is fixed. Write after it.</source>
+        <translation>This part of the page is fixed. Write after it.</translation>
+    </message>
+    <message id="Not sent: the Corvane would take { or } for a command. Write ( and ) instead.">
+        <source>Not sent: the Corvane would take { or } for a command. Write ( and ) instead.</source>
+        <translation>Not sent: the Corvane would take { or } for a command. Write ( and ) instead.</translation>
     </message>
     <message id="Message to the device">
         <source>Message to the device</source>

@@ -20,17 +20,26 @@ using namespace std::chrono_literals;
 constexpr auto snapInterval = 60s;
 constexpr QRectF footerFrame(0, 0, 100, 50);
 
-std::shared_ptr<Chat2ViewController::Conversation> &theConversation()
+// What stays when a chat screen is left.
+struct Talk
 {
-    static std::shared_ptr<Chat2ViewController::Conversation> conversation;
-    return conversation;
+    std::shared_ptr<Chat2ViewController::Conversation> conversation;
+    QString typed;
+    // The field's text at the last change that a person made, on any chat screen.
+    QString previousText;
+    ReceivedLines received;
+    bool hasToldDropped = false;
+};
+
+Talk &theTalk()
+{
+    static Talk talk;
+    return talk;
 }
 
-// The field's text at the last change that a person made, on any chat screen.
-QString &previousText()
+std::shared_ptr<Chat2ViewController::Conversation> &theConversation()
 {
-    static QString text;
-    return text;
+    return theTalk().conversation;
 }
 
 // Control characters are no words, and a zero would end what is spoken.
@@ -61,8 +70,7 @@ const std::shared_ptr<Chat2ViewController::Conversation> &Chat2ViewController::c
 
 void Chat2ViewController::forgetConversation()
 {
-    theConversation().reset();
-    previousText().clear();
+    theTalk() = {};
 }
 
 const std::shared_ptr<ChatFooterView> &Chat2ViewController::chatFooterView()
@@ -125,7 +133,7 @@ bool Chat2ViewController::isChinese() const
     return _context.device.cvLanguage() == DeviceLanguage::Chinese;
 }
 
-bool Chat2ViewController::canSend() const
+bool Chat2ViewController::canSend(const QString &line) const
 {
     // Before the device is in chat mode it would emboss the text.
     if (!_isObserving || !takesActions())
@@ -133,22 +141,30 @@ bool Chat2ViewController::canSend() const
     const bool isConnected = !_liveMode.isAway() && _context.device.isConnectedAsCVComm();
     if (!isConnected)
         presenter().showNotice(localized("The Corvane is not connected."));
-    return isConnected;
+    const bool isObeyed = LiveMode::isObeyed(line);
+    if (isConnected && isObeyed)
+        _liveMode.tellObeyed();
+    return isConnected && !isObeyed;
+}
+
+const QString &Chat2ViewController::chatText()
+{
+    return theTalk().typed;
 }
 
 void Chat2ViewController::clearField()
 {
-    _chatText.clear();
+    theTalk().typed.clear();
     emit chatTextChanged();
 }
 
 void Chat2ViewController::okButtonClicked()
 {
-    if (!canSend())
-        return;
-    const QString text = _chatText;
+    const QString text = theTalk().typed;
     const QString pinyin = isChinese() ? pinyinForText(text) : QString();
     const QString sent = isChinese() ? toneSymbolsForPinyin(pinyin) : text;
+    if (!canSend(sent))
+        return;
     _liveMode.sendString(sent + ReceivedLines::LineEnd);
     clearField();
     addBubble(text, NSBubbleType::Mine);
@@ -166,7 +182,7 @@ bool Chat2ViewController::textFieldShouldReturn()
 
 void Chat2ViewController::chatTextTyped(const QString &text)
 {
-    _chatText = text;
+    theTalk().typed = text;
     emit chatTextChanged();
     if (_isObserving)
         textChanged();
@@ -175,9 +191,9 @@ void Chat2ViewController::chatTextTyped(const QString &text)
 void Chat2ViewController::textChanged()
 {
     _context.log.info(QStringLiteral("textChanged"));
-    const QString text = _chatText;
-    const QString previous = std::exchange(previousText(), text);
-    if (text.size() <= previous.size() || !text.endsWith(QLatin1Char('\n')) || !canSend())
+    const QString text = theTalk().typed;
+    const QString previous = std::exchange(theTalk().previousText, text);
+    if (text.size() <= previous.size() || !text.endsWith(QLatin1Char('\n')) || !canSend(text))
         return;
     const QString line = text.chopped(1) + ReceivedLines::LineEnd;
     _liveMode.sendString(line);
@@ -192,12 +208,13 @@ void Chat2ViewController::CV_newDataReceived(const QString &text)
     _context.log.info(QStringLiteral("-(void)CV_newDataReceived:(NSString *)string"));
     if (text.isNull())
         return;
-    if (_inputText.isEmpty())
-        _hasToldDropped = false;
-    if (!_inputText.append(text))
+    Talk &talk = theTalk();
+    if (talk.received.isEmpty())
+        talk.hasToldDropped = false;
+    if (!talk.received.append(text))
         tellDropped();
     // One line a delivery, deliberately: what else is complete waits for the next one.
-    const auto received = _inputText.takeLine();
+    const auto received = talk.received.takeLine();
     if (!received)
         return;
     const QString line = isChinese() ? marksForToneSymbols(*received) : *received;
@@ -210,7 +227,7 @@ void Chat2ViewController::CV_newDataReceived(const QString &text)
 // Once until all that was kept has been shown.
 void Chat2ViewController::tellDropped()
 {
-    if (std::exchange(_hasToldDropped, true))
+    if (std::exchange(theTalk().hasToldDropped, true))
         return;
     _context.log.error(QStringLiteral("The device sends more text than is shown; the rest is dropped"));
     presenter().showNotice(localized("The device sends too much text at once. Some of it is lost."));

@@ -27,9 +27,10 @@ struct ChatFooterView
 
 // Lines of text between the person at this screen and the person at the device, as a conversation of bubbles.
 //
-// While the screen is seen the device is in chat mode (LiveMode). A line that is typed while the device is away stays in
-// the field. With a Chinese device what is typed goes out as pinyin with tone symbols, with a second bubble that shows
-// its reading, and what comes gets its tone marks. The conversation is one for the run of the program.
+// While the screen is seen the device is in chat mode (LiveMode). A line that is typed while the device is away, or that
+// it would take for a command, stays in the field. With a Chinese device what is typed goes out as pinyin with tone symbols, with a second bubble that shows
+// its reading, and what comes gets its tone marks. The conversation is one for the run of the program, and so are the line in the field and
+// the half of a line that has come.
 // The device keeps the screen as its data delegate when it has been left, so lines that come late are kept too.
 // Thread: main thread. Owner: shared, see ViewController.
 class Chat2ViewController final : public cvtamber::ViewController,
@@ -61,7 +62,7 @@ public:
     ChatLineTable &chatTableView() { return _chatTableView; }
     const std::shared_ptr<ChatFooterView> &chatFooterView();
     double keyboardInset() const { return _keyboardInset; }
-    const QString &chatText() const { return _chatText; }
+    static const QString &chatText();
     QString statusText() const;
 
     // What a person does, through the view. Until the screen has appeared text stays in the field.
@@ -96,8 +97,8 @@ private:
     void linkChanged();
     void setKeyboardInset(double inset);
     bool isChinese() const;
-    // Whether what is sent now reaches the device; tells it where it does not.
-    bool canSend() const;
+    // Whether the line reaches the device as text, when it is sent now; tells it where it does not.
+    bool canSend(const QString &line) const;
     void textChanged();
     void clearField();
     void addBubble(const QString &text, NSBubbleType type);
@@ -110,13 +111,10 @@ private:
     std::unique_ptr<UIBubbleTableView> _chatBubbleTableView;
     ChatLineTable _chatTableView;
     std::shared_ptr<ChatFooterView> _chatFooterView;
-    ReceivedLines _inputText;
-    QString _chatText;
     double _keyboardInset = 0;
     std::optional<IndexPath> _lastVisibleRow;
     // Between viewDidAppear and viewDidDisappear.
     bool _isObserving = false;
-    bool _hasToldDropped = false;
 };
 
 } // namespace cvtamber

@@ -10,6 +10,7 @@
 #include <QScopedValueRollback>
 
 #include <algorithm>
+#include <utility>
 
 namespace cvtamber {
 
@@ -158,6 +159,21 @@ void ChatViewController::newTextReady(const QString &text)
 {
     _context.log.info(SystemLog::masked(text));
     _mode.sendString(text);
+}
+
+bool ChatViewController::maySend(const QString &text)
+{
+    const bool isObeyed = LiveMode::isObeyed(text);
+    if (isObeyed && !std::exchange(_hasToldObeyed, true))
+        _mode.tellObeyed();
+    if (!isObeyed)
+        _hasToldObeyed = false;
+    return !isObeyed;
+}
+
+void ChatViewController::textIsFixed()
+{
+    presenter().showNotice(localized("This part of the page is fixed. Write after it."));
 }
 
 void ChatViewController::pageIsFull()

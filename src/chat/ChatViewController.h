@@ -18,8 +18,9 @@ struct AppContext;
 //
 // While the screen is seen the device is in whiteboard mode and the screen its data delegate. Before, afterwards and
 // without a link, when the device would emboss the words or not get them, the page holds back what is typed: it stays
-// unsent and editable, and goes with the first space or line end after the mode is on. The device's text is told to
-// screen readers by lines, by words where a line takes long, and the rest of it after a pause.
+// unsent and editable, and goes with the first space or line end after the mode is on. What the device would take for a
+// command is held back until it has been changed. The device's text is told to screen readers by lines, by words where a
+// line takes long, and the rest of it after a pause.
 // Thread: main thread. Owner: the navigation that it is pushed on. The page lives on without it.
 class ChatViewController final : public cvtamber::ViewController,
                                  public CVDataDelegate,
@@ -60,6 +61,8 @@ public:
 
     void CV_newDataReceived(const QString &text) override;
     void newTextReady(const QString &text) override;
+    bool maySend(const QString &text) override;
+    void textIsFixed() override;
     void pageIsFull() override;
 
 signals:
@@ -86,6 +89,8 @@ private:
     LiveMode _mode;
     bool _isRegisteredForKeyboard = false;
     double _pageHeight = 0;
+    // Until something has been sent.
+    bool _hasToldObeyed = false;
     // Device text that no screen reader has been given yet.
     QString _unspoken;
     DelayedCall _rest;

@@ -73,6 +73,12 @@ void LiveMode::sendString(const QString &text)
             localized("Characters that the Corvane does not have are sent as \"?\"."));
 }
 
+void LiveMode::tellObeyed() const
+{
+    _context.presenter.showNotice(
+        localized("Not sent: the Corvane would take { or } for a command. Write ( and ) instead."));
+}
+
 void LiveMode::linkLost(const QString &)
 {
     goAway();

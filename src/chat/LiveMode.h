@@ -43,6 +43,10 @@ public:
     bool isAway() const { return _step == Step::Away; }
     // The device object's, with an eye on what becomes of it.
     void sendString(const QString &text);
+    // The device obeys what stands between braces, in these modes too.
+    static bool isObeyed(QStringView text) { return text.contains(u'{') || text.contains(u'}'); }
+    // That such a text is not sent, and what to write instead.
+    void tellObeyed() const;
 
 private:
     enum class Step { Out, In, Away };

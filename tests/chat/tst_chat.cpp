@@ -114,6 +114,30 @@ private slots:
         QVERIFY(bench.presenter.announcements().isEmpty());
     }
 
+    // What the device would obey as a command stays in the field, and why is told each time.
+    void braces_data()
+    {
+        columns<int, QString>("language", "typed");
+        row("command", 2, u"{{DIR}}"_s);
+        row("closing", 2, u"a}"_s);
+        row("full width", 15, u"\uff5bDIR"_s);
+        row("line end", 2, u"{a\n"_s);
+    }
+    void braces()
+    {
+        QFETCH(int, language);
+        QFETCH(QString, typed);
+        ChatBench bench(language);
+        bench.presenter.clearTexts();
+        bench.send(typed);
+        bench.send(typed);
+        QCOMPARE(bench.heard, QByteArray());
+        QCOMPARE(bench.chat->chatText(), typed);
+        QVERIFY(bench.bubbles().isEmpty());
+        QVERIFY(bench.presenter.notices().size() >= 2 &&
+                bench.presenter.notices().constLast().contains(u"{ or }"_s));
+    }
+
     void receives_data()
     {
         columns<int, QStringList, QStringList>("language", "deliveries", "bubbles");
@@ -160,21 +184,25 @@ private slots:
         QVERIFY(bench.chat->chatTableView().isHidden());
         QVERIFY(bench.chat->chatBubbleTableView().snapInterval() == 60s);
         bench.send(u"one"_s);
+        bench.chat->chatTextTyped(u"half typed"_s);
+        bench.simulated().type("tw");
+        bench.advance(1s);
         bench.leave();
         QCOMPARE(bench.navigation->depth(), 1);
         QCOMPARE(bench.chatCommands(), 2);
         QVERIFY(!bench.isChatting());
         // What comes late is kept, and nobody is told of a screen that he does not see.
         bench.presenter.clearTexts();
-        bench.simulated().type("two\r\n");
+        bench.simulated().type("o\r\nth");
         bench.advance(1s);
         QVERIFY(bench.presenter.announcements().isEmpty());
         bench.scrolledTo = -1;
         bench.open();
         QCOMPARE(bench.bubbles(), (QStringList{u"one"_s, u"two"_s}));
         QCOMPARE(bench.chat->chatBubbleTableView().numberOfRows(0), 3);
+        QCOMPARE(bench.chat->chatText(), u"half typed"_s);
         QCOMPARE(bench.chatCommands(), 3);
-        bench.simulated().type("three\r\n");
+        bench.simulated().type("ree\r\n");
         bench.advance(1s);
         QCOMPARE(bench.presenter.announcements(), QStringList{u"Device: three"_s});
         QCOMPARE(bench.rig.log.count(u"[info] Chat clicked"_s), 2);

@@ -89,6 +89,34 @@ private slots:
         QVERIFY(bench.presenter.announcements().isEmpty());
     }
 
+    // The device would obey it: it stays unsent until the brace has gone, which is told once.
+    void braces()
+    {
+        BoardBench bench;
+        QCOMPARE(bench.type(u"{{DIR}} a b "_s), "");
+        QVERIFY(bench.isNoticed(u"{ or }"_s) && bench.page().fixedTextEnd() == 0);
+        bench.page().setSelectedRange({0, 7});
+        QCOMPARE(bench.type(u"x"_s), "");
+        bench.page().setSelectedRange({99, 0});
+        QCOMPARE(bench.type(u"c "_s), "x a b c ");
+        bench.type(u"} "_s);
+        QCOMPARE(bench.presenter.notices().size(), 2);
+    }
+
+    void fixedTextIsTold()
+    {
+        BoardBench bench;
+        bench.type(u"ab c"_s);
+        for (const int caret : {1, 0}) {
+            bench.page().setSelectedRange({caret, 0});
+            bench.type(u"xy "_s);
+            bench.page().deleteForward();
+            QVERIFY(bench.isNoticed(u"fixed"_s));
+            bench.presenter.clearTexts();
+        }
+        QCOMPARE(bench.page().text(), u"ab c"_s);
+    }
+
     void onePage()
     {
         BoardBench bench;

@@ -46,6 +46,7 @@ void UIMyTextView::setSelectedRange(Range range)
     if (range == _selection)
         return;
     _selection = range;
+    _hasToldFixed = false;
     emit selectedRangeChanged();
 }
 
@@ -71,8 +72,12 @@ void UIMyTextView::change(qsizetype position, qsizetype removed, const QString &
 // Whether anything came of it.
 bool UIMyTextView::replaceSelection(const QString &text, bool isTyped)
 {
-    if (text.isEmpty() || _selection.start < _fixedTextEnd)
+    if (text.isEmpty())
         return false;
+    if (_selection.start < _fixedTextEnd) {
+        tellFixed();
+        return false;
+    }
     const Range range = _selection;
     Edit edit;
     edit.position = range.start - _fixedTextEnd;
@@ -113,11 +118,19 @@ void UIMyTextView::sendUpTo(qsizetype end)
 {
     QString words = _text.mid(_fixedTextEnd, end - _fixedTextEnd);
     words.replace("\n"_L1, "\r\n"_L1);
+    if (_delegate && !_delegate->maySend(words))
+        return;
     const qsizetype before = std::exchange(_fixedTextEnd, end);
     forgetEdits();
     emit textFixed(before);
     if (_delegate)
         _delegate->newTextReady(words);
+}
+
+void UIMyTextView::tellFixed()
+{
+    if (!std::exchange(_hasToldFixed, true) && _delegate)
+        _delegate->textIsFixed();
 }
 
 // Deleting
@@ -140,6 +153,8 @@ void UIMyTextView::deleteForward()
         deleteRange(_selection);
     else if (start >= _fixedTextEnd && start < _text.size())
         deleteRange({start, isPairAt(_text, start) ? 2 : 1});
+    else if (start < _fixedTextEnd)
+        tellFixed();
 }
 
 // What of it is unsent.
@@ -147,8 +162,11 @@ void UIMyTextView::deleteRange(Range range)
 {
     const qsizetype start = std::max(range.start, _fixedTextEnd);
     const qsizetype length = range.end() - start;
-    if (length <= 0)
+    if (length <= 0) {
+        if (_fixedTextEnd > 0)
+            tellFixed();
         return;
+    }
     Edit edit;
     edit.position = start - _fixedTextEnd;
     edit.removed = _text.mid(start, length);
@@ -176,6 +194,7 @@ void UIMyTextView::apply(const Edit &edit)
 {
     const qsizetype position = _fixedTextEnd + edit.position;
     _selection = {position + edit.inserted.size(), 0};
+    _hasToldFixed = false;
     change(position, edit.removed.size(), edit.inserted);
 }
 

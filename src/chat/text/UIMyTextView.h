@@ -19,6 +19,11 @@ public:
 
     // To be sent as it is: line ends are "\r\n". Each character of the page that a person wrote comes once, in order.
     virtual void newTextReady(const QString &text) = 0;
+    // Asked before the words become fixed; words that may not be sent stay unsent, and are asked for again with the
+    // next space or line end.
+    virtual bool maySend(const QString &) { return true; }
+    // A person would change fixed text. Once until the selection has been elsewhere.
+    virtual void textIsFixed() {}
     // The page is full and what was to be added has been dropped, wholly or its end. Once in the life of a page.
     virtual void pageIsFull() {}
 };
@@ -115,6 +120,7 @@ private:
     void apply(const Edit &edit);
     QString fitting(const QString &text, qsizetype room);
     void sendUpTo(qsizetype end);
+    void tellFixed();
 
     UIMyTextViewDelegate *_delegate = nullptr;
     QString _text;
@@ -122,6 +128,7 @@ private:
     Range _selection;
     bool _holdsBack = false;
     bool _hasToldFull = false;
+    bool _hasToldFixed = false;
     std::deque<Edit> _done;
     std::deque<Edit> _undone;
     qsizetype _rememberedUnits = 0;
