@@ -114,7 +114,10 @@ void DeviceFinder::timeOver()
     }
     const QString what = _name.isNull() ? u"No device"_s : u"No device %1"_s.arg(visibleText(_name));
     QString sentence = u"%1 was found in %2 seconds."_s.arg(what, QString::number(_limit.count()));
-    if (_devices.isEmpty())
+    if (_manager->hasSilentDevice())
+        sentence += u" A device was seen but did not answer: is it connected to something else?"_s
+                    " Switching it off and on may help."_s;
+    else if (_devices.isEmpty())
         sentence += u" Is it switched on, near, and not connected to something else?"_s;
     finish({nullptr, ExitStatus::NoDevice, sentence});
 }
@@ -135,8 +138,6 @@ void DeviceFinder::stop()
     _radioCheck.cancel();
     _manager->setDelegate({});
     _manager->stopDeviceScan();
-    // A link to a device that nobody chose would stay up beside the one that is made next.
-    _manager->releasePeripherals({});
 }
 
 QString DeviceFinder::shownName(const CVBTPeripheral &device)

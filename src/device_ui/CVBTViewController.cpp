@@ -10,6 +10,10 @@ namespace cvtamber {
 
 namespace {
 
+using namespace std::chrono_literals;
+
+// Several brief connections, of which one or two may fail by chance.
+constexpr auto silenceTime = 25s;
 // No address is 1, so the wait row is never taken for a device's.
 constexpr quintptr waitRowIdentity = 1;
 
@@ -23,6 +27,7 @@ QString shownName(const CVBTPeripheral &device)
 CVBTViewController::CVBTViewController(AppContext &context)
     : TableViewController(context.presenter)
     , _context(context)
+    , _silence(context.runLoop)
 {}
 
 CVBTViewController::~CVBTViewController() = default;
@@ -106,12 +111,14 @@ void CVBTViewController::viewDidAppear()
     _context.manager.setDelegate(std::static_pointer_cast<CVBTViewController>(shared_from_this()));
     _context.manager.startDeviceScan();
     _isScanning = true;
+    _silence.start(silenceTime, [this] { tellSilentDevice(); });
     reloadData();
     tellRadioProblem();
 }
 
 void CVBTViewController::viewDidDisappear()
 {
+    _silence.cancel();
     if (_isScanning && !_isAnswered)
         _context.manager.stopDeviceScan();
 }
@@ -145,6 +152,17 @@ void CVBTViewController::tellRadioProblem()
         presenter().announce(problem);
 }
 
+void CVBTViewController::tellSilentDevice()
+{
+    if (!_context.manager.devices().isEmpty())
+        return;
+    if (_context.manager.hasSilentDevice() && radioProblem().isEmpty())
+        presenter().showNotice(
+            localized("A Corvane is near but does not answer. Switch it off and on, and keep it near."));
+    else
+        _silence.start(silenceTime, [this] { tellSilentDevice(); });
+}
+
 void CVBTViewController::didSelectRow(IndexPath path)
 {
     const auto device = _context.manager.devices().value(path.row);
@@ -166,14 +184,13 @@ void CVBTViewController::cancelButtonClicked()
     if (_isAnswered)
         return;
     _context.manager.stopDeviceScan();
-    // A device that is being read would stay linked, and a linked device shows up in no scan.
-    _context.manager.releasePeripherals({});
     answer(nullptr);
 }
 
 void CVBTViewController::answer(const CVBTPeripheralPtr &device)
 {
     _isAnswered = true;
+    _silence.cancel();
     if (const auto delegate = _delegate.lock())
         delegate->didSelectBTDevice(device);
 }

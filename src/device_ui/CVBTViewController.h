@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/DelayedCall.h"
 #include "device/CVBluetoothManager.h"
 #include "ui/TableViewController.h"
 
@@ -22,7 +23,8 @@ public:
 };
 
 // The devices that a scan finds, for a person to choose one: a row for each, in the order found, and a last row that
-// says that the search goes on, or what keeps Bluetooth from searching.
+// says that the search goes on, or what keeps Bluetooth from searching. A device that is seen but does not answer gets
+// no row: when 25 seconds bring no other a notice says so, once.
 //
 // The scan runs from viewDidAppear until the person has chosen or cancelled, or the picker is gone; a radio that comes
 // back is made to scan again. Thread: main thread. Owner: whoever presents it, which is the delegate (weak) and dismisses it.
@@ -58,6 +60,7 @@ private:
     // What keeps the radio from searching and what a person can do about it; empty when nothing does.
     QString radioProblem() const;
     void tellRadioProblem();
+    void tellSilentDevice();
     void cancelButtonClicked();
     void answer(const CVBTPeripheralPtr &device);
 
@@ -65,6 +68,7 @@ private:
     std::weak_ptr<CVBTViewDelegate> _delegate;
     bool _isScanning = false;
     bool _isAnswered = false;
+    DelayedCall _silence;
 };
 
 } // namespace cvtamber

@@ -70,6 +70,7 @@ private slots:
         row("radio switched off meanwhile", R"({"radio": {"offAfter": 500}})", u"scan"_s, 3);
         row("nobody there", nobody, u"ls"_s, 4, u"10 seconds"_s);
         row("scan finds nobody", nobody, u"scan --timeout 2"_s, 4, u"2 seconds"_s);
+        row("nobody answers", faulty(R"({"fault": "connectFails"})"), u"ls"_s, 4, u"did not answer"_s);
         row("several", TwoDevices, u"ls"_s, 4, u"10000001 Desk"_s);
         row("another one", TwoDevices, u"--device 1000000 ls"_s, 4, u"No device 1000000 "_s);
         row("answers nothing", faulty(R"({"fault": "noAnswer"})"), u"ls"_s, 5, u"answer"_s);

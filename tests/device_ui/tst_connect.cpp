@@ -181,6 +181,45 @@ private slots:
         }
     }
 
+    // It gets no row, but is told of, and it is found as soon as it answers.
+    void silentDevice()
+    {
+        DeviceProfile profile;
+        profile.faults = {fault(Kind::ConnectFails)};
+        ConnectBench bench(true, {profile});
+        bench.open();
+        const QString notice =
+            u"A Corvane is near but does not answer. Switch it off and on, and keep it near."_s;
+        bench.advance(23s);
+        QCOMPARE(bench.presenter.notices(), QStringList());
+        bench.advance(60s);
+        QCOMPARE(bench.presenter.notices(), QStringList{notice});
+        QCOMPARE(bench.picker()->numberOfRows(0), 1);
+        bench.simulated().faults() = FaultScript();
+        QVERIFY(bench.waitForDevice());
+    }
+
+    // A device that is being read, or is about to be, when another one is chosen.
+    void neighbourIsLeftAlone()
+    {
+        for (const auto time : {0ms, 300ms, 700ms, 1500ms, 4500ms, 5500ms}) {
+            QList<DeviceProfile> profiles(2);
+            profiles[1].faults = {fault(Kind::ServicesNever)};
+            ConnectBench bench(true, profiles);
+            bench.open();
+            QVERIFY(bench.waitForDevice());
+            bench.advance(time);
+            QVERIFY(bench.choose());
+            bench.advance(100ms);
+            const int connects = bench.simulated(1).counters().connects;
+            QVERIFY(!bench.simulated(1).isLinked());
+            QCOMPARE(bench.waitForResult(), Result::Connected);
+            bench.advance(60s);
+            QVERIFY(bench.isConnected());
+            QCOMPARE(bench.simulated(1).counters().connects, connects);
+        }
+    }
+
     void rowsKeepTheirOrder()
     {
         QList<DeviceProfile> profiles(3);
