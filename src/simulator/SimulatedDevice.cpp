@@ -50,14 +50,18 @@ SimulatedDevice::~SimulatedDevice()
 
 void SimulatedDevice::startAbsences(const QByteArray &command)
 {
+    const auto isDue = [&](const Absence &absence) {
+        const QByteArray &awaited = absence.command;
+        return awaited == command || (!awaited.isEmpty() && command.startsWith(QByteArray(awaited + ' ')));
+    };
     for (const Absence &absence : std::as_const(_profile.absences)) {
-        if (absence.command != command)
+        if (!isDue(absence))
             continue;
         _script.perform(absence.after, [this] { leave(); });
         if (absence.duration >= 0ms)
             _script.perform(absence.after + absence.duration, [this] { comeBack(); });
     }
-    _profile.absences.removeIf([&](const Absence &absence) { return absence.command == command; });
+    _profile.absences.removeIf(isDue);
 }
 
 void SimulatedDevice::restoreState()
