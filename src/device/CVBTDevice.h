@@ -116,7 +116,7 @@ public:
     void sendWaitCommand(int number, const QString &parameters);
     void sendFinalWaitCommand(const QString &command);
     // True when the bytes were only queued behind others. `replaced` receives the number of characters that
-    // the device's code page lacks and that went out as "?".
+    // the device's code page lacks and that went out as "?" or without their marks.
     bool sendString(const QString &text, qsizetype *replaced = nullptr);
     bool sendStringForLanguage(const QString &text, int language, qsizetype *replaced = nullptr);
     bool sendData(const QByteArray &data);

@@ -68,8 +68,8 @@ public:
     // The send queue is empty. Writes may still be unconfirmed: the file is safe on the device when
     // LinkObserver::linkWritesConfirmed comes.
     virtual void cvFileUploaded() = 0;
-    // Characters that the device's code page lacks, each sent as "?". Before any progress; not called for
-    // none.
+    // Characters that the device's code page lacks, each sent as "?" or as a letter without its mark. Before any
+    // progress; not called for none.
     virtual void cvUploadReplacedCharacters(qsizetype /*count*/) {}
     // The link ended before the last write was confirmed, be it before or after cvFileUploaded: the file on the
     // device may be incomplete.
