@@ -64,7 +64,7 @@ struct Conversation final : UIBubbleTableViewDataSource
     void say()
     {
         add();
-        table.reloadData();
+        table.takeNewBubbles();
         const int section = table.numberOfSections() - 1;
         table.scrollToRow({section, table.numberOfRows(section) - 1},
                           UIBubbleTableView::ScrollPosition::Bottom, true);

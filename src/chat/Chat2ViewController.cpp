@@ -242,7 +242,7 @@ void Chat2ViewController::addBubble(const QString &text, NSBubbleType type)
 
 void Chat2ViewController::showConversation()
 {
-    _chatBubbleTableView->reloadData();
+    _chatBubbleTableView->takeNewBubbles();
     scrollToLast();
 }
 

@@ -169,6 +169,8 @@ void tst_bubbles::anyGrowthEndsAsMadeAtOnce()
             for (auto more = random.bounded(run % 10 == 0 ? 150 : 6); more > 0; --more)
                 grown->bubbles.push_back(
                     bubbleAt(random.bounded(span), QString::number(grown->bubbles.size())));
+            if (run % 2 == 0)
+                grown->table.takeNewBubbles();
             grown->table.setTypingBubble(static_cast<NSBubbleTypingType>(random.bounded(3)));
             grown->table.reloadData();
             const auto atOnce = BubbleBench::create();

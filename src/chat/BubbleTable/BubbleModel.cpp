@@ -271,6 +271,14 @@ void BubbleModel::reload(int count, const std::function<NSBubblePtr(int)> &bubbl
         replace(std::move(more));
 }
 
+void BubbleModel::append(int count, const std::function<NSBubblePtr(int)> &bubbleAt)
+{
+    std::vector<NSBubblePtr> more;
+    for (int number = static_cast<int>(_bubbles.size()); number < count; ++number)
+        more.push_back(bubbleAt(number));
+    grow(std::move(more));
+}
+
 void BubbleModel::grow(std::vector<NSBubblePtr> more)
 {
     if (more.empty())

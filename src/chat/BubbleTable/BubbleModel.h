@@ -52,6 +52,8 @@ public:
     // Asks for all `count` bubbles, and groups those beyond the ones that are already known.
     void reload(int count, const std::function<NSBubblePtr(int)> &bubbleAt,
                 std::chrono::milliseconds snapInterval);
+    // Asks for those beyond the known ones alone.
+    void append(int count, const std::function<NSBubblePtr(int)> &bubbleAt);
     void setTyping(NSBubbleTypingType typing);
     void setShowAvatars(bool shows);
     void setMeasurer(const std::shared_ptr<const TextMeasurer> &measurer);

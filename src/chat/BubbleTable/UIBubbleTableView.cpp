@@ -34,6 +34,19 @@ std::vector<std::vector<NSBubblePtr>> UIBubbleTableView::bubbleSection() const
 
 void UIBubbleTableView::reloadData()
 {
+    _model->setShowAvatars(_showAvatars);
+    _model->setTyping(_typingBubble);
+    take(false);
+}
+
+void UIBubbleTableView::takeNewBubbles()
+{
+    // The first ones are grouped as the properties say.
+    take(messageCount() > 0);
+}
+
+void UIBubbleTableView::take(bool onlyNew)
+{
     const auto source = _source.lock();
     const auto count = source ? std::max(0, source->rowsForBubbleTable(*this)) : 0;
     const auto bubbleAt = [&](int row) {
@@ -42,10 +55,11 @@ void UIBubbleTableView::reloadData()
             qFatal("[object isKindOfClass:[NSBubbleData class]]");
         return bubble;
     };
-    _model->setShowAvatars(_showAvatars);
-    _model->setTyping(_typingBubble);
     const auto known = messageCount();
-    _model->reload(count, bubbleAt, _snapInterval);
+    if (onlyNew)
+        _model->append(count, bubbleAt);
+    else
+        _model->reload(count, bubbleAt, _snapInterval);
     if (messageCount() != known)
         emit messageCountChanged();
 }

@@ -57,6 +57,9 @@ public:
 
     // Stops the application when the data source hands over no bubble.
     void reloadData();
+    // The conversation has only grown: what reloadData does, at the cost of the new bubbles alone. The properties are
+    // those of the last reloadData.
+    void takeNewBubbles();
     // As the last reloadData made them.
     int numberOfSections() const;
     int numberOfRows(int section) const;
@@ -95,6 +98,7 @@ signals:
     void scrollRequested(int index, bool atBottom, bool animated);
 
 private:
+    void take(bool onlyNew);
     // In the model; -1 outside.
     int indexOf(IndexPath path) const;
 
