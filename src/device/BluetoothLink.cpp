@@ -66,6 +66,7 @@ void BluetoothLink::connectToFoundPeripheral(const BluetoothPeripheralPtr &perip
                                              BluetoothCentral &central)
 {
     forgetLink();
+    _deviceToConnectTo.reset();
     _connectedPeripheral = peripheral;
     _central = &central;
     _connectTryCount = 0;
@@ -79,6 +80,9 @@ void BluetoothLink::disconnectPeripheral()
     if (!_connectedPeripheral)
         return;
     _context.log.debug(QStringLiteral("cancelPeripheralConnection:%1 - 2").arg(shown(_deviceToConnectTo)));
+    // The steps that are under way end here, and their time-outs with them.
+    stopBluetoothTimer();
+    _connectPCCall.cancel();
     _cancelAsked = true;
     cancelConnection(_connectedPeripheral);
 }
@@ -92,6 +96,13 @@ void BluetoothLink::cancelConnection(const BluetoothPeripheralPtr &peripheral)
 bool BluetoothLink::isConnected() const
 {
     return _connectedPeripheral && _connectedPeripheral->state() == BluetoothPeripheral::State::Connected;
+}
+
+bool BluetoothLink::canWrite() const
+{
+    // Whoever scans takes the central over, and with it the word that the link has ended.
+    return _connectedPeripheral && _crCharacteristic &&
+           _connectedPeripheral->state() != BluetoothPeripheral::State::Disconnected;
 }
 
 bool BluetoothLink::write(const QByteArray &data)

@@ -68,7 +68,7 @@ public:
 
     bool hasPeripheral() const { return _connectedPeripheral != nullptr; }
     bool isConnected() const;
-    bool canWrite() const { return _connectedPeripheral && _crCharacteristic; }
+    bool canWrite() const;
     bool write(const QByteArray &data);
 
     void centralDidUpdateState() override {}

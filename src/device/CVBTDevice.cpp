@@ -436,7 +436,7 @@ void CVBTDevice::serialPortDidReceiveData(const QByteArray &data)
 void CVBTDevice::serialPortDidWriteData()
 {
     _rooms->sender.setWaitingForDataSent(false);
-    _rooms->sender.writeEnded({});
+    _rooms->session.linkDidWrite({});
 }
 
 } // namespace cvtamber

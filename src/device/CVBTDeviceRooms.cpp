@@ -9,9 +9,9 @@ CVBTDevice::Rooms::Rooms(CVBTDevice &device, const CVBTDeviceServices &services)
     , engine(context, sender, *this, [this] { return identity.cvKeyboardLanguage(); })
     , identity(context, engine,
                {[this] { files.refreshFilesWithCompletionHandler(nullptr); },
-                [this] { return session.linkIsUp(); }})
+                [this] { files.restoreAfterLoss(); }, [this] { session.identified(); }})
     , files(context, engine, sender, identity,
-            {[this] { return session.linkIsUp(); }, [this] { return link->hasPeripheral(); }})
+            {[this] { session.identified(); }, [this] { return link->hasPeripheral(); }})
     , sound(engine, sender)
     , session(context, {engine, sender, identity, files, sound})
     , link(std::make_shared<BluetoothLink>(context, session, services.bluetoothManager))

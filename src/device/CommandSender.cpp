@@ -48,11 +48,22 @@ void CommandSender::sendCommand(const QString &command, int language)
 
 bool CommandSender::sendString(const QString &text, int language, qsizetype *replaced)
 {
+    return encodeAndSend(text, language, replaced, SendQueue::Kind::Commands);
+}
+
+bool CommandSender::sendText(const QString &text, int language, qsizetype *replaced)
+{
+    return encodeAndSend(text, language, replaced, SendQueue::Kind::Text);
+}
+
+bool CommandSender::encodeAndSend(const QString &text, int language, qsizetype *replaced,
+                                  SendQueue::Kind kind)
+{
     EncodedText encoded = TextCodec::encode(text, language);
     if (replaced)
         *replaced = encoded.replaced;
     // The characters are counted here, not the bytes: a pair of surrogates is two and leaves as one byte.
-    return enqueueOrWrite(std::move(encoded.bytes), text.size());
+    return enqueueOrWrite(std::move(encoded.bytes), text.size(), kind);
 }
 
 bool CommandSender::sendData(const QByteArray &data)
@@ -60,16 +71,16 @@ bool CommandSender::sendData(const QByteArray &data)
     return enqueueOrWrite(data, data.size());
 }
 
-bool CommandSender::enqueueOrWrite(QByteArray bytes, qsizetype testedLength)
+bool CommandSender::enqueueOrWrite(QByteArray bytes, qsizetype testedLength, SendQueue::Kind kind)
 {
     if (!_sendQueue.isEmpty() || _waitingForDataSent) {
-        _sendQueue.append(std::move(bytes));
+        _sendQueue.append(std::move(bytes), 0, kind);
         return true;
     }
     if (testedLength > pieceSize || bytes.size() > pieceSize) {
         // Without a link all of it goes nowhere: a rest that stayed would reach the next device.
         if (internalSendData(bytes.left(pieceSize)))
-            _sendQueue.append(std::move(bytes), pieceSize);
+            _sendQueue.append(std::move(bytes), pieceSize, kind);
     } else {
         internalSendData(bytes);
     }
@@ -144,6 +155,13 @@ void CommandSender::watchForStall()
         _isStalled = true;
         _context.observers.tell(&LinkObserver::linkStalled);
     });
+}
+
+bool CommandSender::abandonUpload()
+{
+    _sendQueue.dropText();
+    _uploadDataSize = 0;
+    return std::exchange(_uploadUnconfirmed, false);
 }
 
 bool CommandSender::drop()

@@ -25,6 +25,8 @@ public:
     void setDoubleBraces(bool doubleBraces) { _doubleBraces = doubleBraces; }
     void sendCommand(const QString &command, int language);
     bool sendString(const QString &text, int language, qsizetype *replaced);
+    // The text of a document: what has not left of it goes with abandonUpload().
+    bool sendText(const QString &text, int language, qsizetype *replaced);
     bool sendData(const QByteArray &data);
     // One write past the queue; false when there was nothing to write to.
     bool internalSendData(const QByteArray &data);
@@ -39,11 +41,16 @@ public:
     qsizetype queuedBytes() const { return _sendQueue.size(); }
     qsizetype unconfirmedWrites() const { return _unconfirmedWrites; }
 
+    // Drops what has not left of a document's text; the commands that close and restore still leave. Tells whether
+    // an upload was under way or unconfirmed, of which no end is reported any more.
+    bool abandonUpload();
     // The link is gone: forgets everything, and tells whether an upload was under way or unconfirmed.
     bool drop();
 
 private:
-    bool enqueueOrWrite(QByteArray bytes, qsizetype testedLength);
+    bool encodeAndSend(const QString &text, int language, qsizetype *replaced, SendQueue::Kind kind);
+    bool enqueueOrWrite(QByteArray bytes, qsizetype testedLength,
+                        SendQueue::Kind kind = SendQueue::Kind::Commands);
     void uploadProgressOnThread();
     void uploadDoneOnThread();
     void watchForStall();

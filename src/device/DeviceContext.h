@@ -41,6 +41,8 @@ struct DeviceContext
     bool isConnectedAsCVComm = false;
     // A connect sequence runs and has not been reported yet.
     bool isConnectingAsCVComm = false;
+    // State 1 was told for the link that is up.
+    bool isIdentified = false;
     int connectionType = 0;
     StringEncoding stringEncoding = StringEncoding::Ascii;
     bool advancedModeOn = false;
@@ -56,8 +58,14 @@ struct DeviceContext
     {
         if (const auto delegate = stateDelegate)
             delegate->corvaneDeviceStateChanged(state);
-        if (state == CVDeviceStateDelegate::ConnectedAndIdentified)
-            observers.tell(&LinkObserver::linkConnected);
+    }
+    void endSession()
+    {
+        isIdentified = false;
+        isConnectingAsCVComm = false;
+        isConnectedAsCVComm = false;
+        connectionType = 0;
+        stringEncoding = StringEncoding::Ascii;
     }
     QString portName() const { return serialPort ? QStringLiteral("USB") : QStringLiteral("S2"); }
 };

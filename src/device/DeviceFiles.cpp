@@ -39,8 +39,7 @@ void DeviceFiles::handle_cmdDIR_result(const QByteArray &reply)
 {
     _cvFiles = filesFromListing(TextCodec::decodeRaw(reply, _context.stringEncoding).text,
                                 _identity.cvKeyboardLanguage());
-    if (std::exchange(_context.isConnectingAsCVComm, false) && _hooks.linkIsUp())
-        _context.tellState(CVDeviceStateDelegate::ConnectedAndIdentified);
+    _hooks.identified();
     if (const auto handler = std::exchange(_dirCommandHandler, nullptr))
         handler();
 }
@@ -61,18 +60,33 @@ bool DeviceFiles::fileExists(const QString &name) const
     });
 }
 
+void DeviceFiles::turnOffEmbosser()
+{
+    _engine.sendCommand(QStringLiteral("EM OFF"));
+    _switched.embosserOff = _switched.embosserOff || _context.embosserOn;
+}
+
 void DeviceFiles::turnOnAdvancedMode()
 {
     if (_context.advancedModeOn)
         return;
     _engine.sendCommand(QStringLiteral("ADV"));
     _context.restoreAdvancedMode = true;
+    _switched.advanced = true;
+}
+
+void DeviceFiles::toggleBackTranslation()
+{
+    if (_context.serialPort)
+        _engine.sendCommand(QStringLiteral("BUSB"));
+    else if (_hooks.hasPeripheral())
+        _engine.sendCommand(QStringLiteral("BS2"));
 }
 
 void DeviceFiles::getFile(const QString &name, int useTranslation)
 {
     _downloadFileSize = getSizeOfFileWithName(name);
-    _engine.sendCommand(QStringLiteral("EM OFF"));
+    turnOffEmbosser();
     _engine.sendCommand(_context.portName() + QStringLiteral(" ON"));
     if (useTranslation != PlainTransfer)
         turnOnAdvancedMode();
@@ -85,6 +99,7 @@ void DeviceFiles::getFile(const QString &name, int useTranslation)
             _engine.sendCommand(usb ? QStringLiteral("USB ON") : QStringLiteral("S2 ON"));
             _engine.sendCommand(usb ? QStringLiteral("BUSB") : QStringLiteral("BS2"));
             _context.restoreBackwardTranslation = true;
+            _switched.backTranslation = true;
         }
     }
     _engine.sendWaitCommand(CommandEngine::FetchCommand, name);
@@ -99,17 +114,56 @@ void DeviceFiles::downloadProgressOnThread(qsizetype receivedBytes)
 
 void DeviceFiles::handle_cmdPR_result(QByteArray reply, bool endedBySilence)
 {
-    if (std::exchange(_context.restoreBackwardTranslation, false)) {
-        if (_context.serialPort)
-            _engine.sendCommand(QStringLiteral("BUSB"));
-        else if (_hooks.hasPeripheral())
-            _engine.sendCommand(QStringLiteral("BS2"));
-    }
-    if (std::exchange(_context.restoreAdvancedMode, false))
-        _engine.sendCommand(QStringLiteral("ADV"));
+    restoreAfterFetch();
     dataDownloadedInThread(std::move(reply), endedBySilence);
     if (_context.embosserOn)
         _engine.sendCommand(QStringLiteral("EM ON"));
+}
+
+void DeviceFiles::restoreAfterFetch()
+{
+    if (std::exchange(_context.restoreBackwardTranslation, false))
+        toggleBackTranslation();
+    if (std::exchange(_context.restoreAdvancedMode, false))
+        _engine.sendCommand(QStringLiteral("ADV"));
+}
+
+bool DeviceFiles::abandonTransfer(bool isFetching)
+{
+    // The commands that close a store and switch back stand behind its text already.
+    const bool wasUploading = _sender.abandonUpload();
+    if (isFetching) {
+        restoreAfterFetch();
+        if (_context.embosserOn)
+            _engine.sendCommand(QStringLiteral("EM ON"));
+    }
+    return wasUploading;
+}
+
+void DeviceFiles::restoreAfterLoss()
+{
+    const SwitchedModes left = _leftSwitched.take(_identity.cvSerialNumber());
+    const auto field = _context.serialPort ? DeviceStateRecord::BackTranslationOnUsb
+                                           : DeviceStateRecord::BackTranslationOnS2;
+    if (left.backTranslation && _identity.record()[field] != 0) {
+        toggleBackTranslation();
+        _identity.setRecordField(field, 0);
+    }
+    if (left.forwardTranslation &&
+        _identity.record()[DeviceStateRecord::ForwardTranslationForEmbossing] != 0) {
+        _engine.sendCommand(QStringLiteral("FE"));
+        _identity.setRecordField(DeviceStateRecord::ForwardTranslationForEmbossing, 0);
+    }
+    if (left.advanced && std::exchange(_context.advancedModeOn, false)) {
+        _engine.sendCommand(QStringLiteral("ADV"));
+        _identity.setRecordField(DeviceStateRecord::AdvancedMode, 0);
+    }
+    if (left.embosserOff && !std::exchange(_context.embosserOn, true)) {
+        _engine.sendCommand(QStringLiteral("EM ON"));
+        _identity.setRecordField(DeviceStateRecord::EmbosserOutput, 1);
+    }
+    // Until the writes are confirmed, for a link that is lost again.
+    _switched = left;
 }
 
 void DeviceFiles::dataDownloadedInThread(QByteArray reply, bool endedBySilence)
@@ -128,7 +182,7 @@ void DeviceFiles::dataDownloadedInThread(QByteArray reply, bool endedBySilence)
 void DeviceFiles::sendText(const QString &text)
 {
     qsizetype replaced = 0;
-    _sender.sendString(text, _identity.cvKeyboardLanguage(), &replaced);
+    _sender.sendText(text, _identity.cvKeyboardLanguage(), &replaced);
     const auto delegate = _context.uploadDelegate;
     if (delegate && replaced > 0)
         delegate->cvUploadReplacedCharacters(replaced);
@@ -136,7 +190,7 @@ void DeviceFiles::sendText(const QString &text)
 
 void DeviceFiles::sendFileWithName(const QString &name, const QString &text, int useTranslation)
 {
-    _engine.sendCommand(QStringLiteral("EM OFF"));
+    turnOffEmbosser();
     _engine.sendCommand(QStringLiteral("S1 OFF"));
     const bool translated = useTranslation == ForwardTranslation;
     if (translated)
@@ -159,8 +213,10 @@ void DeviceFiles::embossString(const QString &text, int useTranslation)
     if (useTranslation == ForwardTranslation) {
         turnOnAdvancedMode();
         toggleForwardTranslation = _identity.record()[DeviceStateRecord::ForwardTranslationForEmbossing] == 0;
-        if (toggleForwardTranslation)
+        if (toggleForwardTranslation) {
             _engine.sendCommand(QStringLiteral("FE"));
+            _switched.forwardTranslation = true;
+        }
     }
     sendText(text);
     const qint64 queued = _sender.queuedBytes();
@@ -183,6 +239,9 @@ void DeviceFiles::deleteFile(const QString &name)
 
 void DeviceFiles::drop()
 {
+    const QString serial = _identity.cvSerialNumber();
+    if (const SwitchedModes left = std::exchange(_switched, {}); left != SwitchedModes() && !serial.isEmpty())
+        _leftSwitched.insert(serial, left);
     _dirCommandHandler = nullptr;
     _context.restoreAdvancedMode = false;
     _context.restoreBackwardTranslation = false;

@@ -5,6 +5,7 @@
 #include "device/DeviceContext.h"
 
 #include <QList>
+#include <QMap>
 
 #include <functional>
 
@@ -17,14 +18,17 @@ class DeviceIdentity;
 // The device's files: the list, fetch, store, emboss and delete.
 //
 // The list is what the last listing said, with stored files appended and deleted ones removed without asking
-// again. Modes of the device that a transfer toggles are toggled back after it; an end of the link forgets
-// that.
+// again.
+//
+// Modes of the device that a transfer switches are switched back: after it; before an asked-for end of the link
+// (abandonTransfer()); and after a loss when the same device, known by its serial number, is identified again and its state
+// record still shows them switched (restoreAfterLoss()). Nothing else is ever switched.
 class DeviceFiles
 {
 public:
     struct Hooks
     {
-        std::function<bool()> linkIsUp; // as DeviceIdentity::Hooks
+        std::function<void()> identified; // as DeviceIdentity::Hooks
         std::function<bool()> hasPeripheral;
     };
 
@@ -45,11 +49,30 @@ public:
     void handle_cmdPR_result(QByteArray reply, bool endedBySilence);
     void downloadProgressOnThread(qsizetype receivedBytes);
 
-    // The link is gone: no block waits any longer and nothing is toggled back.
+    // Ends the transfer that is under way and sends what it owes the device. Tells whether it was an upload.
+    bool abandonTransfer(bool isFetching);
+    // All that was sent has reached the device.
+    void allIsWritten() { _switched = {}; }
+    // The state record of this link is known.
+    void restoreAfterLoss();
+    // The link is gone: no block waits any longer; what is still switched is remembered for the device.
     void drop();
 
 private:
+    // What our own transfers have switched on the device and not, for all that is known, switched back.
+    struct SwitchedModes
+    {
+        bool embosserOff = false;
+        bool advanced = false;
+        bool backTranslation = false;
+        bool forwardTranslation = false;
+        bool operator==(const SwitchedModes &) const = default;
+    };
+
+    void turnOffEmbosser();
     void turnOnAdvancedMode();
+    void toggleBackTranslation();
+    void restoreAfterFetch();
     void sendText(const QString &text);
     void dataDownloadedInThread(QByteArray reply, bool endedBySilence);
 
@@ -58,6 +81,8 @@ private:
     CommandSender &_sender;
     DeviceIdentity &_identity;
     Hooks _hooks;
+    SwitchedModes _switched;
+    QMap<QString, SwitchedModes> _leftSwitched; // by serial number
     QList<CVFileData> _cvFiles;
     std::function<void()> _dirCommandHandler;
     qint64 _downloadFileSize = 0; // -1: the file is not in the list

@@ -82,10 +82,7 @@ void DeviceIdentity::handle_cmdVER_result(bool success, const QByteArray &reply)
         if (version.serialNumber)
             _cvSerialNumber = *version.serialNumber;
         readModelLetter(version);
-        if (!std::exchange(_context.isConnectingAsCVComm, false))
-            return;
-        if (_hooks.linkIsUp())
-            _context.tellState(CVDeviceStateDelegate::ConnectedAndIdentified);
+        _hooks.identified();
     } else if (_context.connectionType == 1) {
         const char16_t digit = version.modelDigit.value_or(u' ');
         if (digit >= u'0' && digit <= u'3')
@@ -104,7 +101,14 @@ void DeviceIdentity::readModelLetter(const ReplyParsers::VersionReply &version)
 void DeviceIdentity::finishVersion()
 {
     _engine.sendCommand(QStringLiteral("NW"));
+    _hooks.stateIsKnown();
     _hooks.refreshDirectory();
+}
+
+void DeviceIdentity::forgetDevice()
+{
+    _cvSerialNumber.clear();
+    _cvDipSwitch = 255;
 }
 
 void DeviceIdentity::failIdentification()

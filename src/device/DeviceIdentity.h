@@ -14,16 +14,18 @@ class CommandEngine;
 // Who the device is and how it is set up: the state record, the version replies and what follows from them.
 //
 // The chain for a link of type 1: state record -> extended version (else version) -> directory, which reports
-// state 1. For type 3: version -> state 1. Values keep what the last device told; only the languages read 0
-// without a link.
+// state 1. For type 3: version -> state 1. Values keep what the last device told, until another one is chosen; only
+// the languages read 0 without a link.
 class DeviceIdentity
 {
 public:
     struct Hooks
     {
         std::function<void()> refreshDirectory;
-        // True when state 1 may be told: the link that the sequence began on is still there.
-        std::function<bool()> linkIsUp;
+        // The device has said who it is and how it is set up; before the directory is asked for.
+        std::function<void()> stateIsKnown;
+        // The connect sequence is over.
+        std::function<void()> identified;
     };
 
     DeviceIdentity(DeviceContext &context, CommandEngine &engine, Hooks hooks);
@@ -44,6 +46,10 @@ public:
     char16_t cvLanguageSet() const;
     int cvBrailleCode() const;
     const DeviceStateRecord &record() const { return _pcrData; }
+    // What a command has just switched.
+    void setRecordField(DeviceStateRecord::Field field, int value) { _pcrData[field] = value; }
+    // Another device was chosen: what would not be replaced by its answers is forgotten.
+    void forgetDevice();
     void setForwardGrade(int grade);
     void setBackwardGrade(int grade);
 

@@ -59,6 +59,8 @@ void DeviceSession::connectAsCVCommWithPeripheral(const BluetoothPeripheralPtr &
     _ownScan->stop();
     stopBTTimer();
     _link->connectToPeripheral(peripheral);
+    if (std::exchange(_chosenIdentifier, peripheral->identifier()) != peripheral->identifier())
+        _rooms.identity.forgetDevice();
 }
 
 void DeviceSession::connectPC()
@@ -66,6 +68,7 @@ void DeviceSession::connectPC()
     stopBTTimer();
     _rooms.sender.setDoubleBraces(true);
     _context.isConnectingAsCVComm = true;
+    _context.isIdentified = false;
     _rooms.engine.sendWaitCommand(CommandEngine::LinkCommand);
 }
 
@@ -82,6 +85,17 @@ void DeviceSession::stopBTTimer()
 bool DeviceSession::linkIsUp() const
 {
     return _context.serialPort || _context.connection || _link->isConnected();
+}
+
+void DeviceSession::identified()
+{
+    if (!std::exchange(_context.isConnectingAsCVComm, false) || !linkIsUp())
+        return;
+    _context.isIdentified = true;
+    _context.tellState(CVDeviceStateDelegate::ConnectedAndIdentified);
+    // The delegate may have disconnected inside its call.
+    if (_context.isIdentified)
+        _context.observers.tell(&LinkObserver::linkConnected);
 }
 
 void DeviceSession::handle_cmdPC_result(bool success, int linkCode)
@@ -111,8 +125,7 @@ void DeviceSession::handle_cmdPC_result(bool success, int linkCode)
         break;
     case 4:
         _context.isConnectedAsCVComm = true;
-        if (std::exchange(_context.isConnectingAsCVComm, false) && linkIsUp())
-            _context.tellState(CVDeviceStateDelegate::ConnectedAndIdentified);
+        identified();
         break;
     default:
         // Types 2, 5 and 6 answer no further query: they stay connected without an identity, and nobody is
@@ -129,20 +142,18 @@ void DeviceSession::disconnectAsCVComm()
     if (_context.isConnectedAsCVComm) {
         const bool wasFetching = _rooms.engine.pendingCommand() == CommandEngine::FetchCommand;
         _rooms.engine.drop();
-        _context.isConnectingAsCVComm = false;
+        // A half-sent file is closed, and the device is left as it was found.
+        const bool wasUploading = _rooms.files.abandonTransfer(wasFetching);
         _rooms.engine.sendCommand(QStringLiteral("NW OFF"));
         _rooms.engine.sendCommand(QStringLiteral("PC %1 OFF").arg(_context.portName()));
         if (_context.serialPort)
             _rooms.engine.sendCommand(QStringLiteral("USB HS H"));
-        _context.isConnectedAsCVComm = false;
-        _context.connectionType = 0;
-        _context.stringEncoding = StringEncoding::Ascii;
+        _context.endSession();
         if (!_context.serialPort) {
             _link->expectEnd();
             _delayedDisconnect.start(disconnectDelay, [this] { _link->disconnectPeripheral(); });
         }
-        if (wasFetching)
-            dropFetch(QStringLiteral("the device was disconnected"));
+        tellTransferFailed(wasFetching, wasUploading, QStringLiteral("the device was disconnected"));
         _context.tellState(CVDeviceStateDelegate::DisconnectedOrNotConnectable);
     }
     _rooms.files.setFiles({});
@@ -150,9 +161,13 @@ void DeviceSession::disconnectAsCVComm()
 
 void DeviceSession::receive(const QByteArray &data, int liveTextLanguage)
 {
-    if (_rooms.engine.pendingCommand() != CommandEngine::NoCommand)
+    if (_rooms.engine.pendingCommand() != CommandEngine::NoCommand) {
         _rooms.engine.handleCommandData(data);
-    else if (const auto delegate = _context.dataDelegate)
+        return;
+    }
+    // What comes before or after that is the rest of an answer, not what somebody writes.
+    const bool isLive = _context.isIdentified && _context.isConnectedAsCVComm;
+    if (const auto delegate = isLive ? _context.dataDelegate : nullptr)
         delegate->CV_newDataReceived(TextCodec::decode(data, liveTextLanguage).text);
 }
 
@@ -170,7 +185,11 @@ void DeviceSession::linkDidReadSerial(const QString &serial)
 
 void DeviceSession::linkDidWrite(const BluetoothResult &error)
 {
+    _hasFailedWrite = _hasFailedWrite || error;
     _rooms.sender.writeEnded(error);
+    const bool isAllWritten = _rooms.sender.unconfirmedWrites() == 0 && _rooms.sender.queuedBytes() == 0;
+    if (isAllWritten && !_hasFailedWrite && _rooms.engine.pendingCommand() != CommandEngine::FetchCommand)
+        _rooms.files.allIsWritten();
 }
 
 void DeviceSession::linkDidEnd(End end, const QString &reason)
@@ -186,18 +205,12 @@ void DeviceSession::linkDidEnd(End end, const QString &reason)
     _rooms.files.drop();
     _rooms.sound.drop();
     _delayedDisconnect.cancel();
-    if (end != End::WithoutError) {
-        _context.isConnectingAsCVComm = false;
-        _context.isConnectedAsCVComm = false;
-        _context.connectionType = 0;
-        _context.stringEncoding = StringEncoding::Ascii;
-    }
+    _hasFailedWrite = false;
+    _context.isIdentified = false;
+    if (end != End::WithoutError)
+        _context.endSession();
 
-    if (wasFetching)
-        dropFetch(reason);
-    const auto uploadDelegate = _context.uploadDelegate;
-    if (wasUploading && uploadDelegate)
-        uploadDelegate->cvFileUploadFailed(reason);
+    tellTransferFailed(wasFetching, wasUploading, reason);
     if (end == End::WithError) {
         _context.idleTimer.setEnabled(true);
         _context.tellState(CVDeviceStateDelegate::ConnectFailedOrLost);
@@ -208,10 +221,12 @@ void DeviceSession::linkDidEnd(End end, const QString &reason)
         _context.observers.tell(&LinkObserver::linkClosed);
 }
 
-void DeviceSession::dropFetch(const QString &reason)
+void DeviceSession::tellTransferFailed(bool wasFetching, bool wasUploading, const QString &reason)
 {
-    if (const auto delegate = _context.downloadDelegate)
+    if (const auto delegate = wasFetching ? _context.downloadDelegate : nullptr)
         delegate->cvFileDownloadFailed(reason);
+    if (const auto delegate = wasUploading ? _context.uploadDelegate : nullptr)
+        delegate->cvFileUploadFailed(reason);
 }
 
 } // namespace cvtamber

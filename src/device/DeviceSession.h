@@ -39,8 +39,9 @@ public:
     void connectPC() override;
     void disconnectAsCVComm();
     void handle_cmdPC_result(bool success, int linkCode);
-    // True where state 1 may be told: there is a link, of whatever kind.
-    bool linkIsUp() const;
+    // The one end of a connect sequence that went well; nothing while none runs. State 1 is told where there is a link,
+    // of whatever kind.
+    void identified();
 
     void receive(const QByteArray &data, int liveTextLanguage);
     void linkDidReceive(const QByteArray &data) override;
@@ -51,12 +52,15 @@ public:
 private:
     void startBTTimer();
     void stopBTTimer();
-    void dropFetch(const QString &reason);
+    bool linkIsUp() const;
+    void tellTransferFailed(bool wasFetching, bool wasUploading, const QString &reason);
 
     DeviceContext &_context;
     Rooms _rooms;
     std::shared_ptr<BluetoothLink> _link;
     std::shared_ptr<OwnScan> _ownScan;
+    QString _chosenIdentifier; // of the peripheral that was chosen last
+    bool _hasFailedWrite = false;
     DelayedCall _btTimer;
     DelayedCall _delayedDisconnect;
 };

@@ -323,6 +323,101 @@ private slots:
         QCOMPARE(rig.drain(), "y");
     }
 
+    void anAskedForEndSwitchesBack_data()
+    {
+        // What is done, how many of its writes are confirmed, and what leaves after the end was asked for.
+        columns<char, Fields, int, QByteArray>("operation", "fields", "confirmed", "sent");
+        const QByteArray end = "{NW OFF}{PC S2 OFF}";
+        const QByteArray text(20, 'x');
+        row("fetch, translated", 'f', Fields{}, 100, "{BS2}{ADV}{EM ON}" + end);
+        row("fetch, embosser off", 'f', Fields{{21, "0"}, {28, "1"}, {13, "1"}}, 100, end);
+        row("fetch, nothing written", 'f', Fields{}, 0, "{BS2}{ADV}{EM ON}" + end);
+        // The name is so long that the command itself is still on its way.
+        row("store, in its command", 's', Fields{}, 0, "AAAAAAAAAAAAAA}{FM END}{S1 OFF}{EM ON}{ADV}" + end);
+        row("store, in its text", 's', Fields{}, 5, "{FM END}{S1 OFF}{EM ON}{ADV}" + end);
+        row("store, later in it", 's', Fields{}, 9, "{FM END}{S1 OFF}{EM ON}{ADV}" + end);
+        row("store, all written", 's', Fields{}, 1000, end);
+        row("emboss", 'e', Fields{}, 5, "{FE}{ADV}" + end);
+        row("nothing", 'n', Fields{}, 0, end);
+    }
+
+    void anAskedForEndSwitchesBack()
+    {
+        QFETCH(char, operation);
+        QFETCH(Fields, fields);
+        QFETCH(int, confirmed);
+        DeviceRig rig;
+        rig.identify(DeviceRig::pcrReply(fields));
+        rig.device->setCvDownloadDelegate(rig.told);
+        if (operation == 'f')
+            rig.device->getFile(u"A"_s, BackTranslation);
+        else if (operation == 's')
+            rig.device->sendFileWithName(QString(30, u'A'), QString(500, u'x'), ForwardTranslation);
+        else if (operation == 'e')
+            rig.device->embossString(QString(500, u'x'), ForwardTranslation);
+        for (; confirmed > 0 && rig.peripheral->unconfirmed() > 0; --confirmed)
+            rig.peripheral->confirmWrite();
+        rig.sent();
+        rig.told->take();
+        const bool isUnderWay = rig.device->queuedBytes() > 0 || rig.device->pendingCommand() != 0;
+        rig.device->disconnectAsCVComm();
+        QTEST(rig.drain(), "sent");
+        const QStringList told = rig.told->take();
+        QVERIFY(told.contains(u"state 2"_s));
+        QCOMPARE(told.filter(u"failed"_s).size(), isUnderWay ? 1 : 0);
+        QVERIFY(!told.contains(u"uploaded"_s));
+    }
+
+    void aLossIsMendedOnTheSameDevice_data()
+    {
+        // What was under way, the record afterwards, the serial number then, and what is switched back.
+        columns<char, Fields, QByteArray, QByteArray>("operation", "fields", "serial", "sent");
+        const Fields all{{13, "1"}, {21, "0"}, {23, "1"}, {28, "1"}};
+        const QByteArray same = "SN123456";
+        row("fetch", 'f', all, same, "{BS2}{ADV}{EM ON}"_ba);
+        row("fetch, another device", 'f', all, "SN999999"_ba, ""_ba);
+        row("fetch, nothing is switched", 'f', Fields{}, same, ""_ba);
+        row("fetch, the embosser alone", 'f', Fields{{21, "0"}}, same, "{EM ON}"_ba);
+        row("store", 's', all, same, "{ADV}{EM ON}"_ba);
+        row("emboss", 'e', all, same, "{FE}{ADV}"_ba);
+        row("nothing of ours", 'n', all, same, ""_ba);
+    }
+
+    void aLossIsMendedOnTheSameDevice()
+    {
+        QFETCH(char, operation);
+        QFETCH(Fields, fields);
+        QFETCH(QByteArray, serial);
+        QFETCH(QByteArray, sent);
+        DeviceRig rig;
+        rig.identify();
+        if (operation == 'f')
+            rig.device->getFile(u"A"_s, BackTranslation);
+        else if (operation == 's')
+            rig.device->sendFileWithName(u"A"_s, QString(500, u'x'), ForwardTranslation);
+        else if (operation == 'e')
+            rig.device->embossString(QString(500, u'x'), ForwardTranslation);
+        if (rig.peripheral->unconfirmed() > 0)
+            rig.peripheral->confirmWrite();
+        rig.loseLink();
+        if (serial != "SN123456")
+            rig.peripheral = std::make_shared<FakePeripheral>(u"B"_s, u"Corvane"_s, rig.journal);
+        const auto identify = [&] {
+            rig.linkWithCode(1);
+            rig.reply(DeviceRig::pcrReply(fields));
+            rig.drain();
+            const qsizetype before = rig.peripheral->writes().size();
+            rig.reply("1.2A345" + serial + "W1");
+            rig.drain();
+            return rig.peripheral->writes().mid(before).join();
+        };
+        QCOMPARE(identify(), "{NW}" + sent + "{DIR}");
+        rig.reply({});
+        // Once is enough.
+        rig.loseLink();
+        QCOMPARE(identify(), "{NW}{DIR}"_ba);
+    }
+
     void replacedCharactersAreTold()
     {
         DeviceRig rig;

@@ -296,6 +296,12 @@ private slots:
         QCOMPARE(rig.device->cvFirmwareVersion(), u"1.2D345"_s);
         QCOMPARE(rig.device->cvSerialNumber(), u"SN123456"_s);
         QCOMPARE(rig.device->cvDeviceStateData()[8], 8);
+        // What another device's answers might not replace goes when it is chosen.
+        rig.device->connectAsCVCommWithPeripheral(rig.peripheral);
+        QCOMPARE(rig.device->cvSerialNumber(), u"SN123456"_s);
+        rig.device->connectAsCVCommWithPeripheral(
+            std::make_shared<FakePeripheral>(u"B"_s, u"Corvane"_s, rig.journal));
+        QVERIFY(rig.device->cvSerialNumber().isNull());
     }
 
     void switchSelectsTheLanguage_data()

@@ -418,6 +418,81 @@ private slots:
         QCOMPARE(rig.device->pendingCommand(), 0);
     }
 
+    void liveTextIsThatOfAnIdentifiedDevice()
+    {
+        DeviceRig rig;
+        rig.openLink();
+        rig.drain();
+        rig.reply("{PC\x01}");
+        rig.told->take();
+        rig.drain();
+        rig.reply(DeviceRig::pcrReply());
+        rig.drain();
+        rig.reply(DeviceRig::defaultVersion());
+        rig.drain();
+        rig.reply({});
+        rig.peripheral->notify("a");
+        rig.device->setCvDownloadDelegate(rig.told);
+        rig.device->getFile(u"A"_s, PlainTransfer);
+        rig.peripheral->notify("half of a file");
+        rig.device->disconnectAsCVComm();
+        rig.peripheral->notify("its other half");
+        QCOMPARE(rig.told->take().filter(u"live"_s), QStringList{u"live a"_s});
+    }
+
+    void aDelegateThatDisconnectsInStateOneIsNotConnected()
+    {
+        DeviceRig rig;
+        rig.linkWithCode(34);
+        rig.drain();
+        rig.observer.take();
+        rig.told->react = [&](const QString &event) {
+            if (event == u"state 1"_s)
+                rig.device->disconnectAsCVComm();
+        };
+        rig.reply(DeviceRig::defaultVersion());
+        QVERIFY(rig.told->take().contains(u"state 2"_s));
+        QVERIFY(!rig.observer.take().contains(u"connected"_s));
+    }
+
+    void anAskedForEndHasNoTimeOut()
+    {
+        DeviceRig rig;
+        rig.device->connectAsCVCommWithPeripheral(rig.peripheral);
+        rig.central->connected(rig.peripheral);
+        rig.device->disconnectPeripheral();
+        rig.loop.advance(10s);
+        QVERIFY(!rig.told->take().contains(u"state 0"_s));
+    }
+
+    // Whoever scans hears of the end of the link in the device object's place.
+    void aLinkThatEndedUnheardTakesNoWrites()
+    {
+        DeviceRig rig;
+        rig.identify();
+        rig.device->disconnectAsCVComm();
+        rig.manager->startDeviceScan();
+        rig.loop.advance(2s);
+        rig.central->disconnected(rig.peripheral);
+        rig.sent();
+        rig.device->sendCommand(u"CHAT"_s);
+        QCOMPARE(rig.sent(), QByteArray());
+    }
+
+    void ownScanAfterAChosenDevice()
+    {
+        DeviceRig rig;
+        rig.identify();
+        rig.loseLink();
+        rig.device->connectAsCVComm();
+        rig.ownCentral->setState(BluetoothCentral::State::PoweredOn);
+        const auto found = std::make_shared<FakePeripheral>(u"B"_s, u"Bluegiga CR device"_s, rig.journal);
+        rig.ownCentral->discover(found);
+        rig.journal.clear();
+        rig.ownCentral->connected(found);
+        QVERIFY(!rig.journal.contains(u"cancel B"_s));
+    }
+
     void newConnectDropsTheDelayedDisconnect()
     {
         DeviceRig rig;
