@@ -12,7 +12,6 @@
 #include <QTextDocument>
 
 #include <algorithm>
-#include <utility>
 
 namespace cvtamber {
 namespace {
@@ -55,8 +54,8 @@ bool isTyped(const QKeyEvent &event)
 
 } // namespace
 
-PageEditor::PageEditor(QQuickItem *parent)
-    : QQuickItem(parent)
+PageEditor::PageEditor(QObject *parent)
+    : QObject(parent)
 {
     _unsentFormat.setFontUnderline(true);
 }
@@ -88,14 +87,14 @@ void PageEditor::join()
         qWarning("What the page is to be shown in is no text area");
         return;
     }
-    _shown.setDocument(document->textDocument());
-    _shown.document()->setUndoRedoEnabled(false);
+    _document = document->textDocument();
+    _document->setUndoRedoEnabled(false);
     showAll();
     _area->installEventFilter(this);
     connect(_area, SIGNAL(cursorPositionChanged()), this, SLOT(takeSelection()));
     connect(_area, SIGNAL(selectionStartChanged()), this, SLOT(takeSelection()));
     connect(_area, SIGNAL(selectionEndChanged()), this, SLOT(takeSelection()));
-    connect(_shown.document(), &QTextDocument::contentsChange, this,
+    connect(_document, &QTextDocument::contentsChange, this,
             [this](int position, int, int added) { checkChange(position, added); });
     connect(_page, &UIMyTextView::textChanged, this, &PageEditor::showChange);
     connect(_page, &UIMyTextView::textFixed, this, &PageEditor::showFixed);
@@ -106,18 +105,13 @@ void PageEditor::join()
 
 bool PageEditor::eventFilter(QObject *, QEvent *event)
 {
-    if (!_page || !_shown.document() || _isForwarding)
+    if (!_page || !_document || _isForwarding)
         return false;
     switch (event->type()) {
     case QEvent::KeyPress:
-        showWaiting();
         return takeKey(*static_cast<QKeyEvent *>(event));
     case QEvent::InputMethod:
-        showWaiting();
         return takeInputMethod(*static_cast<QInputMethodEvent *>(event));
-    case QEvent::MouseButtonPress:
-        showWaiting();
-        return false;
     case QEvent::MouseButtonRelease:
         return takeMouseRelease(*static_cast<QMouseEvent *>(event));
     default:
@@ -181,17 +175,11 @@ void PageEditor::deleteTo(QTextCursor::MoveOperation operation)
     const UIMyTextView::Range range = _page->selectedRange();
     if (range.length == 0) {
         QTextCursor cursor = cursorFor(range);
-        qsizetype start = range.start;
-        qsizetype end = range.start;
-        // A break of the document alone is no way.
-        while (start == end && cursor.movePosition(operation, QTextCursor::KeepAnchor)) {
-            start = _shown.textPosition(cursor.selectionStart());
-            end = _shown.textPosition(cursor.selectionEnd());
-        }
-        start = std::max(start, _page->fixedTextEnd());
-        if (end <= start)
+        cursor.movePosition(operation, QTextCursor::KeepAnchor);
+        const qsizetype start = std::max<qsizetype>(cursor.selectionStart(), _page->fixedTextEnd());
+        if (cursor.selectionEnd() <= start)
             return;
-        _page->setSelectedRange({start, end - start});
+        _page->setSelectedRange({start, cursor.selectionEnd() - start});
     }
     _page->deleteBackward();
 }
@@ -209,13 +197,12 @@ void PageEditor::pasteAt(qsizetype position, const QString &text)
     _page->paste(text);
 }
 
-qsizetype PageEditor::positionAt(double x, double y)
+qsizetype PageEditor::positionAt(double x, double y) const
 {
-    showWaiting();
     int position = 0;
     QMetaObject::invokeMethod(_area, "positionAt", Q_RETURN_ARG(int, position), Q_ARG(double, x),
                               Q_ARG(double, y));
-    return _shown.textPosition(position);
+    return position;
 }
 
 void PageEditor::dropText(const QString &text, double x, double y)
@@ -269,102 +256,60 @@ void PageEditor::takeSelection()
 {
     if (_isFollowing || _isOutOfStep || !_page || !_area)
         return;
-    UIMyTextView::Range range = areaSelection();
-    if (range.start >= _waiting.start)
-        range.start += _waiting.length;
-    else if (range.end() > _waiting.start)
-        range.length += _waiting.length;
-    _page->setSelectedRange(range);
-}
-
-// In the text that the document has.
-UIMyTextView::Range PageEditor::areaSelection() const
-{
-    const qsizetype start = _shown.textPosition(_area->property("selectionStart").toInt());
-    return {start, _shown.textPosition(_area->property("selectionEnd").toInt()) - start};
+    const int start = _area->property("selectionStart").toInt();
+    const int end = _area->property("selectionEnd").toInt();
+    _page->setSelectedRange({start, end - start});
 }
 
 // What the page says
 
 QTextCursor PageEditor::cursorFor(UIMyTextView::Range range) const
 {
-    return _shown.cursorFor(range.start, range.end());
+    QTextCursor cursor(_document);
+    cursor.setPosition(static_cast<int>(range.start));
+    cursor.setPosition(static_cast<int>(range.end()), QTextCursor::KeepAnchor);
+    return cursor;
 }
 
-void PageEditor::insertShown(qsizetype position, QStringView text)
+void PageEditor::insertShown(QTextCursor &cursor, qsizetype position, QStringView text) const
 {
     QString signs(text.size(), Qt::Uninitialized);
     std::transform(text.begin(), text.end(), signs.begin(), shown);
-    _shown.insert(position, signs, position < _page->fixedTextEnd() ? _fixedFormat : _unsentFormat);
-}
-
-// The device's text goes before the end of the fixed text, a piece right behind the one before it.
-bool PageEditor::isForNextPicture(qsizetype position, qsizetype removed, qsizetype inserted) const
-{
-    const bool isDevices = removed == 0 && position + inserted == _page->fixedTextEnd();
-    return isDevices && window() != nullptr && (_waiting.length == 0 || _waiting.end() == position);
-}
-
-void PageEditor::insertWaiting()
-{
-    const UIMyTextView::Range waiting = std::exchange(_waiting, {});
-    insertShown(waiting.start, QStringView(_page->text()).mid(waiting.start, waiting.length));
-}
-
-void PageEditor::showWaiting()
-{
-    if (_waiting.length == 0 || !_shown.document() || !_page || _isOutOfStep)
-        return;
-    {
-        const QScopedValueRollback isFollowing(_isFollowing, true);
-        QTextCursor edit(_shown.document());
-        edit.beginEditBlock();
-        insertWaiting();
-        edit.endEditBlock();
-    }
-    showSelection();
+    cursor.insertText(signs, position < _page->fixedTextEnd() ? _fixedFormat : _unsentFormat);
 }
 
 void PageEditor::showChange(qsizetype position, qsizetype removed, const QString &inserted)
 {
-    if (!_shown.document() || _isOutOfStep)
+    if (!_document || _isOutOfStep)
         return;
-    if (isForNextPicture(position, removed, inserted.size())) {
-        _waiting = {_waiting.length == 0 ? position : _waiting.start, _waiting.length + inserted.size()};
-        polish();
-        return;
-    }
     {
         const QScopedValueRollback isFollowing(_isFollowing, true);
-        QTextCursor edit(_shown.document());
-        edit.beginEditBlock();
-        insertWaiting();
-        _shown.remove(position, removed);
-        insertShown(position, inserted);
-        edit.endEditBlock();
+        QTextCursor cursor = cursorFor({position, removed});
+        cursor.beginEditBlock();
+        cursor.removeSelectedText();
+        insertShown(cursor, position, inserted);
+        cursor.endEditBlock();
     }
     showSelection();
 }
 
 void PageEditor::showFixed(qsizetype before)
 {
-    if (!_shown.document() || _isOutOfStep)
+    if (!_document || _isOutOfStep)
         return;
-    showWaiting();
     const QScopedValueRollback isFollowing(_isFollowing, true);
     cursorFor({before, _page->fixedTextEnd() - before}).setCharFormat(_fixedFormat);
 }
 
 void PageEditor::showSelection()
 {
-    if (!_area || !_shown.document() || _isFollowing || _isOutOfStep)
+    if (!_area || !_document || _isFollowing || _isOutOfStep)
         return;
-    showWaiting();
     const QScopedValueRollback isFollowing(_isFollowing, true);
     const UIMyTextView::Range range = _page->selectedRange();
-    const int start = _shown.documentPosition(range.start);
-    const int end = _shown.documentPosition(range.end());
-    if (areaSelection() != range)
+    const auto start = static_cast<int>(range.start);
+    const auto end = static_cast<int>(range.end());
+    if (_area->property("selectionStart").toInt() != start || _area->property("selectionEnd").toInt() != end)
         QMetaObject::invokeMethod(_area, "select", Q_ARG(int, start), Q_ARG(int, end));
 }
 
@@ -374,7 +319,11 @@ void PageEditor::checkChange(int position, int added)
 {
     if (_isOutOfStep || !_page)
         return;
-    if (_waiting.length == 0 && _shown.shows(_page->text(), position, position + added, held))
+    const QString &text = _page->text();
+    bool isInStep = _document->characterCount() - 1 == text.size();
+    for (int i = position; isInStep && i < position + added && i < text.size(); ++i)
+        isInStep = _document->characterAt(i) == held(text[i]);
+    if (isInStep)
         return;
     _isOutOfStep = true;
     QMetaObject::invokeMethod(this, &PageEditor::showAll, Qt::QueuedConnection);
@@ -382,21 +331,19 @@ void PageEditor::checkChange(int position, int added)
 
 void PageEditor::showAll()
 {
-    if (!_shown.document() || !_page || !_area)
+    if (!_document || !_page || !_area)
         return;
-    _waiting = {};
-    // Else the area makes a picture of all lines at each change.
-    _area->setFlag(QQuickItem::ItemObservesViewport);
     {
         const QScopedValueRollback isFollowing(_isFollowing, true);
         const QStringView text = _page->text();
         const qsizetype end = _page->fixedTextEnd();
-        QTextCursor edit(_shown.document());
-        edit.beginEditBlock();
-        _shown.clear();
-        insertShown(0, text.left(end));
-        insertShown(end, text.mid(end));
-        edit.endEditBlock();
+        QTextCursor cursor(_document);
+        cursor.beginEditBlock();
+        cursor.select(QTextCursor::Document);
+        cursor.removeSelectedText();
+        insertShown(cursor, 0, text.left(end));
+        insertShown(cursor, end, text.mid(end));
+        cursor.endEditBlock();
     }
     _isOutOfStep = false;
     showSelection();

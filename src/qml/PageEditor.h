@@ -2,7 +2,6 @@
 #pragma once
 
 #include "chat/text/UIMyTextView.h"
-#include "qml/PageDocument.h"
 
 #include <QPointer>
 #include <QQuickItem>
@@ -20,11 +19,10 @@ namespace cvtamber {
 //
 // Keys, input methods and the mouse's middle button are taken before the area sees them, so it changes nothing by
 // itself; moving, selecting and composing are left to it. Whatever else should reach the area's document is taken back.
-// What the document could not hold as it is stands there as a sign of one unit, and copying gives the page's own text.
-// Unsent text is underlined. The device's text is shown once a picture, however many pieces of it came, or when
-// something else is done; without a window at once. What a change costs does not grow with the page, see PageDocument.
+// The document has the page's length, unit by unit: what it could not hold as it is stands there as a sign of one unit, and
+// copying gives the page's own text. Unsent text is underlined.
 // Thread: main thread. Owner: the view; area and page are set once and may go before it.
-class PageEditor : public QQuickItem
+class PageEditor : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
@@ -32,7 +30,7 @@ class PageEditor : public QQuickItem
     Q_PROPERTY(cvtamber::UIMyTextView *page READ page WRITE setPage NOTIFY pageChanged FINAL)
 
 public:
-    explicit PageEditor(QQuickItem *parent = nullptr);
+    explicit PageEditor(QObject *parent = nullptr);
 
     QQuickItem *area() const { return _area; }
     void setArea(QQuickItem *area);
@@ -43,9 +41,6 @@ public:
     Q_INVOKABLE void dropText(const QString &text, double x, double y);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
-
-protected:
-    void updatePolish() override { showWaiting(); }
 
 signals:
     void areaChanged();
@@ -66,24 +61,18 @@ private:
     void deleteTo(QTextCursor::MoveOperation operation);
     void copy() const;
     void pasteAt(qsizetype position, const QString &text);
-    qsizetype positionAt(double x, double y);
+    qsizetype positionAt(double x, double y) const;
     void showChange(qsizetype position, qsizetype removed, const QString &inserted);
-    bool isForNextPicture(qsizetype position, qsizetype removed, qsizetype inserted) const;
-    void insertWaiting();
-    void showWaiting();
     void showFixed(qsizetype before);
     void showSelection();
     void checkChange(int position, int added);
     void showAll();
-    void insertShown(qsizetype position, QStringView text);
-    UIMyTextView::Range areaSelection() const;
+    void insertShown(QTextCursor &cursor, qsizetype position, QStringView text) const;
     QTextCursor cursorFor(UIMyTextView::Range range) const;
 
     QPointer<QQuickItem> _area;
     QPointer<UIMyTextView> _page;
-    PageDocument _shown;
-    // Device text of the page that the document has not yet.
-    UIMyTextView::Range _waiting;
+    QPointer<QTextDocument> _document;
     QTextCharFormat _fixedFormat;
     QTextCharFormat _unsentFormat;
     // The document and its selection are being brought to the page's.

@@ -10,7 +10,6 @@
 #include <QQuickTextDocument>
 #include <QQuickWindow>
 #include <QRandomGenerator>
-#include <QTextBlock>
 #include <QTextDocument>
 
 using namespace cvtamber;
@@ -24,8 +23,7 @@ using Keys = QKeySequence::StandardKey;
 class Desk final : public UIMyTextViewDelegate
 {
 public:
-    // Whether pieces of the device's text are shown together.
-    explicit Desk(bool isJoining = false)
+    Desk()
     {
         QQmlComponent component(&_engine);
         component.setData(
@@ -36,7 +34,6 @@ public:
         document = area->property("textDocument").value<QQuickTextDocument *>()->textDocument();
         area->setParentItem(_window.contentItem());
         page.setDelegate(this);
-        editor.setParentItem(isJoining ? area.get() : nullptr);
         page.insertCorvaneText(u"fixed "_s);
         page.paste(u"unsent"_s);
         editor.setArea(area.get());
@@ -101,7 +98,6 @@ public:
         }
         return {};
     }
-    void draw() { _window.grabWindow(); }
     QString state() const { return page.text().left(page.fixedTextEnd()) + u'|' + page.unsentText(); }
 
     UIMyTextView page;
@@ -221,66 +217,6 @@ private slots:
         desk.page.insertCorvaneText(u"more"_s);
         QCOMPARE(desk.area->property("cursorPosition").toInt(), 2);
         QVERIFY(desk.area->hasActiveFocus());
-    }
-
-    // Pieces are shown together in the next picture, or before anything else is done.
-    void joinsPieces()
-    {
-        Desk desk(true);
-        int changes = 0;
-        connect(desk.document, &QTextDocument::contentsChange, this, [&] { ++changes; });
-        const auto pieces = [&] {
-            for (int i = 0; i < 20; ++i)
-                desk.page.insertCorvaneText(u"piece\n"_s);
-            changes = 0;
-        };
-        pieces();
-        desk.draw();
-        QCOMPARE(changes, 1);
-        QCOMPARE(desk.difference(), QString());
-        const std::function<void()> acts[] = {
-            [&] { desk.write(u"a "_s); }, [&] { desk.select(2, 9); },
-            [&] { desk.select(8, 8); },   [&] { desk.compose({}, u"b"_s); },
-            [&] { desk.page.undo(); },    [&] { desk.page.setSelectedRange({3, 200}); }};
-        for (const auto &act : acts) {
-            pieces();
-            act();
-            desk.draw();
-            QCOMPARE(desk.difference(), QString());
-        }
-    }
-
-    // A line of any length and lines of any number are in blocks that are neither long nor many.
-    void blocks()
-    {
-        QRandomGenerator random(3);
-        QTextDocument document;
-        PageDocument shown;
-        shown.setDocument(&document);
-        QString text;
-        const auto held = [](QChar unit) { return unit; };
-        const QStringList pieces{u"x"_s, u"\n"_s, u"word "_s, u"\U0001F600"_s, u"e\u0301"_s};
-        for (int step = 0; step < 300; ++step) {
-            const auto at = random.bounded(text.size() + 1);
-            if (step % 3 == 2) {
-                const auto length = std::min<qsizetype>(random.bounded(4000), text.size() - at);
-                shown.remove(at, length);
-                text.remove(at, length);
-            } else {
-                const QString piece = pieces[random.bounded(int(pieces.size()))].repeated(
-                    1 + random.bounded(step % 30 == 0 ? 9000 : 3));
-                shown.insert(at, piece, {});
-                text.insert(at, piece);
-            }
-            QVERIFY(shown.shows(text, 0, document.characterCount(), held));
-            QCOMPARE(shown.textPosition(shown.documentPosition(at)), at);
-        }
-        for (QTextBlock block = document.begin(); block.isValid(); block = block.next())
-            QVERIFY(block.length() <= 2 * PageDocument::LongestBlock + 1);
-        shown.remove(0, text.size());
-        QCOMPARE(document.characterCount(), 1);
-        shown.insert(0, u"\n"_s.repeated(1'000'000), {});
-        QVERIFY(document.blockCount() > 5000 && document.blockCount() < 15'000);
     }
 
     // Two views of one page, and one that has gone.
