@@ -255,7 +255,10 @@ class Program:
             raise Missing(f"{name!r} ({role or 'any role'}) is not there. There is:\n{self.outline()}") from None
 
     def see_no(self, name, role=None, limit=LIMIT):
-        until(lambda: self.find(name, role) is None, f"{name!r} is still there:\n{self.outline()}", limit)
+        try:
+            until(lambda: self.find(name, role) is None, "", limit)
+        except Missing:
+            raise Missing(f"{name!r} is still there:\n{self.outline()}") from None
 
     def outline(self, root=None, level=0):
         """The tree in words, one line a showing node."""
