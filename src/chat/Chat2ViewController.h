@@ -28,9 +28,9 @@ struct ChatFooterView
 // Lines of text between the person at this screen and the person at the device, as a conversation of bubbles.
 //
 // While the screen is seen the device is in chat mode (LiveMode). A line that is typed while the device is away, or that
-// it would take for a command, stays in the field. With a Chinese device what is typed goes out as pinyin with tone symbols, with a second bubble that shows
-// its reading, and what comes gets its tone marks. The conversation is one for the run of the program, and so are the line in the field and
-// the half of a line that has come.
+// it would take for a command, stays in the field. With a Chinese device what is typed goes out as pinyin with tone
+// symbols, with a second bubble that shows its reading, and what comes gets its tone marks. The conversation is one
+// for the run of the program, and so are the line in the field and the half of a line that has come.
 // The device keeps the screen as its data delegate when it has been left, so lines that come late are kept too.
 // Thread: main thread. Owner: shared, see ViewController.
 class Chat2ViewController final : public cvtamber::ViewController,

@@ -31,8 +31,13 @@ void NavigationController::popViewController(bool animated)
 
 void NavigationController::backClicked()
 {
-    if (depth() > 1)
-        topViewController()->perform([this] { popViewController(true); });
+    if (depth() < 2)
+        return;
+    // The action may wait, and the screen at the top may be kept by others for longer than its navigation.
+    topViewController()->perform([weak = weak_from_this()] {
+        if (const auto self = std::static_pointer_cast<NavigationController>(weak.lock()))
+            self->popViewController(true);
+    });
 }
 
 void NavigationController::change(std::function<void(const Done &done)> work)
