@@ -101,18 +101,19 @@ class Program:
             if not self._changed.wait_for(condition, limit):
                 raise Failure(f"{self.name}: {what} within {limit} s; {self.story()}")
 
-    def wait_for_line(self, text, key="out", start=0, limit=PATIENCE):
-        """The (time, line) of the first line from number start on that holds the text, or one of a tuple's."""
+    def wait_for_line(self, text, key="out", start=0, limit=PATIENCE, count=1):
+        """The (time, line) of the first line, or of that with this count, from number start on that holds the
+        text, or one of a tuple's."""
         texts = text if isinstance(text, tuple) else (text,)
         found = []
 
         def holds():
             found[:] = [entry for entry in self.lines[key][start:] if any(one in entry[1] for one in texts)]
-            return found or self.ended is not None
+            return len(found) >= count or self.ended is not None
 
         self._wait_until(holds, limit, f"no line {text!r}")
-        check(found, f"{self.name} ended before the line {text!r}", self.story())
-        return found[0]
+        check(len(found) >= count, f"{self.name} ended before the line {text!r}", self.story())
+        return found[count - 1]
 
     def wait(self, limit=PATIENCE):
         """The exit status; a program that outlives the limit is a Failure."""
@@ -229,6 +230,10 @@ class Bench:
             options += ["--profile", path]
         self.simulator = self._start([self._programs / "corvane-simulator", *options])
         self.simulator.wait_for_line(b"ready")
+
+    def start_monitor(self):
+        """Prints all that goes over the bus, and ends with it: the bus has to be stopped before the bench."""
+        return self._start(["dbus-monitor", "--address", self.environment["DBUS_SYSTEM_BUS_ADDRESS"]])
 
     def start(self, *arguments, data=b""):
         return self._start([self._programs / "corvane", *arguments], data=data)

@@ -11,6 +11,7 @@ PROGRAMS is the folder of corvane and corvane-simulator. The protocol's silences
 import concurrent.futures
 import json
 import pathlib
+import re
 import signal
 import sys
 import time
@@ -138,6 +139,74 @@ def signal_ends_the_link():
         chat.signal(signal.SIGINT)
         check(chat.wait() == 130, chat.story())
         bench.simulator.wait_for_line(b"tells Connected false", "err", len(bench.simulator.lines["err"]) - 3)
+
+
+# Each with the number of packets that it sends and receives.
+TRANSFERS = {"get A.TXT --back-translate": 130, "put - --as NEW.TXT --translate": 126, "put - --as NEW.TXT": 125,
+             "emboss - --translate": 123}
+SIDE_BY_SIDE = 40
+TEXT = b"".join(b"%03d: line of a text." % number for number in range(120))
+# A packet holds a state record, and is under way long enough for a signal to meet it.
+SLOW_DEVICE = {"devices": [{"serial": SERIAL, "maximalNotification": 100,
+                            "delays": {"write": 20, "notification": 20},
+                            "files": [{"name": "A.TXT", "text": (TEXT * 5).decode()}]}]}
+
+
+def modes_told(bench):
+    info = json.loads(bench.run(*NAMED, "--json", "info")[0])
+    del info["files"]
+    return info
+
+
+def interrupt(transfer, moment):
+    """Ends a transfer by SIGTERM after so many packets; what is told of the device afterwards."""
+    verb, *_ = words = transfer.split()
+    with Bench(PROGRAMS, SLOW_DEVICE) as bench:
+        monitor = bench.start_monitor()
+        first = b"{{ADV}}" if verb == "emboss" else b"{{EM OFF}}"
+        corvane = bench.start(*NAMED, *words, data=TEXT)
+        begin = monitor.lines["out"].index(monitor.wait_for_line(first))
+        monitor.wait_for_line(b"array of bytes", start=begin, count=moment + 1)
+        corvane.signal(signal.SIGTERM)
+        status = corvane.wait()
+        # In the end it may be done before it hears of the signal.
+        expected = {143} if moment < TRANSFERS[transfer] - 3 else {143, 0}
+        check(status in expected, transfer, moment, corvane.story())
+        info = modes_told(bench)
+        bench.simulator.stop()
+        bench.bus.stop()
+        check(monitor.wait() == 0, monitor.story())
+        packets = monitor.output()
+        records = re.findall(rb'array of bytes "((?:\d+, ){29}\d+)"', packets)
+        check(len(records) == 2 and records[0] == records[1], transfer, moment, "other modes", records)
+        sent = b"".join(re.findall(rb'^   array of bytes "(.*)"$', packets, re.MULTILINE))
+        opened, closed = (len(re.findall(word, sent)) for word in (rb"{{(BEGIN|FM) NEW", rb"{{(FM )?END}}"))
+        check(opened == closed, transfer, moment, "a file is left open", sent)
+        check_what_is_left(bench.state(), transfer, corvane)
+        return info
+
+
+def check_what_is_left(state, transfer, corvane):
+    """Nothing but a part of the text, which is said to be one."""
+    whole = b"<print 1>" + TEXT * 5 + b"</print>"
+    check(corvane.output() in (b"", whole), "part of a text is handed over")
+    if state:
+        told = state.files.get(b"NEW.TXT") if transfer.startswith("put") else state.page
+        check(told is not None, "nothing is stored")
+        left = told.removeprefix(b"<braille 1>").removesuffix(b"</braille>")
+        check(TEXT.startswith(left), transfer, "more than the text is there", left)
+        check(left == TEXT or "incomplete" in corvane.errors(), transfer, "nothing is said", corvane.story())
+
+
+@case
+def signal_amid_a_transfer_leaves_the_modes():
+    with Bench(PROGRAMS, SLOW_DEVICE) as bench, concurrent.futures.ThreadPoolExecutor(SIDE_BY_SIDE) as pool:
+        told = [pool.submit(interrupt, transfer, moment) for transfer, packets in TRANSFERS.items()
+                for moment in [*range(6), packets // 3, packets * 2 // 3, packets - 3, packets - 1]]
+        before = modes_told(bench)
+        check(before["embosserOn"] and not before["advancedMode"], before)
+        for future in told:
+            check(future.result() == before, "other modes are told", future.result(), before)
 
 
 @case
