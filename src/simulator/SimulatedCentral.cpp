@@ -81,14 +81,13 @@ void SimulatedCentral::scanForPeripherals(const QList<BluetoothUuid> &services, 
         return;
     _scanServices = services;
     _allowDuplicates = allowDuplicates;
-    _reported.clear();
-    ++_scanNumber;
+    _reported = std::make_shared<QSet<QString>>();
     scheduleAdvertisements();
 }
 
 void SimulatedCentral::stopScan()
 {
-    ++_scanNumber;
+    _reported.reset();
     _advertising.cancel();
 }
 
@@ -100,20 +99,19 @@ void SimulatedCentral::scheduleAdvertisements()
 void SimulatedCentral::reportAdvertisements()
 {
     scheduleAdvertisements();
-    const std::weak_ptr<char> alive = _alive;
-    const quint64 scan = _scanNumber;
+    const std::weak_ptr scan = _reported;
     const auto devices = _radio->devices();
     for (const auto &device : devices) {
         if (!device->advertises(_scanServices))
             continue;
-        if (!_allowDuplicates && _reported.contains(device->identifier()))
+        if (!_allowDuplicates && _reported->contains(device->identifier()))
             continue;
-        _reported.insert(device->identifier());
+        _reported->insert(device->identifier());
         const auto peripheral = peripheralFor(device);
         if (const auto delegate = _delegate.lock())
             delegate->centralDidDiscoverPeripheral(peripheral);
         // The delegate may have stopped or replaced the scan, or destroyed the central.
-        if (alive.expired() || scan != _scanNumber)
+        if (scan.expired())
             return;
     }
 }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/CallGroup.h"
 #include "base/DelayedCall.h"
-#include "simulator/CallGroup.h"
 #include "simulator/SimulatedPeripheral.h"
 #include "simulator/SimulatedRadio.h"
 
@@ -55,9 +55,7 @@ private:
     bool _stateKnown = false;
     QList<BluetoothUuid> _scanServices;
     bool _allowDuplicates = false;
-    QSet<QString> _reported;
-    quint64 _scanNumber = 0;
-    std::shared_ptr<char> _alive = std::make_shared<char>();
+    std::shared_ptr<QSet<QString>> _reported; // by the scan that is on; null without one
     DelayedCall _advertising;
     CallGroup _calls;
 };

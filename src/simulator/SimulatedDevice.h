@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/CallGroup.h"
 #include "base/DelayedCall.h"
 #include "base/SystemLog.h"
-#include "simulator/CallGroup.h"
 #include "simulator/ChatPartner.h"
 #include "simulator/DeviceStateFile.h"
 #include "simulator/SimulatedLinkHolder.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/CallGroup.h"
 #include "device/BluetoothPeripheral.h"
-#include "simulator/CallGroup.h"
 #include "simulator/SimulatedDevice.h"
 #include "simulator/SimulatedLinkHolder.h"
 

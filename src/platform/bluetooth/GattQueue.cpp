@@ -29,24 +29,16 @@ QString textOf(QLowEnergyService::ServiceError error)
 } // namespace
 
 GattQueue::GattQueue(RunLoop &runLoop, QLowEnergyController &controller, Notified notified)
-    : _runLoop(runLoop)
-    , _controller(controller)
+    : _controller(controller)
     , _notified(std::move(notified))
     , _writer(makeCharacteristicWriter(_controller.remoteAddress().toString()))
+    , _calls(runLoop)
 {
     QObject::connect(&_controller, &QLowEnergyController::discoveryFinished, &_context,
                      [this] { finishIf(Kind::DiscoverServices); });
     QObject::connect(&_controller, &QLowEnergyController::errorOccurred, &_context, [this] {
         if (isRunning(Kind::DiscoverServices) || isRunning(Kind::DiscoverCharacteristics))
             fail(u"The device's services could not be listed."_s);
-    });
-}
-
-void GattQueue::post(std::function<void()> call)
-{
-    _runLoop.performAfter(0ns, [alive = std::weak_ptr(_alive), call = std::move(call)] {
-        if (!alive.expired())
-            call();
     });
 }
 
@@ -185,7 +177,7 @@ void GattQueue::serviceStateChanged(const BluetoothUuid &service, QLowEnergyServ
     if (!isRunning(Kind::DiscoverServices) && _isRunning && _requests.front().service == service &&
         state == QLowEnergyService::InvalidService) {
         // Not yet: the link may be what is being lost, and that is told without an answer.
-        post([this, service, number = _number] { serviceBecameInvalid(service, number); });
+        _calls.perform(0ns, [this, service, number = _number] { serviceBecameInvalid(service, number); });
     } else if (state == QLowEnergyService::RemoteServiceDiscovered) {
         finishIf(Kind::DiscoverCharacteristics);
     }
@@ -215,7 +207,7 @@ void GattQueue::changed(const BluetoothUuid &service, const QLowEnergyCharacteri
     if (value.isEmpty() ||
         !_notifying.contains(std::pair<QUuid, QUuid>{service.toQUuid(), characteristic.uuid()}))
         return;
-    post([this, service, uuid = fromQt(characteristic.uuid()), value] {
+    _calls.perform(0ns, [this, service, uuid = fromQt(characteristic.uuid()), value] {
         const auto notified = _notified;
         notified(service, uuid, value);
     });
@@ -235,9 +227,9 @@ void GattQueue::finishIf(Kind kind, const QByteArray &value)
 void GattQueue::finish(const QByteArray &value, const BluetoothResult &error)
 {
     _isRunning = false;
-    post([done = std::move(_requests.front().done), value, error] { done(value, error); });
+    _calls.perform(0ns, [done = std::move(_requests.front().done), value, error] { done(value, error); });
     _requests.pop_front();
-    post([this] { startNext(); });
+    _calls.perform(0ns, [this] { startNext(); });
 }
 
 QList<BluetoothUuid> GattQueue::services() const

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "base/RunLoop.h"
+#include "base/CallGroup.h"
 #include "device/BluetoothPeripheral.h"
 #include "platform/bluetooth/CharacteristicWriter.h"
 
@@ -54,7 +54,6 @@ public:
 private:
     using Kind = Request::Kind;
 
-    void post(std::function<void()> call);
     void startNext();
     void start(const Request &request);
     bool writeDirectly(const Request &request);
@@ -73,7 +72,6 @@ private:
     void finish(const QByteArray &value, const BluetoothResult &error);
     void fail(const QString &text) { finish({}, BluetoothError{text}); }
 
-    RunLoop &_runLoop;
     QLowEnergyController &_controller;
     Notified _notified;
     std::unique_ptr<CharacteristicWriter> _writer; // null where there is none
@@ -83,7 +81,7 @@ private:
     bool _isRunning = false;
     quint64 _number = 0; // of the request that runs or ran last
     QObject _context;    // the end of Qt's signals
-    std::shared_ptr<char> _alive = std::make_shared<char>();
+    CallGroup _calls;
 };
 
 } // namespace cvtamber

@@ -14,10 +14,11 @@ QtBluetoothCentral::QtBluetoothCentral(RunLoop &runLoop, const std::shared_ptr<Q
     : _runLoop(runLoop)
     , _radio(radio)
     , _scanner(runLoop, [this](const QBluetoothDeviceInfo &device) { found(device); })
+    , _calls(runLoop)
 {
     _radio->addCentral(this);
     if (_radio->state() != State::Unknown)
-        post([this] { radioChanged(); });
+        _calls.perform(0ns, [this] { radioChanged(); });
 }
 
 QtBluetoothCentral::~QtBluetoothCentral()
@@ -25,14 +26,6 @@ QtBluetoothCentral::~QtBluetoothCentral()
     _radio->removeCentral(this);
     for (const auto &peripheral : std::as_const(_peripherals))
         peripheral->forgetCentral();
-}
-
-void QtBluetoothCentral::post(std::function<void()> call)
-{
-    _runLoop.performAfter(0ns, [alive = std::weak_ptr(_alive), call = std::move(call)] {
-        if (!alive.expired())
-            call();
-    });
 }
 
 BluetoothCentral::State QtBluetoothCentral::state() const
@@ -50,7 +43,7 @@ void QtBluetoothCentral::radioChanged()
     const bool isOn = _radio->state() == State::PoweredOn;
     _isStateTold = true;
     _scanner.setRadioOn(isOn);
-    post([this] {
+    _calls.perform(0ns, [this] {
         if (const auto delegate = _delegate.lock())
             delegate->centralDidUpdateState();
     });
@@ -68,7 +61,8 @@ void QtBluetoothCentral::endLinks()
         if (state == BluetoothPeripheral::State::Connecting)
             postFailedToConnect(peripheral, error);
         else
-            post([this, peripheral, error] { reportDisconnected(peripheral, BluetoothError{error}); });
+            _calls.perform(
+                0ns, [this, peripheral, error] { reportDisconnected(peripheral, BluetoothError{error}); });
     }
 }
 
@@ -86,7 +80,7 @@ void QtBluetoothCentral::stopScan()
 
 void QtBluetoothCentral::found(const QBluetoothDeviceInfo &device)
 {
-    post([this, device, scan = _scanNumber] {
+    _calls.perform(0ns, [this, device, scan = _scanNumber] {
         // The scan may have been stopped or replaced meanwhile.
         if (scan != _scanNumber)
             return;
@@ -127,7 +121,7 @@ void QtBluetoothCentral::cancelPeripheralConnection(const BluetoothPeripheralPtr
 {
     const auto known = own(peripheral);
     if (known && known->cancel())
-        post([this, known] { reportDisconnected(known, {}); });
+        _calls.perform(0ns, [this, known] { reportDisconnected(known, {}); });
 }
 
 void QtBluetoothCentral::reportConnected(const BluetoothPeripheralPtr &peripheral)
@@ -152,7 +146,8 @@ void QtBluetoothCentral::reportDisconnected(const BluetoothPeripheralPtr &periph
 
 void QtBluetoothCentral::postFailedToConnect(const BluetoothPeripheralPtr &peripheral, const QString &error)
 {
-    post([this, peripheral, error] { reportFailedToConnect(peripheral, BluetoothError{error}); });
+    _calls.perform(0ns,
+                   [this, peripheral, error] { reportFailedToConnect(peripheral, BluetoothError{error}); });
 }
 
 } // namespace cvtamber

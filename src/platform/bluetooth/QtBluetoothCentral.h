@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/CallGroup.h"
 #include "device/BluetoothCentral.h"
 #include "platform/bluetooth/DeviceScanner.h"
 #include "platform/bluetooth/QtBluetoothPeripheral.h"
@@ -45,7 +46,6 @@ public:
     void reportDisconnected(const BluetoothPeripheralPtr &peripheral, const BluetoothResult &error);
 
 private:
-    void post(std::function<void()> call);
     void found(const QBluetoothDeviceInfo &device);
     QtBluetoothPeripheralPtr own(const BluetoothPeripheralPtr &peripheral) const;
     QtBluetoothPeripheralPtr peripheralFor(const QBluetoothDeviceInfo &device);
@@ -59,7 +59,7 @@ private:
     bool _isStateTold = false;
     quint64 _scanNumber = 0;
     DeviceScanner _scanner;
-    std::shared_ptr<char> _alive = std::make_shared<char>();
+    CallGroup _calls;
 };
 
 } // namespace cvtamber

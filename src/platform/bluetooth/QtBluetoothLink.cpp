@@ -3,12 +3,11 @@
 
 #include "platform/bluetooth/Advertisement.h"
 
-#include <utility>
+#include <QPointer>
 
 namespace cvtamber {
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -40,6 +39,7 @@ QtBluetoothLink::QtBluetoothLink(RunLoop &runLoop, SharedLinks &sharedLinks,
     , _device(device)
     , _identifier(identifierOf(device))
     , _events(events)
+    , _calls(runLoop)
 {}
 
 QtBluetoothLink::~QtBluetoothLink()
@@ -51,22 +51,14 @@ QtBluetoothLink::~QtBluetoothLink()
     _sharedLinks.release(_identifier, _controller);
 }
 
-void QtBluetoothLink::post(std::function<void()> call)
-{
-    _runLoop.performAfter(0ns, [alive = std::weak_ptr(_alive), call = std::move(call)] {
-        if (!alive.expired())
-            call();
-    });
-}
-
 void QtBluetoothLink::open()
 {
     if (!_sharedLinks.isClosing(_identifier)) {
         connectToDevice();
         return;
     }
-    _sharedLinks.whenClosed(_identifier, [this, alive = std::weak_ptr(_alive)] {
-        if (!alive.expired())
+    _sharedLinks.whenClosed(_identifier, [this, context = QPointer(&_context)] {
+        if (context)
             post([this] { open(); });
     });
 }

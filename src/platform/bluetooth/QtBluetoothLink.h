@@ -43,7 +43,7 @@ public:
     // For an open link only.
     GattQueue &gatt() { return *_gatt; }
     // Calls from the run loop, unless the object is destroyed before.
-    void post(std::function<void()> call);
+    void post(std::function<void()> call) { _calls.perform(std::chrono::nanoseconds{0}, std::move(call)); }
 
 private:
     void connectToDevice();
@@ -61,7 +61,7 @@ private:
     bool _wasConnecting = false;
     bool _isOpen = false;
     QObject _context; // the end of Qt's signals
-    std::shared_ptr<char> _alive = std::make_shared<char>();
+    CallGroup _calls;
 };
 
 } // namespace cvtamber

@@ -10,6 +10,7 @@ using namespace std::chrono_literals;
 QtBluetoothRadio::QtBluetoothRadio(RunLoop &runLoop)
     : _runLoop(runLoop)
     , _watcher(makeAdapterWatcher())
+    , _calls(runLoop)
 {
     _watcher->setChanged([this] { postChange(); });
 }
@@ -29,10 +30,7 @@ std::unique_ptr<BluetoothCentral> QtBluetoothRadio::makeCentral()
 void QtBluetoothRadio::postChange()
 {
     const Situation situation{_watcher->state(), _watcher->stateText(), _watcher->isServiceRunning()};
-    _runLoop.performAfter(0ns, [this, alive = std::weak_ptr(_alive), situation] {
-        if (!alive.expired())
-            change(situation);
-    });
+    _calls.perform(0ns, [this, situation] { change(situation); });
 }
 
 void QtBluetoothRadio::change(const Situation &situation)

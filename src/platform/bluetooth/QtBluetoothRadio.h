@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "base/RunLoop.h"
+#include "base/CallGroup.h"
 #include "device/BluetoothCentral.h"
 #include "platform/bluetooth/AdapterWatcher.h"
 #include "platform/bluetooth/SharedLinks.h"
@@ -50,7 +50,7 @@ private:
     SharedLinks _sharedLinks;
     QList<QtBluetoothCentral *> _centrals;
     Situation _now;
-    std::shared_ptr<char> _alive = std::make_shared<char>();
+    CallGroup _calls;
 };
 
 } // namespace cvtamber

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/CallGroup.h"
 #include "base/DelayedCall.h"
-#include "simulator/CallGroup.h"
 #include "simulator/SimulatedLinkHolder.h"
 #include "simulator/bluez/GattLink.h"
 #include "simulator/bluez/GattService.h"

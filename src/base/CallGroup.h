@@ -9,7 +9,8 @@
 
 namespace cvtamber {
 
-// Delayed calls that end together: cancelled at once, or with the group. A call may destroy the group.
+// Delayed calls that end together: cancelled at once, or with the group. A call may destroy the group. Main thread;
+// the loop outlives the group.
 class CallGroup
 {
 public:
