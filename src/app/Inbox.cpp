@@ -71,7 +71,6 @@ Inbox::Inbox(StoreContext &store, TaskRunner &tasks, Locations &locations)
     : _store(store)
     , _tasks(tasks)
     , _folder(folder(locations))
-    , _alive(std::make_shared<char>())
 {}
 
 Inbox::~Inbox() = default;
@@ -114,22 +113,21 @@ void Inbox::giveOut()
 
 void Inbox::copyNext()
 {
-    if (_isCopying || _waiting.empty())
+    if (_copying || _waiting.empty())
         return;
-    _isCopying = true;
-    const QString path = std::move(_waiting.front());
+    _copying = std::make_shared<const QString>(std::move(_waiting.front()));
     _waiting.pop_front();
     const auto read = std::make_shared<ReadResult>();
-    _tasks.run([read, path, &disk = _store.disk] { *read = readOriginal(disk, path); },
-               [this, read, path, alive = std::weak_ptr<char>(_alive)] {
-                   if (!alive.expired())
-                       fileRead(path, *read);
+    _tasks.run([read, path = *_copying, &disk = _store.disk] { *read = readOriginal(disk, path); },
+               [this, read, copying = std::weak_ptr(_copying)] {
+                   if (!copying.expired())
+                       fileRead(*read);
                });
 }
 
-void Inbox::fileRead(const QString &path, const ReadResult &read)
+void Inbox::fileRead(const ReadResult &read)
 {
-    const QString name = FileURL::file(path).lastPathComponent();
+    const QString name = FileURL::file(*_copying).lastPathComponent();
     const QString shown = visibleText(name);
     if (std::max<qint64>(read.stamp.size, read.bytes.size()) > LargestImport)
         refuse(localizedFormat("%@ is larger than 2 MB and was not opened.", shown));
@@ -146,8 +144,8 @@ void Inbox::write(const QString &name, const QByteArray &bytes, int attempt)
     const FileURL copy = _folder.appendingFile(nameOfCopy(name, attempt));
     _store.coordinator.create(
         copy, bytes,
-        [this, name, bytes, attempt, copy, alive = std::weak_ptr<char>(_alive)](const WriteResult &result) {
-            if (alive.expired())
+        [this, name, bytes, attempt, copy, copying = std::weak_ptr(_copying)](const WriteResult &result) {
+            if (copying.expired())
                 return;
             if (result.outcome == FileResult::Outcome::AlreadyExists && attempt < MostNamesTried) {
                 write(name, bytes, attempt + 1);
@@ -172,7 +170,7 @@ void Inbox::refuse(const QString &sentence)
 
 void Inbox::copyEnded()
 {
-    _isCopying = false;
+    _copying.reset();
     giveOut();
     copyNext();
     if (!isCopying() && _receiver.copied)

@@ -50,13 +50,13 @@ public:
     void handOver(const QStringList &paths);
     // Gives the next copies out, as far as the receiver takes them.
     void giveOut();
-    bool isCopying() const { return _isCopying || !_waiting.empty(); }
+    bool isCopying() const { return _copying || !_waiting.empty(); }
     // Nothing waits and nothing is being copied.
     bool isIdle() const { return _copies.empty() && !isCopying(); }
 
 private:
     void copyNext();
-    void fileRead(const QString &path, const ReadResult &read);
+    void fileRead(const ReadResult &read);
     void write(const QString &name, const QByteArray &bytes, int attempt);
     void copyEnded();
     void refuse(const QString &sentence);
@@ -67,9 +67,8 @@ private:
     Receiver _receiver;
     std::deque<QString> _waiting;
     std::deque<FileURL> _copies;
-    bool _isCopying = false;
-    // Goes with this object: what comes back later finds it expired.
-    std::shared_ptr<char> _alive;
+    // The path of the file that is being copied; what comes back after this object has gone finds it expired.
+    std::shared_ptr<const QString> _copying;
 };
 
 } // namespace cvtamber

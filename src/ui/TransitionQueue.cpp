@@ -22,15 +22,15 @@ void TransitionQueue::later(std::function<void()> callback)
 
 void TransitionQueue::startNext()
 {
-    if (_isRunning || _waiting.empty())
+    if (_running || _waiting.empty())
         return;
     const auto next = std::move(_waiting.front());
     _waiting.pop_front();
-    _isRunning = true;
-    next([this, alive = std::weak_ptr<char>(_alive), isOver = std::make_shared<bool>(false)] {
-        if (alive.expired() || std::exchange(*isOver, true))
+    _running = std::make_shared<char>();
+    next([this, running = std::weak_ptr(_running)] {
+        if (running.expired())
             return;
-        _isRunning = false;
+        _running.reset();
         startNext();
     });
 }

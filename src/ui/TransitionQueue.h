@@ -26,7 +26,7 @@ public:
     void add(Transition transition);
     // For a transition that has nothing to show: the callback runs from the loop. One at a time.
     void later(std::function<void()> callback);
-    bool isRunning() const { return _isRunning; }
+    bool isRunning() const { return _running != nullptr; }
     // The screen is about to change again.
     bool hasWaiting() const { return !_waiting.empty(); }
 
@@ -34,10 +34,9 @@ private:
     void startNext();
 
     std::deque<Transition> _waiting;
-    bool _isRunning = false;
+    // Held while a transition runs; its Done does nothing once this is gone.
+    std::shared_ptr<char> _running;
     DelayedCall _later;
-    // What a late Done looks for: the queue is gone when this is.
-    std::shared_ptr<char> _alive = std::make_shared<char>();
 };
 
 } // namespace cvtamber

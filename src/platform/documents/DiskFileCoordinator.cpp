@@ -12,7 +12,7 @@ namespace cvtamber {
 struct DiskFileCoordinator::Job
 {
     std::function<void()> work;
-    std::function<void()> complete;
+    std::function<void()> complete; // on the main thread; none once the coordinator has gone
     std::shared_ptr<PathQueue::Ticket> ticket;
     bool hasBegun = false;
 };
@@ -51,7 +51,6 @@ DiskFileCoordinator::DiskFileCoordinator(TaskRunner &tasks, StoreDisk &disk, Tra
     , _disk(disk)
     , _trash(trash)
     , _remainder(std::make_shared<Remainder>())
-    , _alive(std::make_shared<char>())
 {}
 
 DiskFileCoordinator::~DiskFileCoordinator()
@@ -70,13 +69,16 @@ void DiskFileCoordinator::submit(const std::vector<FileURL> &urls, Work work, Co
     const auto job = std::make_shared<Job>();
     const auto result = std::make_shared<Result>();
     job->work = [result, work = std::move(work)] { *result = work(); };
-    if (completion)
-        job->complete = [result, completion = std::move(completion)] { completion(*result); };
     std::vector<QString> paths;
     paths.reserve(urls.size());
     for (const FileURL &url : urls)
         paths.push_back(url.path());
     const auto place = _jobs.insert(_jobs.end(), job);
+    job->complete = [this, place, result, completion = std::move(completion)] {
+        finish(place);
+        if (completion)
+            completion(*result);
+    };
     job->ticket = _queue.join(paths, [this, place] { begin(place); });
 }
 
@@ -89,19 +91,17 @@ void DiskFileCoordinator::begin(Jobs::iterator place)
         job->work();
         remainder->letGo();
     };
-    _tasks.run(std::move(work), [this, place, alive = std::weak_ptr(_alive)] {
-        if (!alive.expired())
-            finish(place);
+    _tasks.run(std::move(work), [job] {
+        if (const auto complete = std::exchange(job->complete, nullptr))
+            complete();
     });
 }
 
 void DiskFileCoordinator::finish(Jobs::iterator place)
 {
-    const std::shared_ptr<Job> job = std::move(*place);
+    const auto ticket = std::move((*place)->ticket);
     _jobs.erase(place);
-    _queue.finish(job->ticket);
-    if (job->complete)
-        job->complete();
+    _queue.finish(ticket);
 }
 
 void DiskFileCoordinator::read(const FileURL &url, Completion<ReadResult> completion)

@@ -49,8 +49,6 @@ private:
     // In the order of asking, until they are completed.
     Jobs _jobs;
     std::shared_ptr<Remainder> _remainder;
-    // Goes with this object: a completion that comes later finds it expired.
-    std::shared_ptr<char> _alive;
 };
 
 } // namespace cvtamber
