@@ -132,6 +132,7 @@ class Program:
         self.desk = desk
         self.size = SIZES[size] if isinstance(size, str) else size
         self.shots = desk.root
+        self.pressed = "nothing"
         self.log = desk.root / f"log-{time.monotonic_ns()}"
         suppressions = pathlib.Path(__file__).with_name("lsan.supp")
         env = dict(desk.env, QT_QUICK_BACKEND="software",
@@ -221,11 +222,18 @@ class Program:
     def top(self):
         """The dialog above all others, else the window."""
         frame = self.app.get_child_at_index(0)
-        children = [frame.get_child_at_index(i) for i in range(frame.get_child_count())]
-        dialogs = [child for child in children if child and child.get_role_name() == "dialog" and self.showing(child)]
+        # Where a child goes while they are counted, another one is passed over.
+        children = self.children(frame)
+        while children != (again := self.children(frame)):
+            children = again
+        dialogs = [child for child in children if child.get_role_name() == "dialog" and self.showing(child)]
         # The line of a notice is told as a dialog with nothing in it.
         dialogs = [dialog for dialog in dialogs if dialog.get_child_count() > 0]
         return dialogs[-1] if dialogs else frame
+
+    @staticmethod
+    def children(node):
+        return [child for i in range(node.get_child_count()) if (child := node.get_child_at_index(i))]
 
     @staticmethod
     def showing(node):
@@ -258,7 +266,7 @@ class Program:
         try:
             until(lambda: self.find(name, role) is None, "", limit)
         except Missing:
-            raise Missing(f"{name!r} is still there:\n{self.outline()}") from None
+            raise Missing(f"{name!r} is still there, after {self.pressed}:\n{self.outline()}") from None
 
     def outline(self, root=None, level=0):
         """The tree in words, one line a showing node."""
@@ -294,7 +302,18 @@ class Program:
         places = [i for i in range(node.get_n_actions()) if node.get_action_name(i) in ("Press", "Toggle")]
         if not places:
             raise Missing(f"an action of {name!r}")
+        self.pressed = f"{name!r} in {self.place(node)}"
         node.do_action(places[-1])
+
+    def place(self, node):
+        """The named ones around it, the innermost first."""
+        names = []
+        try:
+            while (node := node.get_parent()) is not None and node != self.app:
+                names += [node.get_name()] if node.get_name() else []
+        except GLib.Error:  # It has gone meanwhile.
+            pass
+        return " in ".join(names)
 
     def focus(self, name, role=None):
         node = self.see(name, role)

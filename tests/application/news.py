@@ -33,6 +33,13 @@ class News:
         taken, self.words = self.words, []
         return taken
 
+    def hear_among(self, words):
+        """Waits for these words, whatever comes beside them. A reader hears them; later they are gone from the tree."""
+        def heard():
+            self._turn()
+            return words in self.words
+        until(heard, f"the news {words!r}")
+
     def hear(self, *wanted):
         """Waits for exactly these words, one after the other and nothing between."""
         def heard():

@@ -10,6 +10,7 @@ import sys
 
 from driver import Desk, until
 from keyboard import chosen
+from news import News
 from steps import expect
 
 THINKS_MS = 200
@@ -38,11 +39,6 @@ def open_live(p, name):
     p.press(name, "push button")
     # What is typed before the device is in the mode stays where it is.
     p.see("Back")
-
-
-def heard(p, news):
-    """Said to a screen reader."""
-    until(lambda: news in p.names("notification"), f"{news!r} among {p.names('notification')}")
 
 
 def sees_message(p, words):
@@ -78,9 +74,11 @@ def whiteboard(p):
 
 
 def english(p):
+    news = News(p)
     open_live(p, "Chat")
     sees_message(p, "Device: Good morning.")
-    heard(p, "Device: Good morning.")
+    news.hear_among("Device: Good morning.")
+    news.stop()
     p.has_focus("Message to the device")
     p.write("Hello")
     field_is(p, "Hello")
