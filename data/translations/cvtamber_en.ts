@@ -939,10 +939,6 @@
         <source>The Corvane sent nothing. The file has not been fetched.</source>
         <translation>The Corvane sent nothing. The file has not been fetched.</translation>
     </message>
-    <message id="The Corvane stopped before the end of the file. The file has not been fetched.">
-        <source>The Corvane stopped before the end of the file. The file has not been fetched.</source>
-        <translation>The Corvane stopped before the end of the file. The file has not been fetched.</translation>
-    </message>
     <message id="The connection to the Corvane was lost. Part of the text may be missing.">
         <source>The connection to the Corvane was lost. Part of the text may be missing.</source>
         <translation>The connection to the Corvane was lost. Part of the text may be missing.</translation>
@@ -950,10 +946,6 @@
     <message id="The connection to the Corvane was lost. The file has not been fetched.">
         <source>The connection to the Corvane was lost. The file has not been fetched.</source>
         <translation>The connection to the Corvane was lost. The file has not been fetched.</translation>
-    </message>
-    <message id="The connection to the Corvane was lost. The file on it may be incomplete.">
-        <source>The connection to the Corvane was lost. The file on it may be incomplete.</source>
-        <translation>The connection to the Corvane was lost. The file on it may be incomplete.</translation>
     </message>
     <message id="The file has been fetched.">
         <source>The file has been fetched.</source>
@@ -1267,10 +1259,6 @@
         <source>The device sends too much text at once. Some of it is lost.</source>
         <translation>The device sends too much text at once. Some of it is lost.</translation>
     </message>
-    <message id="The Corvane is not connected. What you write is not sent yet.">
-        <source>The Corvane is not connected. What you write is not sent yet.</source>
-        <translation>The Corvane is not connected. What you write is not sent yet.</translation>
-    </message>
     <message id="What was not sent yet goes with the next space or line end.">
         <source>What was not sent yet goes with the next space or line end.</source>
         <translation>What was not sent yet goes with the next space or line end.</translation>
@@ -1290,6 +1278,70 @@
     <message id="Message to the device">
         <source>Message to the device</source>
         <translation>Message to the device</translation>
+    </message>
+    <message id="Connecting again">
+        <source>Connecting again</source>
+        <translation>Connecting again</translation>
+    </message>
+    <message id="Do not connect to the Corvane again">
+        <source>Do not connect to the Corvane again</source>
+        <translation>Do not connect to the Corvane again</translation>
+    </message>
+    <message id="The Corvane is connected again.">
+        <source>The Corvane is connected again.</source>
+        <translation>The Corvane is connected again.</translation>
+    </message>
+    <message id="The connection to the Corvane was lost. Trying to connect again.">
+        <source>The connection to the Corvane was lost. Trying to connect again.</source>
+        <translation>The connection to the Corvane was lost. Trying to connect again.</translation>
+    </message>
+    <message id="The Corvane does not answer. Its files are not known.">
+        <source>The Corvane does not answer. Its files are not known.</source>
+        <translation>The Corvane does not answer. Its files are not known.</translation>
+    </message>
+    <message id="The Corvane is busy. One moment, please.">
+        <source>The Corvane is busy. One moment, please.</source>
+        <translation>The Corvane is busy. One moment, please.</translation>
+    </message>
+    <message id="What you write is not sent yet.">
+        <source>What you write is not sent yet.</source>
+        <translation>What you write is not sent yet.</translation>
+    </message>
+    <message id="Trying to connect again.">
+        <source>Trying to connect again.</source>
+        <translation>Trying to connect again.</translation>
+    </message>
+    <message id="The file has been fetched. It may be incomplete.">
+        <source>The file has been fetched. It may be incomplete.</source>
+        <translation>The file has been fetched. It may be incomplete.</translation>
+    </message>
+    <message id="The connection to the Corvane was lost. The file on it is incomplete.">
+        <source>The connection to the Corvane was lost. The file on it is incomplete.</source>
+        <translation>The connection to the Corvane was lost. The file on it is incomplete.</translation>
+    </message>
+    <message id="%@ (incomplete)">
+        <source>%@ (incomplete)</source>
+        <translation>%@ (incomplete)</translation>
+    </message>
+    <message id="Fetch again">
+        <source>Fetch again</source>
+        <translation>Fetch again</translation>
+    </message>
+    <message id="Send again">
+        <source>Send again</source>
+        <translation>Send again</translation>
+    </message>
+    <message id="Emboss again">
+        <source>Emboss again</source>
+        <translation>Emboss again</translation>
+    </message>
+    <message id="Delete the incomplete file">
+        <source>Delete the incomplete file</source>
+        <translation>Delete the incomplete file</translation>
+    </message>
+    <message id="The incomplete file has been deleted from the Corvane.">
+        <source>The incomplete file has been deleted from the Corvane.</source>
+        <translation>The incomplete file has been deleted from the Corvane.</translation>
     </message>
 </context>
 </TS>

@@ -10,6 +10,7 @@ class Locations;
 class MailComposer;
 class NotificationCenter;
 class Presenter;
+class Reconnector;
 class RunLoop;
 class SystemLog;
 class UserDefaults;
@@ -29,6 +30,8 @@ struct AppContext
     DocumentPreview &preview;
     SystemLog &log;
     NotificationCenter &notifications;
+    // Makes a lost link again, until somebody stops it.
+    Reconnector &reconnector;
 };
 
 } // namespace cvtamber

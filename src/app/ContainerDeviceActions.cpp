@@ -68,7 +68,7 @@ template<typename Protocol> std::shared_ptr<Protocol> ContainerDeviceActions::se
 
 bool ContainerDeviceActions::isConnected() const
 {
-    return _screen.context().device.isConnectedAsCVComm();
+    return _screen.context().device.turn().isLinked();
 }
 
 void ContainerDeviceActions::present(const std::shared_ptr<ViewController> &controller)
@@ -342,7 +342,7 @@ void ContainerDeviceActions::keepDownload(const CVTransferViewController &transf
         return container->fileExists(wanted) ||
                _screen.context().store.disk.exists(container->url().appendingFile(documentFileName(wanted)));
     };
-    const QString title = nextFreeTitle(transfer.downloadedFileName(), isTaken);
+    const QString title = nextFreeTitle(transfer.nameToKeep(), isTaken);
     container->addFileWithName(title, transfer.downloadedString());
     if (title != transfer.downloadedFileName())
         _screen.context().presenter.showNotice(localizedFormat("Saved as %@.", title));

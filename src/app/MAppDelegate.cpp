@@ -8,6 +8,7 @@
 #include "base/TaskRunner.h"
 #include "base/UserDefaults.h"
 #include "device/CVBluetoothManager.h"
+#include "device/Reconnector.h"
 #include "device_ui/CVDeviceTableViewController.h"
 #include "store/StoreDisk.h"
 #include "store/StoreProblems.h"
@@ -82,10 +83,24 @@ bool MAppDelegate::applicationDidFinishLaunchingWithOptions(const std::optional<
 void MAppDelegate::createDevice()
 {
     gCVDevice = std::make_shared<CVBTDevice>(_services.device);
+    _reconnector =
+        std::make_unique<Reconnector>(_services.store.runLoop, *gCVDevice, _services.device.bluetoothManager,
+                                      ReconnectorClient{{}, {}, {}, true});
     _context.emplace(AppContext{_services.store.runLoop, _services.presenter, _services.store, *gCVDevice,
                                 *_services.device.bluetoothManager, _services.defaults, _services.locations,
                                 _services.mail, _services.preview, _services.store.log,
-                                _services.store.notifications});
+                                _services.store.notifications, *_reconnector});
+}
+
+void MAppDelegate::applicationWillTerminate()
+{
+    if (!gCVDevice)
+        return;
+    _reconnector->stop();
+    if (gCVDevice->isConnectedAsCVComm())
+        gCVDevice->disconnectAsCVComm();
+    else
+        gCVDevice->disconnectPeripheral();
 }
 
 void MAppDelegate::prepareDefaults()
@@ -240,8 +255,9 @@ void MAppDelegate::tearDown()
     _activeUsersController.reset();
     _archivedUsersController.reset();
     _tabController.reset();
+    if (_reconnector)
+        _reconnector->stop();
     if (gCVDevice) {
-        gCVDevice->setCvStateDelegate(nullptr);
         gCVDevice->setCvDownloadDelegate(nullptr);
         gCVDevice->setCvUploadDelegate(nullptr);
         gCVDevice->setDelegate(nullptr);

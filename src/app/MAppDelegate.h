@@ -65,7 +65,8 @@ public:
     void applicationWillResignActive() {}
     void applicationDidEnterBackground() {}
     void applicationWillEnterForeground() {}
-    void applicationWillTerminate() {}
+    // Ends the link in order; the device object takes about 2 seconds for it.
+    void applicationWillTerminate();
     void applicationDidBecomeActive();
 
     // Files of other programs, absolute paths: each is copied to the Inbox and then opened from there. What is named beside
@@ -116,6 +117,7 @@ private:
 
     const AppServices _services;
     Inbox _inbox;
+    std::unique_ptr<Reconnector> _reconnector;
     std::optional<AppContext> _context;
     std::shared_ptr<StoreNotices> _notices;
     std::shared_ptr<TabBarController> _tabController;

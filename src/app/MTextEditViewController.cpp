@@ -113,6 +113,8 @@ void MTextEditViewController::cvTransferControllerTransferFinished(CVTransferVie
         return;
     _transferViewController.reset();
     setText(transfer.downloadedString());
+    // What is saved is named after it.
+    setTitle(transfer.nameToKeep());
     _bDownloadAtView = false;
     if (presentedViewController().get() == &transfer)
         dismissViewController(true);

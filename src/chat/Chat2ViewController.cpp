@@ -123,7 +123,7 @@ void Chat2ViewController::linkChanged()
 
 QString Chat2ViewController::statusText() const
 {
-    return _liveMode.isAway() ? localized("The Corvane is not connected.") : QString();
+    return _liveMode.statusText();
 }
 
 // Sending
@@ -138,9 +138,9 @@ bool Chat2ViewController::canSend(const QString &line) const
     // Before the device is in chat mode it would emboss the text.
     if (!_isObserving || !takesActions())
         return false;
-    const bool isConnected = !_liveMode.isAway() && _context.device.isConnectedAsCVComm();
+    const bool isConnected = !_liveMode.isAway();
     if (!isConnected)
-        presenter().showNotice(localized("The Corvane is not connected."));
+        presenter().showNotice(statusText());
     const bool isObeyed = LiveMode::isObeyed(line);
     if (isConnected && isObeyed)
         _liveMode.tellObeyed();

@@ -68,7 +68,7 @@ int ChatViewController::fontScale() const
 
 QString ChatViewController::statusText() const
 {
-    return _mode.isAway() ? localized("The Corvane is not connected. What you write is not sent yet.")
+    return _mode.isAway() ? _mode.statusText() + u' ' + localized("What you write is not sent yet.")
                           : QString();
 }
 
@@ -87,7 +87,6 @@ void ChatViewController::viewWillAppear()
 void ChatViewController::viewDidAppear()
 {
     _mode.appear();
-    linkChanged();
     _context.device.setDataDelegate(std::static_pointer_cast<ChatViewController>(shared_from_this()));
     _isRegisteredForKeyboard = true;
 }

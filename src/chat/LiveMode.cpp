@@ -3,6 +3,7 @@
 
 #include "app/AppContext.h"
 #include "device/CVBTDevice.h"
+#include "device/Reconnector.h"
 #include "ui/Presenter.h"
 #include "ui/Texts.h"
 
@@ -25,41 +26,64 @@ void LiveMode::appear()
 {
     _context.device.addLinkObserver(*this);
     _hasToldReplaced = false;
+    _toldStatus.reset();
     enter();
-    if (isAway())
-        _changed();
 }
 
 void LiveMode::disappear()
 {
     _context.device.removeLinkObserver(*this);
+    _context.device.turn().forget(this);
     if (std::exchange(_step, Step::Out) == Step::In)
         _context.device.sendCommand(_command);
 }
 
+// An answer on its way would take what the device says of the mode for its own.
 void LiveMode::enter()
 {
-    _context.device.sendCommand(_command);
-    // Without a link the bytes went nowhere.
-    _step = _context.device.isConnectedAsCVComm() ? Step::In : Step::Away;
+    _step = Step::Busy;
+    _context.device.turn().whenFree(this, [this](DeviceTurn::End end) { turnEnded(end); });
+    tellStatus();
+}
+
+void LiveMode::turnEnded(DeviceTurn::End end)
+{
+    _step = end == DeviceTurn::End::Done ? Step::In : Step::Away;
+    if (_step == Step::In)
+        _context.device.sendCommand(_command);
+    tellStatus();
+}
+
+void LiveMode::tellStatus()
+{
+    if (const QString status = statusText(); std::exchange(_toldStatus, status) != status)
+        _changed();
+}
+
+QString LiveMode::statusText() const
+{
+    if (_step == Step::Busy)
+        return localized("The Corvane is busy. One moment, please.");
+    if (_step != Step::Away)
+        return {};
+    return _context.reconnector.isAway()
+               ? localized("The connection to the Corvane was lost. Trying to connect again.")
+               : localized("The Corvane is not connected.");
 }
 
 void LiveMode::linkConnected()
 {
-    if (_step != Step::Away)
-        return;
-    enter();
-    _changed();
+    if (_step == Step::Away)
+        enter();
 }
 
 void LiveMode::goAway()
 {
-    if (std::exchange(_step, Step::Away) == Step::Away)
-        return;
+    _step = Step::Away;
     if (std::exchange(_hasUnconfirmedText, false))
         _context.presenter.showNotice(localized(
             "The connection to the Corvane was lost. What was written last may not have reached it."));
-    _changed();
+    tellStatus();
 }
 
 void LiveMode::sendString(const QString &text)

@@ -33,6 +33,9 @@ QByteArray plainListing(const QList<CVFileData> &files)
 
 void ListVerb::run(Session &session)
 {
+    // A list without files may be that of a device that has not answered.
+    if (session.device().getFilesCount() == 0)
+        session.forgetListing();
     session.withListing([this, &session] {
         const auto files = session.device().files();
         const bool written = console().writeOutput(request().json ? jsonListing(files) : plainListing(files));

@@ -21,28 +21,9 @@ constexpr auto CloseLimit = 5s;
 
 } // namespace
 
-class Session::StateRelay final : public CVDeviceStateDelegate
-{
-public:
-    explicit StateRelay(Session &session)
-        : _session(&session)
-    {}
-    void corvaneDeviceStateChanged(int state) override
-    {
-        if (_session != nullptr)
-            _session->stateChanged(state);
-    }
-    // The device object may hold the relay longer than the session lives.
-    void detach() { _session = nullptr; }
-
-private:
-    Session *_session;
-};
-
 Session::Session(RunLoop &runLoop, CVBTDevice &device)
     : _runLoop(runLoop)
     , _device(device)
-    , _stateRelay(std::make_shared<StateRelay>(*this))
     , _openLimit(_runLoop)
     , _listingCall(_runLoop)
     , _writtenLimit(_runLoop)
@@ -51,16 +32,13 @@ Session::Session(RunLoop &runLoop, CVBTDevice &device)
     , _stateCall(_runLoop)
     , _report(_runLoop)
 {
-    _device.setCvStateDelegate(_stateRelay);
     _device.addLinkObserver(*this);
 }
 
 Session::~Session()
 {
     _reconnector.reset();
-    _stateRelay->detach();
     _device.removeLinkObserver(*this);
-    _device.setCvStateDelegate(nullptr);
     _device.setCvDownloadDelegate(nullptr);
     _device.setCvUploadDelegate(nullptr);
     _device.setDataDelegate(nullptr);
@@ -77,7 +55,7 @@ void Session::open(const BluetoothPeripheralPtr &peripheral, const Opened &opene
 
 // Loss is taken up a turn of the loop later: a link observer's call with the reason may follow. A refused
 // connect (state 2) is not made again by anybody, so it ends the opening as well.
-void Session::stateChanged(int state)
+void Session::linkStateChanged(int state)
 {
     if (_step == Step::Opening) {
         if (state == CVDeviceStateDelegate::ConnectedAndIdentified)
@@ -92,7 +70,7 @@ void Session::stateChanged(int state)
 
 void Session::openingTakesLong()
 {
-    if (_device.pendingCommand() != 0 && ++_openingRounds < OpeningRounds) {
+    if (_device.turn().isListing() && ++_openingRounds < OpeningRounds) {
         _openLimit.start(OpenLimit, [this] { openingTakesLong(); });
         return;
     }
@@ -137,9 +115,12 @@ void Session::withListing(const Callback &callback)
         _listingCall.start(0s, callback);
         return;
     }
-    _device.refreshFilesWithCompletionHandler([this, callback] {
-        _listingIsFresh = true;
-        _listingCall.start(0s, callback);
+    _device.turn().list([this, callback](DeviceTurn::End end) {
+        if (_step == Step::Open && end != DeviceTurn::End::Done)
+            endLink(u"The device did not answer when it was asked for its files."_s);
+        _listingIsFresh = end == DeviceTurn::End::Done;
+        if (_listingIsFresh)
+            _listingCall.start(0s, callback);
     });
 }
 

@@ -33,7 +33,8 @@ public:
     // From now on a link that ends is made again; the client is told. Needs an open session.
     void keepLink(const std::shared_ptr<CVBluetoothManager> &manager, const ReconnectorClient &client);
     bool isAway() const { return _step == Step::Away; }
-    // Runs the callback once the file list is that of the device; asks for it only when it may be another.
+    // Runs the callback once the file list is that of the device; asks for it only when it may be another. A device that
+    // does not answer ends the link.
     void withListing(const Callback &callback);
     // The next withListing() asks the device again.
     void forgetListing() { _listingIsFresh = false; }
@@ -48,9 +49,7 @@ public:
 
 private:
     enum class Step { Idle, Opening, Open, Away, Closing, Closed };
-    class StateRelay;
 
-    void stateChanged(int state);
     void openingTakesLong();
     void finishOpening(const QString &problem);
     void endLink(const QString &sentence);
@@ -63,6 +62,7 @@ private:
     // Writes and bytes that still wait; 0 when all has been confirmed.
     qsizetype outstanding() const;
 
+    void linkStateChanged(int state) override;
     void linkLost(const QString &reason) override;
     void linkClosed() override;
     void linkStalled() override;
@@ -71,7 +71,6 @@ private:
 
     RunLoop &_runLoop;
     CVBTDevice &_device;
-    std::shared_ptr<StateRelay> _stateRelay;
     BluetoothPeripheralPtr _peripheral;
     Step _step = Step::Idle;
     bool _listingIsFresh = false;

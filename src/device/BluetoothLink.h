@@ -66,6 +66,7 @@ public:
         _cvBtInfoCharacteristic = characteristic;
     }
 
+    const BluetoothPeripheralPtr &peripheral() const { return _connectedPeripheral; }
     bool hasPeripheral() const { return _connectedPeripheral != nullptr; }
     bool isConnected() const;
     bool canWrite() const;

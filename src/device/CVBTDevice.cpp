@@ -107,6 +107,11 @@ void CVBTDevice::disconnectPeripheral()
     _rooms->link->disconnectPeripheral();
 }
 
+BluetoothPeripheralPtr CVBTDevice::peripheral() const
+{
+    return _rooms->link->peripheral();
+}
+
 void CVBTDevice::startDiscoverInfoForPeripheral(const BluetoothPeripheralPtr &peripheral)
 {
     _rooms->link->startDiscoverInfoForPeripheral(peripheral);
@@ -329,6 +334,16 @@ QString CVBTDevice::portName() const
 int CVBTDevice::pendingCommand() const
 {
     return _rooms->engine.pendingCommand();
+}
+
+DeviceTurn &CVBTDevice::turn()
+{
+    return _rooms->turn;
+}
+
+const DeviceTurn &CVBTDevice::turn() const
+{
+    return _rooms->turn;
 }
 
 qsizetype CVBTDevice::queuedBytes() const

@@ -8,6 +8,7 @@
 #include "device/CVFileData.h"
 #include "device/CVTransports.h"
 #include "device/DeviceStateRecord.h"
+#include "device/DeviceTurn.h"
 #include "device/IdleTimer.h"
 #include "device/LinkObserver.h"
 #include "device/TextCodec.h"
@@ -73,6 +74,8 @@ public:
     void connectPC();
     void disconnectAsCVComm();
     void disconnectPeripheral();
+    // The one that the link is with; null without one.
+    BluetoothPeripheralPtr peripheral() const;
     void startDiscoverInfoForPeripheral(const BluetoothPeripheralPtr &peripheral);
     // The characteristic whose value is read as the serial number; no program sets one.
     void setCvBtInfoCharacteristic(const std::weak_ptr<BluetoothCharacteristic> &characteristic);
@@ -127,6 +130,9 @@ public:
     void stopCommandTimer();
     QString portName() const; // "USB" with a serial port, else "S2"
     int pendingCommand() const;
+    // Where everybody who wants something of the device asks whether it may be now.
+    DeviceTurn &turn();
+    const DeviceTurn &turn() const;
     qsizetype queuedBytes() const;
     qsizetype unconfirmedWrites() const;
 

@@ -8,6 +8,7 @@
 #include "device/DeviceFiles.h"
 #include "device/DeviceIdentity.h"
 #include "device/DeviceSession.h"
+#include "device/DeviceTurn.h"
 #include "device/SoundUpload.h"
 
 namespace cvtamber {
@@ -38,6 +39,12 @@ public:
         files.handle_cmdPR_result(std::move(reply), endedBySilence);
     }
     void handle_cmdFLASH_result(QByteArray &buffer) override { sound.handle_cmdFLASH_result(buffer); }
+    void commandEnded(int command, DeviceTurn::End end) override
+    {
+        if (command == CommandEngine::FetchCommand && end == DeviceTurn::End::PushedAside)
+            files.fetchPushedAside();
+        turn.commandEnded(command, end);
+    }
     void downloadProgressOnThread(qsizetype receivedBytes) override
     {
         files.downloadProgressOnThread(receivedBytes);
@@ -65,6 +72,7 @@ public:
     DeviceContext context;
     CommandSender sender;
     CommandEngine engine;
+    DeviceTurn turn;
     DeviceIdentity identity;
     DeviceFiles files;
     SoundUpload sound;

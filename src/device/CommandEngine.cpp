@@ -61,6 +61,7 @@ void CommandEngine::sendWaitCommand(int number)
     default:
         return;
     }
+    pushAside();
     _commandTimeout = replySilence;
     _pendingCommand = number;
     sendFinalWaitCommand(command);
@@ -70,6 +71,7 @@ void CommandEngine::sendWaitCommand(int number, const QString &parameters)
 {
     if (number != FetchCommand)
         return;
+    pushAside();
     _commandTimeout = fetchSilence;
     _pendingCommand = number;
     sendFinalWaitCommand(QStringLiteral("PR ") + parameters);
@@ -81,9 +83,16 @@ void CommandEngine::sendFinalWaitCommand(const QString &command)
     startCommanndTimer();
 }
 
-void CommandEngine::awaitSoundRequests()
+void CommandEngine::pushAside()
 {
     stopCommandTimer();
+    if (const int command = std::exchange(_pendingCommand, NoCommand); command != NoCommand)
+        _handlers.commandEnded(command, DeviceTurn::End::PushedAside);
+}
+
+void CommandEngine::awaitSoundRequests()
+{
+    pushAside();
     _pendingCommand = SoundCommand;
 }
 
@@ -101,6 +110,7 @@ void CommandEngine::handleCommandData(const QByteArray &data)
         stopCommandTimer();
         _pendingCommand = NoCommand;
         _handlers.handle_cmdPR_result(std::exchange(_receiveBuffer, {}), false);
+        _handlers.commandEnded(FetchCommand, DeviceTurn::End::Done);
     }
 }
 
@@ -123,7 +133,10 @@ void CommandEngine::commandTimerElapsed()
 {
     // Slot and buffer are free before the handler runs, which may start the next wait.
     const int command = std::exchange(_pendingCommand, NoCommand);
-    dispatch(command, std::exchange(_receiveBuffer, {}));
+    const QByteArray reply = std::exchange(_receiveBuffer, {});
+    const auto end = reply.isEmpty() ? DeviceTurn::End::Failed : DeviceTurn::End::Done;
+    dispatch(command, reply);
+    _handlers.commandEnded(command, end);
 }
 
 void CommandEngine::dispatch(int command, QByteArray reply)

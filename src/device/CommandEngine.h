@@ -3,6 +3,7 @@
 
 #include "base/DelayedCall.h"
 #include "device/DeviceContext.h"
+#include "device/DeviceTurn.h"
 
 #include <QByteArray>
 
@@ -31,6 +32,9 @@ public:
     virtual void handle_cmdPR_result(QByteArray reply, bool endedBySilence) = 0;
     // Takes what it has served off the front of the buffer.
     virtual void handle_cmdFLASH_result(QByteArray &buffer) = 0;
+    // The command awaits nothing any more: answered, not answered, or pushed aside by the next one, which has not been
+    // sent yet. Not told when the link ends.
+    virtual void commandEnded(int command, DeviceTurn::End end) = 0;
     // A piece was added to the reply under way.
     virtual void downloadProgressOnThread(qsizetype receivedBytes) = 0;
 };
@@ -67,6 +71,8 @@ public:
     // Number 7; any other does nothing.
     void sendWaitCommand(int number, const QString &parameters);
     void sendFinalWaitCommand(const QString &command);
+    // Nobody waits for the pending command's answer any more; what has come of it becomes part of the next one.
+    void pushAside();
     // Every piece from now on goes to the sound handler.
     void awaitSoundRequests();
 

@@ -9,6 +9,7 @@
 #include "device/LinkObservers.h"
 #include "device/TextCodec.h"
 
+#include <deque>
 #include <memory>
 
 namespace cvtamber {
@@ -34,6 +35,7 @@ struct DeviceContext
     std::shared_ptr<CVDataDelegate> dataDelegate;
     std::shared_ptr<CVBTDeviceDelegate> deviceDelegate;
     LinkObservers observers;
+    std::deque<int> untoldStates;
 
     std::shared_ptr<CVConnectionProtocol> connection;
     std::shared_ptr<CVSerialPort> serialPort;
@@ -53,11 +55,18 @@ struct DeviceContext
     bool restoreBackwardTranslation = false;
     bool restoreForwardTranslation = false;
 
-    // The delegate may replace itself inside the call, so it is held for its length.
+    // A state that changes inside a call is told after it, so that all hear the states in their order. The delegate
+    // may replace itself inside the call, so it is held for its length.
     void tellState(int state)
     {
-        if (const auto delegate = stateDelegate)
-            delegate->corvaneDeviceStateChanged(state);
+        untoldStates.push_back(state);
+        if (untoldStates.size() > 1)
+            return;
+        for (; !untoldStates.empty(); untoldStates.pop_front()) {
+            if (const auto delegate = stateDelegate)
+                delegate->corvaneDeviceStateChanged(untoldStates.front());
+            observers.tell(&LinkObserver::linkStateChanged, untoldStates.front());
+        }
     }
     void endSession()
     {

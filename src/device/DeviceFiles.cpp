@@ -85,6 +85,8 @@ void DeviceFiles::toggleBackTranslation()
 
 void DeviceFiles::getFile(const QString &name, int useTranslation)
 {
+    // What it owes is to come before this one's own switching.
+    _engine.pushAside();
     _downloadFileSize = getSizeOfFileWithName(name);
     turnOffEmbosser();
     _engine.sendCommand(_context.portName() + QStringLiteral(" ON"));
@@ -116,6 +118,19 @@ void DeviceFiles::handle_cmdPR_result(QByteArray reply, bool endedBySilence)
 {
     restoreAfterFetch();
     dataDownloadedInThread(std::move(reply), endedBySilence);
+    turnEmbosserOnAgain();
+}
+
+void DeviceFiles::fetchPushedAside()
+{
+    restoreAfterFetch();
+    turnEmbosserOnAgain();
+    if (const auto delegate = _context.downloadDelegate)
+        delegate->cvFileDownloadFailed(QStringLiteral("the device was asked for something else"));
+}
+
+void DeviceFiles::turnEmbosserOnAgain()
+{
     if (_context.embosserOn)
         _engine.sendCommand(QStringLiteral("EM ON"));
 }
@@ -134,8 +149,7 @@ bool DeviceFiles::abandonTransfer(bool isFetching)
     const bool wasUploading = _sender.abandonUpload();
     if (isFetching) {
         restoreAfterFetch();
-        if (_context.embosserOn)
-            _engine.sendCommand(QStringLiteral("EM ON"));
+        turnEmbosserOnAgain();
     }
     return wasUploading;
 }

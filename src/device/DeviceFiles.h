@@ -48,6 +48,8 @@ public:
     void handle_cmdDIR_result(const QByteArray &reply);
     void handle_cmdPR_result(QByteArray reply, bool endedBySilence);
     void downloadProgressOnThread(qsizetype receivedBytes);
+    // Another command takes the answer: the device is put back, and the fetch has failed.
+    void fetchPushedAside();
 
     // Ends the transfer that is under way and sends what it owes the device. Tells whether it was an upload.
     bool abandonTransfer(bool isFetching);
@@ -70,6 +72,7 @@ private:
     };
 
     void turnOffEmbosser();
+    void turnEmbosserOnAgain();
     void turnOnAdvancedMode();
     void toggleBackTranslation();
     void restoreAfterFetch();

@@ -5,6 +5,7 @@
 #include "device/CommandSender.h"
 #include "device/DeviceFiles.h"
 #include "device/DeviceIdentity.h"
+#include "device/DeviceTurn.h"
 #include "device/OwnScan.h"
 #include "device/ReplyParsers.h"
 #include "device/SoundUpload.h"
@@ -153,7 +154,7 @@ void DeviceSession::disconnectAsCVComm()
             _link->expectEnd();
             _delayedDisconnect.start(disconnectDelay, [this] { _link->disconnectPeripheral(); });
         }
-        tellTransferFailed(wasFetching, wasUploading, QStringLiteral("the device was disconnected"));
+        tellWorkFailed(wasFetching, wasUploading, QStringLiteral("the device was disconnected"));
         _context.tellState(CVDeviceStateDelegate::DisconnectedOrNotConnectable);
     }
     _rooms.files.setFiles({});
@@ -210,7 +211,7 @@ void DeviceSession::linkDidEnd(End end, const QString &reason)
     if (end != End::WithoutError)
         _context.endSession();
 
-    tellTransferFailed(wasFetching, wasUploading, reason);
+    tellWorkFailed(wasFetching, wasUploading, reason);
     if (end == End::WithError) {
         _context.idleTimer.setEnabled(true);
         _context.tellState(CVDeviceStateDelegate::ConnectFailedOrLost);
@@ -221,12 +222,13 @@ void DeviceSession::linkDidEnd(End end, const QString &reason)
         _context.observers.tell(&LinkObserver::linkClosed);
 }
 
-void DeviceSession::tellTransferFailed(bool wasFetching, bool wasUploading, const QString &reason)
+void DeviceSession::tellWorkFailed(bool wasFetching, bool wasUploading, const QString &reason)
 {
     if (const auto delegate = wasFetching ? _context.downloadDelegate : nullptr)
         delegate->cvFileDownloadFailed(reason);
     if (const auto delegate = wasUploading ? _context.uploadDelegate : nullptr)
         delegate->cvFileUploadFailed(reason);
+    _rooms.turn.linkEnded();
 }
 
 } // namespace cvtamber

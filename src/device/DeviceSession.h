@@ -12,6 +12,7 @@ class CommandSender;
 class DeviceFiles;
 class DeviceIdentity;
 class OwnScan;
+class DeviceTurn;
 class SoundUpload;
 
 // The session over a link: the link command and its answer, disconnecting, and what an end of the link ends.
@@ -24,6 +25,7 @@ public:
     struct Rooms
     {
         CommandEngine &engine;
+        DeviceTurn &turn;
         CommandSender &sender;
         DeviceIdentity &identity;
         DeviceFiles &files;
@@ -53,7 +55,7 @@ private:
     void startBTTimer();
     void stopBTTimer();
     bool linkIsUp() const;
-    void tellTransferFailed(bool wasFetching, bool wasUploading, const QString &reason);
+    void tellWorkFailed(bool wasFetching, bool wasUploading, const QString &reason);
 
     DeviceContext &_context;
     Rooms _rooms;

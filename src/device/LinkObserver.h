@@ -5,8 +5,10 @@
 
 namespace cvtamber {
 
-// What happens to the link, told to any number of observers beside the one state delegate.
+// What happens to the link, told to any number of observers beside the one state delegate. Screens observe; the role
+// of the delegate is for one owner.
 //
+//   linkStateChanged       what the state delegate is told, in the same order
 //   linkConnected          the device is connected and identified (state 1 of the state delegate)
 //   linkLost               the link ended and nobody here asked for it; all that was under way has been dropped
 //   linkClosed             the link ended because this side asked for it
@@ -23,6 +25,7 @@ public:
     LinkObserver &operator=(const LinkObserver &) = delete;
     virtual ~LinkObserver() = default;
 
+    virtual void linkStateChanged(int /*state*/) {}
     virtual void linkConnected() {}
     virtual void linkLost(const QString & /*reason*/) {}
     virtual void linkClosed() {}

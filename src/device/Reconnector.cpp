@@ -21,24 +21,6 @@ constexpr int MostLimitRounds = 10;
 
 } // namespace
 
-class Reconnector::StateRelay final : public CVDeviceStateDelegate
-{
-public:
-    explicit StateRelay(Reconnector &reconnector)
-        : _reconnector(&reconnector)
-    {}
-    void corvaneDeviceStateChanged(int state) override
-    {
-        if (_reconnector)
-            _reconnector->stateChanged(state);
-    }
-    // The device object may hold the relay longer than the reconnector lives.
-    void detach() { _reconnector = nullptr; }
-
-private:
-    Reconnector *_reconnector;
-};
-
 // Hears the central while looking and lets the manager read what is not known by its identifier.
 class Reconnector::Scout final : public BluetoothCentralDelegate, public CVBluetoothManagerDelegate
 {
@@ -84,17 +66,18 @@ Reconnector::Reconnector(RunLoop &runLoop, CVBTDevice &device,
     : _device(device)
     , _manager(manager)
     , _client(client)
-    , _stateRelay(std::make_shared<StateRelay>(*this))
     , _scout(std::make_shared<Scout>(*this))
     , _timer(runLoop)
     , _failed(runLoop)
     , _reporting(runLoop)
-{}
+{
+    _device.addLinkObserver(*this);
+}
 
 Reconnector::~Reconnector()
 {
     stop();
-    _stateRelay->detach();
+    _device.removeLinkObserver(*this);
 }
 
 void Reconnector::watch(const BluetoothPeripheralPtr &peripheral)
@@ -103,17 +86,20 @@ void Reconnector::watch(const BluetoothPeripheralPtr &peripheral)
     _peripheral = peripheral;
     _serialNumber = _device.cvSerialNumber();
     _step = Step::Watching;
-    _device.addLinkObserver(*this);
 }
 
 void Reconnector::stop()
 {
+    const bool wasAway = isAway();
     if (_step == Step::Looking)
         endLooking();
     else if (_step == Step::Trying)
         letGo();
     if (_step != Step::Off)
         end(Step::Off);
+    // What is left of a loss that the platform calls no error.
+    if (wasAway && !_device.turn().isLinked() && _device.isConnectedAsCVComm())
+        _device.disconnectAsCVComm();
 }
 
 // Leaves the steps of being away.
@@ -121,11 +107,9 @@ void Reconnector::end(Step step)
 {
     _timer.cancel();
     _failed.cancel();
-    giveStateDelegateBack();
     _step = step;
     if (step != Step::Off)
         return;
-    _device.removeLinkObserver(*this);
     _reports.clear();
     _reporting.cancel();
 }
@@ -152,7 +136,7 @@ void Reconnector::linkWriteFailed(const QString &reason)
 
 void Reconnector::giveLinkUp(const QString &reason)
 {
-    if (_step != Step::Watching)
+    if (_step != Step::Watching || _client.watchesEveryLink)
         return;
     goAway(reason);
     _device.disconnectPeripheral();
@@ -168,6 +152,8 @@ void Reconnector::linkClosed()
 
 void Reconnector::linkConnected()
 {
+    if (_client.watchesEveryLink && _step == Step::Off)
+        watch(_device.peripheral());
     if (_step != Step::Trying)
         return;
     end(Step::Watching);
@@ -179,7 +165,6 @@ void Reconnector::linkConnected()
 
 void Reconnector::goAway(const QString &reason)
 {
-    takeStateDelegate();
     _delay = FirstDelay;
     _lookNext = false;
     report([this, reason] {
@@ -256,7 +241,7 @@ void Reconnector::tryPeripheral(const BluetoothPeripheralPtr &peripheral)
 
 void Reconnector::attemptTakesLong()
 {
-    if (_device.pendingCommand() != 0 && ++_limitRounds < MostLimitRounds)
+    if (_device.turn().isListing() && ++_limitRounds < MostLimitRounds)
         _timer.start(AttemptLimit, [this] { attemptTakesLong(); });
     else
         attemptFailed();
@@ -285,19 +270,12 @@ void Reconnector::letGo()
     _manager->centralManager().cancelPeripheralConnection(_peripheral);
 }
 
-void Reconnector::stateChanged(int state)
+void Reconnector::linkStateChanged(int state)
 {
-    const bool isTrying = _step == Step::Trying;
-    const bool linked = _peripheral->state() == BluetoothPeripheral::State::Connected;
-    const auto earlier = _earlierStateDelegate;
-    if (state == CVDeviceStateDelegate::ConnectedAndIdentified && isTrying) {
-        if (earlier)
-            earlier->corvaneDeviceStateChanged(state);
-    } else if (state == CVDeviceStateDelegate::DisconnectedOrNotConnectable && isPersonsDisconnect(linked)) {
+    const bool linked = _peripheral && _peripheral->state() == BluetoothPeripheral::State::Connected;
+    if (state == CVDeviceStateDelegate::DisconnectedOrNotConnectable && isPersonsDisconnect(linked)) {
         end(Step::Off);
-        if (earlier)
-            earlier->corvaneDeviceStateChanged(state);
-    } else if (isTrying) {
+    } else if (state != CVDeviceStateDelegate::ConnectedAndIdentified && _step == Step::Trying) {
         // Who was not even there may be known to the platform no longer.
         _lookNext = !linked;
         _failed.start(0s, [this] { attemptFailed(); });
@@ -310,20 +288,6 @@ bool Reconnector::isPersonsDisconnect(bool linked) const
     if (_step == Step::Waiting)
         return _seemedConnected && !_device.isConnectedAsCVComm();
     return _step == Step::Trying && linked;
-}
-
-void Reconnector::takeStateDelegate()
-{
-    _earlierStateDelegate = _device.cvStateDelegate();
-    _device.setCvStateDelegate(_stateRelay);
-}
-
-// Unless somebody else has taken the place meanwhile.
-void Reconnector::giveStateDelegateBack()
-{
-    const auto earlier = std::exchange(_earlierStateDelegate, nullptr);
-    if (_device.cvStateDelegate() == _stateRelay)
-        _device.setCvStateDelegate(earlier);
 }
 
 void Reconnector::report(const std::function<void()> &call)

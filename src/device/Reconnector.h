@@ -16,6 +16,9 @@ struct ReconnectorClient
     std::function<void(const QString &reason)> lost;             // once for each loss
     std::function<void(std::chrono::seconds after)> tryingAgain; // once for each attempt, when it is set
     std::function<void()> back;                                  // once for each loss that ended well
+    // Every link that is identified is watched, without watch(). One that stalls, or that a write has failed on, is kept:
+    // a person sees it and may well wait.
+    bool watchesEveryLink = false;
 };
 
 // Makes a lost link again, for clients that live as long as the person wants: chat, whiteboard, screens.
@@ -37,8 +40,7 @@ struct ReconnectorClient
 // the platform has forgotten or that has a new address: by its identifier, else by its serial number, which the
 // manager reads.
 //
-// While it is not off or watching it is the device object's state delegate: the attempts' failures stay here,
-// state 1 and a person's state 2 are handed on to the earlier delegate, which gets its place back then. While
+// Who observes the link hears the states of the attempts too; isAway() tells them from those of a person's connect. While
 // looking it is the delegate of the manager and of its central. Main thread; owner: the client. The
 // device object, whose link must be up in watch(), and the run loop outlive it.
 class Reconnector final : private LinkObserver
@@ -59,9 +61,9 @@ public:
 
 private:
     enum class Step { Off, Watching, Waiting, Looking, Trying, LettingGo };
-    class StateRelay;
     class Scout;
 
+    void linkStateChanged(int state) override;
     void linkConnected() override;
     void linkLost(const QString &reason) override;
     void linkClosed() override;
@@ -79,10 +81,7 @@ private:
     void attemptTakesLong();
     void attemptFailed();
     void letGo();
-    void stateChanged(int state);
     bool isPersonsDisconnect(bool linked) const;
-    void takeStateDelegate();
-    void giveStateDelegateBack();
     void end(Step step);
     void report(const std::function<void()> &call);
     void reportNext();
@@ -90,9 +89,7 @@ private:
     CVBTDevice &_device;
     std::shared_ptr<CVBluetoothManager> _manager;
     ReconnectorClient _client;
-    std::shared_ptr<StateRelay> _stateRelay;
     std::shared_ptr<Scout> _scout;
-    std::shared_ptr<CVDeviceStateDelegate> _earlierStateDelegate;
     std::weak_ptr<CVBluetoothManagerDelegate> _earlierManagerDelegate;
     BluetoothPeripheralPtr _peripheral;
     QString _serialNumber;

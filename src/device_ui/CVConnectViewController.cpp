@@ -4,6 +4,7 @@
 #include "app/AppContext.h"
 #include "base/SystemLog.h"
 #include "device/CVBTDevice.h"
+#include "device/Reconnector.h"
 #include "ui/Texts.h"
 
 #include <utility>
@@ -101,34 +102,14 @@ void CVConnectViewController::setStep(Step step, bool isBusy)
 
 void CVConnectViewController::viewDidAppear()
 {
-    rememberStateDelegate();
     if (_isAnswered)
         return;
+    // A person chooses now.
+    _context.reconnector.stop();
     if (!_peripheral)
         askForBluetoothDevice();
     else if (_step == Step::Idle)
         beginConnecting();
-}
-
-void CVConnectViewController::viewWillDisappear()
-{
-    // Whoever closes the dialog may have taken the role already.
-    if (_context.device.cvStateDelegate().get() == this)
-        _context.device.setCvStateDelegate(_previousCVDeviceDelegate);
-    _previousCVDeviceDelegate.reset();
-}
-
-// Where the picker does not cover the dialog, the dialog still has the role when it is to be remembered again.
-void CVConnectViewController::rememberStateDelegate()
-{
-    const auto current = _context.device.cvStateDelegate();
-    if (current.get() != this)
-        _previousCVDeviceDelegate = current;
-}
-
-void CVConnectViewController::becomeStateDelegate()
-{
-    _context.device.setCvStateDelegate(self());
 }
 
 void CVConnectViewController::askForBluetoothDevice()
@@ -157,8 +138,6 @@ void CVConnectViewController::didSelectBTDevice(const CVBTPeripheralPtr &device)
 
 void CVConnectViewController::beginConnecting()
 {
-    rememberStateDelegate();
-    becomeStateDelegate();
     // The heading that says so takes the focus.
     setStep(Step::Connecting, true);
     _connectLimit.start(connectLimit, [this] { failed(); });
@@ -176,14 +155,14 @@ void CVConnectViewController::connectToPeripheral(const BluetoothPeripheralPtr &
     _context.device.connectAsCVCommWithPeripheral(peripheral);
 }
 
-void CVConnectViewController::corvaneDeviceStateChanged(int state)
+void CVConnectViewController::linkStateChanged(int state)
 {
-    // The picker is up: this is the rest of an attempt that was left.
-    if (_step == Step::Choosing)
+    // While the picker is up it is the rest of an attempt that was left.
+    if (_step == Step::Idle || _step == Step::Choosing || _isAnswered)
         return;
-    if (state == ConnectedAndIdentified)
+    if (state == CVDeviceStateDelegate::ConnectedAndIdentified)
         connected();
-    else if (state == ConnectFailedOrLost)
+    else if (state == CVDeviceStateDelegate::ConnectFailedOrLost)
         failed();
 }
 
@@ -219,7 +198,6 @@ void CVConnectViewController::retryButtonClicked()
     if (!isRetryVisible() || !takesActions())
         return;
     letGoOfLink();
-    becomeStateDelegate();
     setStep(Step::Choosing, true);
     askForBluetoothDevice();
 }
@@ -254,6 +232,7 @@ void CVConnectViewController::tellDelegate(CVConnectViewDelegate::Button button)
 // An attempt that failed may leave the link up, and a late answer would connect a dialog that said otherwise.
 void CVConnectViewController::letGoOfLink()
 {
+    _context.reconnector.stop();
     if (_context.device.isConnectedAsCVComm())
         _context.device.disconnectAsCVComm();
     else

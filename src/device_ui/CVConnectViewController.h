@@ -44,10 +44,8 @@ public:
 // connecting without either state, count as 0. Retry always opens the picker again. Whoever leaves a failed attempt
 // lets go of the link that it may have left behind: a linked device shows up in no scan.
 //
-// While connecting it is the device's state delegate, and it gives the role back to who had it. Thread: main
-// thread. Owner: whoever presents it, which is the delegate (weak) and dismisses it.
+// It ends the trying of a link that is being made again. Thread: main thread. Owner: whoever presents it, which is the delegate (weak) and dismisses it.
 class CVConnectViewController final : public cvtamber::ViewController,
-                                      public CVDeviceStateDelegate,
                                       public CVBTViewDelegate,
                                       public LinkObserver
 {
@@ -95,7 +93,7 @@ public:
     Q_INVOKABLE void doneButtonClicked();
 
     void didSelectBTDevice(const CVBTPeripheralPtr &device) override;
-    void corvaneDeviceStateChanged(int state) override;
+    void linkStateChanged(int state) override;
     void linkLost(const QString &reason) override;
 
 signals:
@@ -103,15 +101,12 @@ signals:
 
 protected:
     void viewDidAppear() override;
-    void viewWillDisappear() override;
 
 private:
     enum class Step { Idle, Choosing, Connecting, Connected, Failed };
 
     void setStep(Step step, bool isBusy);
     void askForBluetoothDevice();
-    void rememberStateDelegate();
-    void becomeStateDelegate();
     void beginConnecting();
     void connectToPeripheral(const BluetoothPeripheralPtr &peripheral);
     void connected();
@@ -124,7 +119,6 @@ private:
     AppContext &_context;
     std::weak_ptr<CVConnectViewDelegate> _delegate;
     BluetoothPeripheralPtr _peripheral;
-    std::shared_ptr<CVDeviceStateDelegate> _previousCVDeviceDelegate;
     Step _step = Step::Idle;
     bool _isBusy = false;
     bool _isAnswered = false;

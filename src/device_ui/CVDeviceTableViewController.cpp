@@ -6,8 +6,8 @@
 #include "chat/Chat2ViewController.h"
 #include "chat/ChatViewController.h"
 #include "device/CVBTDevice.h"
-#include "device/CommandEngine.h"
 #include "device/DeviceTables.h"
+#include "device/Reconnector.h"
 #include "device_ui/MCVFilesViewController.h"
 #include "ui/NavigationController.h"
 #include "ui/Texts.h"
@@ -145,6 +145,12 @@ TableCell CVDeviceTableViewController::cellForRow(IndexPath path) const
 
 TableCell CVDeviceTableViewController::stateCell() const
 {
+    if (_details.isAway) {
+        TableCell cell = tableCellWithLabel(localized("State:"), localized("Connecting again"));
+        cell.controls.append(
+            button(ConnectButton, localized("Cancel"), localized("Do not connect to the Corvane again")));
+        return cell;
+    }
     TableCell cell = tableCellWithLabel(
         localized("State:"), _details.isConnected ? localized("Connected") : localized("Disconnected"));
     cell.detailTone = _details.isConnected ? TableCell::Tone::Success : TableCell::Tone::Normal;
@@ -201,14 +207,12 @@ void CVDeviceTableViewController::viewWillAppear()
 void CVDeviceTableViewController::updateStateLabels()
 {
     const CVBTDevice &device = _context.device;
-    _details = device.isConnectedAsCVComm() ? connectedDetails() : Details();
+    _details = device.turn().isLinked() ? connectedDetails() : Details();
+    _details.isAway = !_details.isConnected && _context.reconnector.isAway();
     if (!_details.isConnected)
         _isShowFilesVisible = false;
     else if (device.getFilesCount() >= 1)
         _isShowFilesVisible = true;
-    // A listing that another command or the end of the link has pushed aside never completes.
-    _isRefreshing =
-        _isRefreshing && _details.isConnected && device.pendingCommand() == CommandEngine::DirectoryCommand;
     showChatSection(_details.isConnected && _connectWindowsClosed);
     reloadData();
 }
@@ -241,22 +245,30 @@ CVDeviceTableViewController::Details CVDeviceTableViewController::connectedDetai
     return details;
 }
 
-void CVDeviceTableViewController::corvaneDeviceStateChanged(int)
+// While the connect dialog is up nothing is told here; its end fills the labels.
+void CVDeviceTableViewController::linkStateChanged(int)
 {
-    updateStateLabels();
+    if (_connectWindowsClosed)
+        updateStateLabels();
 }
 
 void CVDeviceTableViewController::linkConnected()
 {
     _isLinkIdentified = true;
+    if (std::exchange(_isAway, false))
+        presenter().showNotice(localized("The Corvane is connected again."));
+    linkStateChanged(CVDeviceStateDelegate::ConnectedAndIdentified);
 }
 
 void CVDeviceTableViewController::linkLost(const QString &)
 {
+    _isAway = _context.reconnector.isAway();
     if (std::exchange(_isLinkIdentified, false) && _connectWindowsClosed)
-        presenter().showNotice(localized("The connection to the Corvane was lost."));
+        presenter().showNotice(
+            _isAway ? localized("The connection to the Corvane was lost. Trying to connect again.")
+                    : localized("The connection to the Corvane was lost."));
     // A link that ended without an error leaves the device object connected to nothing.
-    if (_context.device.isConnectedAsCVComm())
+    if (!_isAway && _context.device.isConnectedAsCVComm())
         _context.device.disconnectAsCVComm();
     updateStateLabels();
 }
@@ -295,11 +307,8 @@ void CVDeviceTableViewController::controlActivated(IndexPath path, int control, 
 void CVDeviceTableViewController::connectButtonClicked()
 {
     _context.log.info(QStringLiteral("-(void)connectButtonClicked"));
-    if (_context.device.isConnectedAsCVComm()) {
-        _isLinkIdentified = false;
-        _context.device.setCvStateDelegate(self());
-        _context.device.disconnectAsCVComm();
-        presenter().announce(localized("Disconnected"));
+    if (_context.device.turn().isLinked() || _context.reconnector.isAway()) {
+        disconnect();
         return;
     }
     if (presentedViewController())
@@ -312,6 +321,16 @@ void CVDeviceTableViewController::connectButtonClicked()
     _connectWindowsClosed = presentedViewController() != _connectViewController;
 }
 
+void CVDeviceTableViewController::disconnect()
+{
+    _isLinkIdentified = false;
+    _isAway = false;
+    _context.reconnector.stop();
+    _context.device.disconnectAsCVComm();
+    presenter().announce(localized("Disconnected"));
+    updateStateLabels();
+}
+
 void CVDeviceTableViewController::connectViewControllerDidClickedWithButton(CVConnectViewController &dialog,
                                                                             int)
 {
@@ -321,7 +340,6 @@ void CVDeviceTableViewController::connectViewControllerDidClickedWithButton(CVCo
         if (const auto screen = weak.lock())
             screen->connectDialogClosed();
     });
-    _context.device.setCvStateDelegate(self());
 }
 
 void CVDeviceTableViewController::connectDialogClosed()
@@ -348,20 +366,23 @@ void CVDeviceTableViewController::refreshFilesButtonClicked()
 {
     _isRefreshing = true;
     reloadData();
-    _context.device.refreshFilesWithCompletionHandler([weak = std::weak_ptr(self())] {
+    _context.device.turn().list([weak = std::weak_ptr(self())](DeviceTurn::End end) {
         if (const auto screen = weak.lock())
-            screen->filesRefreshed();
+            screen->filesRefreshed(end);
     });
 }
 
-void CVDeviceTableViewController::filesRefreshed()
+void CVDeviceTableViewController::filesRefreshed(DeviceTurn::End end)
 {
+    _isRefreshing = false;
+    updateStateLabels();
     if (!_details.isConnected)
         return;
-    const int count = _context.device.getFilesCount();
-    _isRefreshing = false;
-    _isShowFilesVisible = count != 0;
-    _details.files = QString::number(count);
+    if (end != DeviceTurn::End::Done) {
+        presenter().showNotice(localized("The Corvane does not answer. Its files are not known."));
+        return;
+    }
+    _isShowFilesVisible = _context.device.getFilesCount() != 0;
     reloadData();
     presenter().announce(localizedFormat("Files on the Corvane: %@", _details.files));
 }

@@ -11,11 +11,10 @@ namespace cvtamber {
 // The device tab: whether the device is connected and what it tells of itself, with Connect or Disconnect, the UEB
 // switch, the refresh and the list of its files, and above them the whiteboard and the chat while it is connected.
 //
-// It reads everything from the device object and stores nothing. It becomes the device's state delegate when its
-// connect dialog closes and when it disconnects, and is a link observer all its life: a link lost while no connect
-// dialog is up is told by a notice, whatever screen is shown. Thread: main thread. Owner: start-up, through the tabs.
+// It reads everything from the device object and stores nothing. It is a link observer all its life: a link lost while no
+// connect dialog is up, and one that has come back, is told by a notice, whatever screen is shown. While the link is being
+// made again the button ends the trying. Thread: main thread. Owner: start-up, through the tabs.
 class CVDeviceTableViewController final : public TableViewController,
-                                          public CVDeviceStateDelegate,
                                           public CVConnectViewDelegate,
                                           public LinkObserver
 {
@@ -43,8 +42,8 @@ public:
     quintptr rowIdentity(IndexPath path) const override;
     bool allowsSelection() const override { return false; }
 
-    void corvaneDeviceStateChanged(int state) override;
     void connectViewControllerDidClickedWithButton(CVConnectViewController &dialog, int button) override;
+    void linkStateChanged(int state) override;
     void linkConnected() override;
     void linkLost(const QString &reason) override;
     void linkClosed() override;
@@ -75,6 +74,7 @@ private:
     struct Details
     {
         bool isConnected = false;
+        bool isAway = false;
         bool isUEBForced = false;
         QString firmware;
         QString model;
@@ -94,10 +94,11 @@ private:
     void showChatSection(bool shows);
     Details connectedDetails() const;
     void connectButtonClicked();
+    void disconnect();
     void connectDialogClosed();
     void switchUEBCClicked(bool on);
     void refreshFilesButtonClicked();
-    void filesRefreshed();
+    void filesRefreshed(DeviceTurn::End end);
     void showFilesClicked();
     void chatClicked(int button);
     void cancelFileDialog();
@@ -115,6 +116,8 @@ private:
     bool _isRefreshing = false;
     bool _isShowFilesVisible = false;
     bool _isLinkIdentified = false;
+    // The link was lost and is being made again.
+    bool _isAway = false;
 };
 
 } // namespace cvtamber

@@ -4,7 +4,7 @@
 #include "app/AppContext.h"
 #include "base/VisibleText.h"
 #include "device/CVBTDevice.h"
-#include "device/CommandEngine.h"
+#include "device/Reconnector.h"
 #include "ui/Texts.h"
 
 #include <utility>
@@ -65,12 +65,14 @@ CVTransferViewController::CVTransferViewController(AppContext &context)
     : ViewController(context.presenter)
     , _context(context)
     , _stallWatch(context.runLoop)
-{}
+{
+    _context.device.addLinkObserver(*this);
+}
 
 CVTransferViewController::~CVTransferViewController()
 {
-    if (_step == Step::Running)
-        _context.device.removeLinkObserver(*this);
+    _context.device.removeLinkObserver(*this);
+    _context.device.turn().forget(this);
 }
 
 std::shared_ptr<CVTransferViewController> CVTransferViewController::self()
@@ -114,10 +116,12 @@ QString CVTransferViewController::statusText() const
     if (isBusy())
         return localized("Please wait...");
     if (!isFinished())
-        return {};
+        return _step == Step::Failed && _context.reconnector.isAway() ? localized("Trying to connect again.")
+                                                                      : QString();
     switch (kind()) {
     case Kind::Fetch:
-        return localized("The file has been fetched.");
+        return mayBeIncomplete() ? localized("The file has been fetched. It may be incomplete.")
+                                 : localized("The file has been fetched.");
     case Kind::Store:
         return localized("The file has been sent.");
     case Kind::Emboss:
@@ -135,30 +139,20 @@ QString CVTransferViewController::problemText() const
     return _problem ? localized(_problem) : QString();
 }
 
-const char *CVTransferViewController::obstacleToAsking(const CVBTDevice &device)
-{
-    if (!device.isConnectedAsCVComm())
-        return "The Corvane is not connected.";
-    // An answer that is still on its way would become part of the next one. Sound waits for nothing.
-    const int pending = device.pendingCommand();
-    return pending == CommandEngine::NoCommand || pending == CommandEngine::SoundCommand
-               ? nullptr
-               : "The Corvane is still busy. Try again in half a minute.";
-}
-
 const char *CVTransferViewController::obstacle() const
 {
-    const CVBTDevice &device = _context.device;
-    if (kind() == Kind::Fetch || !device.isConnectedAsCVComm())
-        return obstacleToAsking(device);
-    return nullptr;
+    const DeviceTurn &turn = _context.device.turn();
+    if (!turn.isLinked())
+        return "The Corvane is not connected.";
+    // An answer that is still on its way would become part of the next one.
+    return turn.isFree() ? nullptr : "The Corvane is still busy. Try again in half a minute.";
 }
 
 const char *CVTransferViewController::lossProblem() const
 {
     switch (kind()) {
     case Kind::Store:
-        return "The connection to the Corvane was lost. The file on it may be incomplete.";
+        return "The connection to the Corvane was lost. The file on it is incomplete.";
     case Kind::Emboss:
         return "The connection to the Corvane was lost. Part of the text may be missing.";
     case Kind::Fetch:
@@ -168,16 +162,23 @@ const char *CVTransferViewController::lossProblem() const
     return "The connection to the Corvane was lost. The file has not been fetched.";
 }
 
-const char *CVTransferViewController::fetchProblem() const
+bool CVTransferViewController::hasFetchedNothing() const
 {
     // An end alone is all that comes of a name that the device does not know, as its own codes may have changed it.
     const bool mayBeEmpty = _outcome.listedSize == 0 || (_outcome.listedSize < 0 && !_outcome.endedBySilence);
-    if (_outcome.receivedBytes == 0 && !mayBeEmpty)
-        return "The Corvane sent nothing. The file has not been fetched.";
+    return _outcome.receivedBytes == 0 && !mayBeEmpty;
+}
+
+bool CVTransferViewController::mayBeIncomplete() const
+{
     // Translation changes the length, so nothing is known of a translated text.
-    if (_outcome.endedBySilence && !_isTranslated && _outcome.receivedBytes < _outcome.listedSize)
-        return "The Corvane stopped before the end of the file. The file has not been fetched.";
-    return nullptr;
+    const bool isKnown = !_isTranslated.value_or(false) && _outcome.listedSize >= 0;
+    return _outcome.endedBySilence && !(isKnown && _outcome.receivedBytes >= _outcome.listedSize);
+}
+
+QString CVTransferViewController::nameToKeep() const
+{
+    return mayBeIncomplete() ? localizedFormat("%@ (incomplete)", _fileToDownload) : _fileToDownload;
 }
 
 // Life
@@ -219,13 +220,9 @@ void CVTransferViewController::viewDidDisappear()
 void CVTransferViewController::setStep(Step step)
 {
     _stallWatch.cancel();
-    if (step == Step::Running) {
-        _context.device.addLinkObserver(*this);
-        // A link that stalled before this transfer is not told again.
+    // A link that stalled before this transfer is not told again.
+    if (step == Step::Running)
         _stallWatch.start(stallTime, [this] { linkStalled(); });
-    } else if (_step == Step::Running) {
-        _context.device.removeLinkObserver(*this);
-    }
     _step = step;
     _isStalled = false;
     emit changed();
@@ -257,23 +254,24 @@ void CVTransferViewController::questionAnswered(int button)
 {
     if (_step != Step::Asking)
         return;
+    _isTranslated = button == TranslateButton;
     if (const char *problem = obstacle())
         fail(problem);
     else
-        startTransfer(button == TranslateButton);
+        startTransfer();
 }
 
-void CVTransferViewController::startTransfer(bool isTranslated)
+void CVTransferViewController::startTransfer()
 {
-    _isTranslated = isTranslated;
     setStep(Step::Running);
     CVBTDevice &device = _context.device;
-    const int forwardMode = isTranslated ? ForwardTranslation : PlainTransfer;
+    const int forwardMode = *_isTranslated ? ForwardTranslation : PlainTransfer;
     switch (kind()) {
     case Kind::Fetch:
-        device.getFile(_fileToDownload, isTranslated ? BackTranslation : PlainTransfer);
+        device.getFile(_fileToDownload, *_isTranslated ? BackTranslation : PlainTransfer);
         break;
     case Kind::Store:
+        _hasLeftPart = true;
         device.sendFileWithName(_outputFilename, _inputText, forwardMode);
         break;
     case Kind::Emboss:
@@ -382,8 +380,8 @@ void CVTransferViewController::cvFileDownloaded(const QString &text)
 {
     if (!isFetching())
         return;
-    if (const char *problem = fetchProblem()) {
-        fail(problem);
+    if (hasFetchedNothing()) {
+        fail("The Corvane sent nothing. The file has not been fetched.");
         return;
     }
     _downloadedString = text.isNull() ? QString(QLatin1String("")) : text;
@@ -411,11 +409,19 @@ void CVTransferViewController::linkLost(const QString &)
 {
     if (_step == Step::Running)
         fail(lossProblem());
+    emit changed();
+}
+
+// The transfer is offered again.
+void CVTransferViewController::linkConnected()
+{
+    emit changed();
 }
 
 void CVTransferViewController::finish()
 {
     const auto self = this->self();
+    _hasLeftPart = false;
     showProgress(1.0F);
     setStep(Step::Ended);
     presenter().announce(statusText());
@@ -428,6 +434,67 @@ void CVTransferViewController::fail(const char *problem)
     const auto self = this->self();
     _problem = problem;
     setStep(Step::Failed);
+    presenter().announce(problemText());
+    // A device that is busy now can be asked again when it is not.
+    _context.device.turn().whenFree(this, [this](DeviceTurn::End) { emit changed(); });
+}
+
+// The whole again
+
+bool CVTransferViewController::isAgainVisible() const
+{
+    return _step == Step::Failed && kind() != Kind::Nothing && !obstacle();
+}
+
+QString CVTransferViewController::againTitle() const
+{
+    if (kind() == Kind::Fetch)
+        return localized("Fetch again");
+    return kind() == Kind::Store ? localized("Send again") : localized("Emboss again");
+}
+
+bool CVTransferViewController::isDeleteVisible() const
+{
+    return isAgainVisible() && hasLeftFile();
+}
+
+QString CVTransferViewController::deleteTitle() const
+{
+    return localized("Delete the incomplete file");
+}
+
+// The name was free before: what is listed under it is what the store has left.
+bool CVTransferViewController::hasLeftFile() const
+{
+    return _hasLeftPart && _context.device.getSizeOfFileWithName(_outputFilename) >= 0;
+}
+
+void CVTransferViewController::againClicked()
+{
+    if (!isAgainVisible() || !takesActions())
+        return;
+    if (hasLeftFile())
+        _context.device.deleteFile(_outputFilename);
+    _hasFailedWrite = false;
+    _announcedQuarters = 0;
+    _progress = 0;
+    emit progressChanged();
+    if (_isTranslated)
+        startTransfer();
+    else if (kind() == Kind::Fetch)
+        askForBackTranslation();
+    else
+        askForForwardTranslation();
+}
+
+void CVTransferViewController::deleteClicked()
+{
+    if (!isDeleteVisible() || !takesActions())
+        return;
+    _context.device.deleteFile(_outputFilename);
+    _hasLeftPart = false;
+    _problem = "The incomplete file has been deleted from the Corvane.";
+    emit changed();
     presenter().announce(problemText());
 }
 

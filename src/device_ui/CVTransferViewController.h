@@ -8,6 +8,8 @@
 
 #include <QByteArray>
 
+#include <optional>
+
 namespace cvtamber {
 
 struct AppContext;
@@ -32,12 +34,14 @@ public:
 //   idle     -> asking (it appears) | failed (the device is not connected or busy) | ended (nothing to transfer)
 //   asking   -> running (the question is answered) | failed (as above)
 //   running  -> ended (all of it has arrived) | failed (by the link, by the device, or left with OK while stalled)
+//   failed   -> running, or asking where nothing was answered (the whole again, once the device is there)
 //
 // A running transfer that no confirmation comes for is stalled until one does. OK shows when ended, failed or stalled,
-// and always closes. What the device says when no transfer runs is dropped. A fetched text that lacks its end is a
-// failure; one that may lack it comes with a notice.
-// From viewDidLoad until it has gone the screen is the device's upload and download delegate, and while a transfer
-// runs a link observer. Thread: main thread. Owner: whoever presents it; the delegate is weak.
+// and always closes. What the device says when no transfer runs is dropped. A store that failed on its way has left an
+// incomplete file on the device: that is said, and the file can be deleted. A fetched text that may lack its end is
+// handed over and says so, see mayBeIncomplete().
+// From viewDidLoad until it has gone the screen is the device's upload and download delegate, and all its life a link
+// observer. Thread: main thread. Owner: whoever presents it; the delegate is weak.
 class CVTransferViewController final : public cvtamber::ViewController,
                                        public CVUploadFileDelegate,
                                        public CVDownloadFileDelegate,
@@ -61,6 +65,11 @@ class CVTransferViewController final : public cvtamber::ViewController,
     // The OK button; Escape is OK where it is visible, else nothing.
     Q_PROPERTY(bool okVisible READ isOkVisible NOTIFY changed)
     Q_PROPERTY(QString okTitle READ okTitle CONSTANT)
+    // The whole again, and away with what a store has left; only after a failure, and while the device is there.
+    Q_PROPERTY(bool againVisible READ isAgainVisible NOTIFY changed)
+    Q_PROPERTY(QString againTitle READ againTitle CONSTANT)
+    Q_PROPERTY(bool deleteVisible READ isDeleteVisible NOTIFY changed)
+    Q_PROPERTY(QString deleteTitle READ deleteTitle CONSTANT)
 
 public:
     // The buttons of the question.
@@ -81,9 +90,6 @@ public:
     explicit CVTransferViewController(AppContext &context);
     ~CVTransferViewController() override;
 
-    // A key of the texts: why the device cannot be asked for anything now; null when it can.
-    static const char *obstacleToAsking(const CVBTDevice &device);
-
     void setDelegate(const std::weak_ptr<CVTransferControllerDelegate> &delegate) { _delegate = delegate; }
 
     // Null where the transfer has no such thing.
@@ -91,6 +97,10 @@ public:
     const QString &downloadedString() const { return _downloadedString; } // null until it was fetched
     const QString &remoteOutputFilename() const { return _outputFilename; }
     const QString &inputText() const { return _inputText; }
+    // The device fell silent before it said that the file was complete, and its length does not tell that it is.
+    bool mayBeIncomplete() const;
+    // The name to keep the fetched file under, which says where it may be incomplete.
+    QString nameToKeep() const;
 
     const QString &labelText() const { return _labelText; }
     double progress() const { return _progress; }
@@ -101,9 +111,15 @@ public:
     QString problemText() const;
     bool isOkVisible() const { return isFinished() || _step == Step::Failed || _isStalled; }
     QString okTitle() const;
+    bool isAgainVisible() const;
+    QString againTitle() const;
+    bool isDeleteVisible() const;
+    QString deleteTitle() const;
 
     // What a person does, through the view; nothing where the button is not visible.
     Q_INVOKABLE void okClicked();
+    Q_INVOKABLE void againClicked();
+    Q_INVOKABLE void deleteClicked();
 
     void cvUploadProgress(float fraction) override;
     void cvFileUploaded() override;
@@ -114,6 +130,7 @@ public:
     void cvFileDownloaded(const QString &text) override;
     void cvFileDownloadFailed(const QString &reason) override;
 
+    void linkConnected() override;
     void linkLost(const QString &reason) override;
     void linkClosed() override { linkLost({}); }
     void linkStalled() override;
@@ -137,17 +154,17 @@ private:
     bool isFetching() const { return _step == Step::Running && kind() == Kind::Fetch; }
     bool isSending() const { return _step == Step::Running && kind() != Kind::Fetch; }
     bool isAllWritten() const;
-    // Keys of the texts, null for none: why it cannot start now, what the end of the link did, what the fetched text
-    // lacks.
+    // Keys of the texts, null for none: why it cannot start now, what the end of the link did.
     const char *obstacle() const;
     const char *lossProblem() const;
-    const char *fetchProblem() const;
+    bool hasFetchedNothing() const;
     void makeLabelText();
     void askForBackTranslation();
     void askForForwardTranslation();
     void ask(const char *title, const QStringList &buttons);
     void questionAnswered(int button);
-    void startTransfer(bool isTranslated);
+    void startTransfer();
+    bool hasLeftFile() const;
     void showProgress(float fraction);
     void goesOn();
     void finishSending();
@@ -175,8 +192,10 @@ private:
     // Until the first confirmation.
     DelayedCall _stallWatch;
     bool _isStalled = false;
-    bool _isTranslated = false;
+    std::optional<bool> _isTranslated; // the answer to the question
     bool _hasFailedWrite = false;
+    // The store has begun, and what is on the device under its name is not the whole.
+    bool _hasLeftPart = false;
 };
 
 } // namespace cvtamber

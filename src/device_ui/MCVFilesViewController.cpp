@@ -6,7 +6,6 @@
 #include "base/SystemLog.h"
 #include "base/VisibleText.h"
 #include "device/CVBTDevice.h"
-#include "device/CommandEngine.h"
 #include "device/DeviceNames.h"
 #include "store/StoreContext.h"
 #include "store/StoreDisk.h"
@@ -24,23 +23,17 @@ namespace cvtamber {
 
 namespace {
 
-using namespace std::chrono_literals;
-
 // The file menu and the confirmation; Cancel comes last in both.
 constexpr int DeleteButton = 0;
 
 // The row that stands for the list while it is asked for anew; names have even identities.
 constexpr quintptr waitIdentity = 1;
 
-// How often a refresh is looked after: whoever asks the device for something else takes its answer away.
-constexpr auto refreshWatchTime = 3s;
-
 } // namespace
 
 MCVFilesViewController::MCVFilesViewController(AppContext &context)
     : TableViewController(context.presenter)
     , _context(context)
-    , _refreshWatch(context.runLoop)
 {
     _context.device.addLinkObserver(*this);
 }
@@ -72,10 +65,8 @@ void MCVFilesViewController::addBarButtons()
 void MCVFilesViewController::viewWillAppear()
 {
     // The list that another screen has asked for is still to take the place of this one.
-    if (!_isRefreshing && _context.device.pendingCommand() == CommandEngine::DirectoryCommand) {
-        _isRefreshing = true;
-        watchRefresh();
-    }
+    if (!_isRefreshing && _context.device.turn().isListing())
+        refresh();
     reloadData();
 }
 
@@ -114,7 +105,7 @@ QString MCVFilesViewController::emptyText() const
 {
     if (numberOfRows(0) > 0)
         return {};
-    return _context.device.isConnectedAsCVComm()
+    return _context.device.turn().isLinked()
                ? localized("There are no files on the Corvane. Write one on it, then choose Refresh.")
                : localized("The Corvane is not connected.");
 }
@@ -134,37 +125,30 @@ void MCVFilesViewController::refreshClicked()
 {
     if (_isRefreshing)
         return;
-    if (const char *problem = CVTransferViewController::obstacleToAsking(_context.device)) {
-        presenter().showNotice(localized(problem));
-        return;
-    }
+    presenter().announce(localized("Please wait..."));
+    refresh();
+}
+
+void MCVFilesViewController::refresh()
+{
     _isRefreshing = true;
     reloadData();
-    presenter().announce(localized("Please wait..."));
-    watchRefresh();
-    _context.device.refreshFilesWithCompletionHandler([weak = std::weak_ptr(self())] {
+    _context.device.turn().list([weak = std::weak_ptr(self())](DeviceTurn::End end) {
         if (const auto view = weak.lock())
-            view->filesRefreshed();
+            view->filesRefreshed(end);
     });
 }
 
-void MCVFilesViewController::watchRefresh()
+void MCVFilesViewController::filesRefreshed(DeviceTurn::End end)
 {
-    _refreshWatch.start(refreshWatchTime, [this] {
-        if (_context.device.pendingCommand() == CommandEngine::DirectoryCommand)
-            watchRefresh();
-        else
-            filesRefreshed();
-    });
-}
-
-void MCVFilesViewController::filesRefreshed()
-{
-    if (!std::exchange(_isRefreshing, false))
-        return;
-    _refreshWatch.cancel();
+    _isRefreshing = false;
     reloadData();
-    presenter().announce(localizedFormat("Files on the Corvane: %@", QString::number(numberOfRows(0))));
+    if (end == DeviceTurn::End::Done)
+        presenter().announce(localizedFormat("Files on the Corvane: %@", QString::number(numberOfRows(0))));
+    else if (_context.device.turn().isLinked())
+        presenter().showNotice(localized("The Corvane does not answer. Its files are not known."));
+    else
+        presenter().showNotice(localized("The Corvane is not connected."));
 }
 
 void MCVFilesViewController::linkConnected()
@@ -174,8 +158,6 @@ void MCVFilesViewController::linkConnected()
 
 void MCVFilesViewController::linkLost(const QString &)
 {
-    _isRefreshing = false;
-    _refreshWatch.cancel();
     reloadData();
 }
 
@@ -244,7 +226,7 @@ void MCVFilesViewController::menuDismissed(const ActionSheet &sheet, int button,
 
 bool MCVFilesViewController::isWithinReach(const QString &fileName) const
 {
-    if (!_context.device.isConnectedAsCVComm())
+    if (!_context.device.turn().isLinked())
         presenter().showNotice(localized("The Corvane is not connected."));
     else if (_isRefreshing)
         presenter().showNotice(localized("The Corvane is still busy. Try again in half a minute."));
@@ -408,7 +390,7 @@ void MCVFilesViewController::keepDownload(const CVTransferViewController &transf
         return place.fileExists(wanted) ||
                _context.store.disk.exists(place.url().appendingFile(documentFileName(wanted)));
     };
-    const QString title = nextFreeTitle(transfer.downloadedFileName(), isTaken);
+    const QString title = nextFreeTitle(transfer.nameToKeep(), isTaken);
     place.addFileWithName(title, transfer.downloadedString(),
                           [&presenter = presenter(), title](const FileResult &result) {
                               if (result.ok())

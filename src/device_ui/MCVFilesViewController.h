@@ -3,7 +3,7 @@
 
 #include "app/MTextEditViewController.h"
 #include "app/TamberPickUserOrFolderViewController.h"
-#include "base/DelayedCall.h"
+#include "device/DeviceTurn.h"
 #include "device/LinkObserver.h"
 #include "device_ui/CVTransferViewController.h"
 #include "ui/TableViewController.h"
@@ -86,8 +86,8 @@ private:
     std::shared_ptr<MCVFilesViewController> self();
     void addBarButtons();
     void refreshClicked();
-    void filesRefreshed();
-    void watchRefresh();
+    void refresh();
+    void filesRefreshed(DeviceTurn::End end);
     void cancelClicked();
     void showFileMenu(IndexPath path);
     void menuDismissed(const ActionSheet &sheet, int button, const QString &fileName, IndexPath path);
@@ -112,7 +112,6 @@ private:
     std::weak_ptr<CVFilesViewDelegate> _delegate;
     Mode _mode = Mode::Browse;
     bool _isRefreshing = false;
-    DelayedCall _refreshWatch;
     int _viewActionButtonIndex = -1;
     // Never assigned: its menu button does not exist.
     int _downloadActionButtonindex = 0;

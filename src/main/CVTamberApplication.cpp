@@ -25,7 +25,7 @@ const QString WindowWidth = QStringLiteral("windowWidth");
 const QString WindowHeight = QStringLiteral("windowHeight");
 
 // How long the end of the program waits for a device that does not let go.
-constexpr std::chrono::seconds ReleaseLimit{3};
+constexpr std::chrono::seconds ReleaseLimit{5};
 // A question that has been answered has closed by then.
 constexpr std::chrono::milliseconds QuestionCloses{400};
 // How long a program that the bus has started waits to be told what for.
@@ -72,6 +72,8 @@ CVTamberApplication::CVTamberApplication(QGuiApplication &application, EventRunL
 CVTamberApplication::~CVTamberApplication()
 {
     _desktop.setHandlers({});
+    if (gCVDevice)
+        gCVDevice->removeLinkObserver(*this);
     _delegate->tearDown();
     // The screens, then what they look at.
     _presenter.reset();
@@ -209,15 +211,25 @@ void CVTamberApplication::stop()
     if (std::exchange(_isStopping, true))
         return;
     saveWindow();
+    if (gCVDevice)
+        gCVDevice->addLinkObserver(*this);
     _delegate->applicationWillTerminate();
     _stopLater.start(ReleaseLimit, [] { QCoreApplication::quit(); });
     // A question is acted upon once it has closed, and a screen's answer once the screen has gone: what a person has just saved
     // is not written yet.
     _settle.start(QuestionCloses, [this] {
         _presenter->transitions().add([this](const TransitionQueue::Done &) {
-            _manager->releasePeripherals([] { QCoreApplication::quit(); });
+            _isSettled = true;
+            quitUnlinked();
         });
     });
+}
+
+// The device is left in order first.
+void CVTamberApplication::quitUnlinked()
+{
+    if (_isSettled && !(gCVDevice && gCVDevice->peripheral()))
+        _manager->releasePeripherals([] { QCoreApplication::quit(); });
 }
 
 } // namespace cvtamber

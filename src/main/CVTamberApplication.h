@@ -8,6 +8,7 @@
 #include "base/StandardLocations.h"
 #include "base/ThreadPoolTaskRunner.h"
 #include "device/IdleTimer.h"
+#include "device/LinkObserver.h"
 #include "platform/desktop/ChosenFolderContainer.h"
 #include "platform/desktop/DesktopApplication.h"
 #include "platform/desktop/DesktopMail.h"
@@ -42,7 +43,7 @@ public:
 //
 // start() -> launch(), at once or at the bus's first request -> the window is closed, or a signal comes -> stop(): the
 // screens finish what they are about, the link is let go -> the event loop ends -> the destructor, which closes the store. Owner: main().
-class CVTamberApplication
+class CVTamberApplication final : private LinkObserver
 {
 public:
     // The log, the makers of the radio's parts and the bus's object outlive it.
@@ -51,7 +52,7 @@ public:
                         DesktopApplication &desktop, std::unique_ptr<QmlPresenter> presenter);
     CVTamberApplication(const CVTamberApplication &) = delete;
     CVTamberApplication &operator=(const CVTamberApplication &) = delete;
-    ~CVTamberApplication();
+    ~CVTamberApplication() override;
 
     // False when the window cannot be made, which the log has told.
     bool start(const CVTamberCommandLine &commandLine, DesktopApplication::Start role);
@@ -67,6 +68,9 @@ private:
     void becomeActive();
     void saveWindow();
     void stop();
+    void quitUnlinked();
+    void linkLost(const QString &) override { quitUnlinked(); }
+    void linkClosed() override { quitUnlinked(); }
 
     QGuiApplication &_application;
     EventRunLoop &_runLoop;
@@ -98,6 +102,8 @@ private:
     bool _isTheOne = false;
     bool _isLaunched = false;
     bool _isStopping = false;
+    // No screen has anything left to do.
+    bool _isSettled = false;
 };
 
 } // namespace cvtamber

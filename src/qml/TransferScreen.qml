@@ -106,6 +106,22 @@ ScreenView {
                     wrapMode: Text.Wrap
                 }
                 PlainButton {
+                    text: view.controller.againTitle
+                    visible: view.controller.againVisible
+                    width: parent.width
+                    wraps: true
+
+                    onClicked: view.controller.againClicked()
+                }
+                PlainButton {
+                    text: view.controller.deleteTitle
+                    visible: view.controller.deleteVisible
+                    width: parent.width
+                    wraps: true
+
+                    onClicked: view.controller.deleteClicked()
+                }
+                PlainButton {
                     id: ok
 
                     filled: true

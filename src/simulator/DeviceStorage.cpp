@@ -71,7 +71,7 @@ QByteArray DeviceStorage::listing(SizeStyle style) const
     QByteArray lines;
     for (const SimulatedFile &file : _files)
         lines += file.name + ' ' + sizeText(file.bytes.size(), style) + "\r\n";
-    return lines;
+    return lines.isEmpty() ? QByteArray("\r\n") : lines;
 }
 
 QByteArray DeviceStorage::sizeText(qsizetype size, SizeStyle style)

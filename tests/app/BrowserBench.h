@@ -6,6 +6,7 @@
 #include "app/AppContext.h"
 #include "app/MGlobals.h"
 #include "app/TamberContainerViewController.h"
+#include "device/Reconnector.h"
 #include "store/TamberStorage.h"
 #include "store/TamberUsers.h"
 #include "support/DeviceRig.h"
@@ -59,6 +60,9 @@ public:
     BrowserBench() { addUser(QStringLiteral("10000000-0000-0000-0000-000000000000"), "Ann\nLee\n\n"); }
     ~BrowserBench()
     {
+        // A transfer that is still up lets go of the device.
+        device.device->setCvUploadDelegate(nullptr);
+        device.device->setCvDownloadDelegate(nullptr);
         MGlobals::setTamberStorage(nullptr);
         if (storage)
             storage->close();
@@ -111,7 +115,8 @@ public:
 
     void connectDevice(const QStringList &fileNames = {})
     {
-        device.device->setIsConnectedAsCVComm(true);
+        device.identify();
+        device.drain();
         QList<CVFileData> files;
         for (const QString &name : fileNames)
             files.append(CVFileData(name, 3));
@@ -162,8 +167,9 @@ public:
     FakeMail mail;
     FakePreview preview;
     MemoryDefaults defaults;
-    AppContext context{rig.loop,  presenter, rig.context, *device.device, *device.manager,  defaults,
-                       locations, mail,      preview,     rig.log,        rig.notifications};
+    Reconnector reconnector{rig.loop, *device.device, device.manager, ReconnectorClient{{}, {}, {}, true}};
+    AppContext context{rig.loop,  presenter, rig.context, *device.device, *device.manager,   defaults,
+                       locations, mail,      preview,     rig.log,        rig.notifications, reconnector};
     std::shared_ptr<TamberStorage> storage;
     std::shared_ptr<TamberUser> ann;
     std::shared_ptr<NavigationController> navigation;

@@ -4,6 +4,7 @@
 #include "BrowserBench.h"
 #include "MemoryDefaults.h"
 #include "app/MUsersViewController.h"
+#include "device/Reconnector.h"
 
 #include <QCoreApplication>
 #include <QTranslator>
@@ -150,8 +151,9 @@ public:
     FakeMail mail;
     FakePreview preview;
     MemoryDefaults defaults;
-    AppContext context{rig.loop,  presenter, rig.context, *device.device, *device.manager,  defaults,
-                       locations, mail,      preview,     rig.log,        rig.notifications};
+    Reconnector reconnector{rig.loop, *device.device, device.manager, ReconnectorClient{{}, {}, {}, true}};
+    AppContext context{rig.loop,  presenter, rig.context, *device.device, *device.manager,   defaults,
+                       locations, mail,      preview,     rig.log,        rig.notifications, reconnector};
     std::shared_ptr<TamberStorage> storage;
     Users screen;
     std::shared_ptr<NavigationController> navigation;

@@ -249,7 +249,7 @@ void tst_browseractions::failedTransferIsClosed()
     bench.putDocument(u"letter"_s, "hello");
     const auto browser = bench.open();
     bench.choose(browser, u"letter"_s, u"4.8"_s);
-    // There is no link behind it, so nothing can be written.
+    bench.device.device->disconnectAsCVComm();
     QVERIFY(bench.presenter.answerSheet(1));
     bench.settle();
     const auto transfer = bench.presenter.frontAs<CVTransferViewController>();
@@ -293,7 +293,7 @@ void tst_browseractions::connectsFirst()
     dialog->didSelectBTDevice(
         std::make_shared<CVBTPeripheral>(bench.device.peripheral, QString(), u"Corvane"_s));
     bench.settle();
-    dialog->corvaneDeviceStateChanged(CVDeviceStateDelegate::ConnectedAndIdentified);
+    dialog->linkStateChanged(CVDeviceStateDelegate::ConnectedAndIdentified);
     bench.settle();
     QCOMPARE(browser->afterConnectionAction(), stays);
     const bool isTransfer = bench.presenter.frontAs<CVTransferViewController>() != nullptr;

@@ -141,7 +141,7 @@ void tst_editor::opensAFile()
 void tst_editor::fetchesOnce()
 {
     EditorBench bench;
-    bench.device.device->setIsConnectedAsCVComm(true);
+    bench.device.identify();
     bench.editor->setCvFileName(u"LETTER"_s);
     bench.present();
     QCOMPARE(bench.editor->title(), u"LETTER"_s);
@@ -339,7 +339,7 @@ void tst_editor::mails()
     QFETCH(int, button);
     EditorBench bench;
     if (isDeviceFile) {
-        bench.device.device->setIsConnectedAsCVComm(true);
+        bench.device.identify();
         bench.editor->setCvFileName(u"LETTER"_s);
         bench.present();
         const auto transfer = bench.presenter.frontAs<CVTransferViewController>();

@@ -51,6 +51,8 @@ def main():
             p.see("Nothing here yet...")
             assert not list(desk.documents.rglob("*.tamber"))
             p.press("Corvane Brailler", "page tab")
+            p.see("State, Connecting again...")
+            p.press("Do not connect to the Corvane again")
             p.see("State, Disconnected...")
 
 

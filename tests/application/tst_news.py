@@ -54,7 +54,7 @@ def main():
             news.hear("25 percent", "50 percent", "75 percent", "The file has been sent.")
             silent(news)
             before = p.focused().get_name()
-            news.hear("The connection to the Corvane was lost.")
+            news.hear("The connection to the Corvane was lost. Trying to connect again.")
             silent(news)
             p.has_focus(before)
             # The last document goes: the list's own words take the place of its rows.

@@ -208,8 +208,6 @@ private slots:
         BoardBench bench;
         bench.type(u"ab "_s);
         bench.dropLink(withError);
-        if (!withError)
-            bench.device.disconnectAsCVComm();
         const QString status = bench.board->statusText();
         QVERIFY(!status.isEmpty() && bench.presenter.announcements() == QStringList{status});
         QVERIFY(!bench.isNoticed(u"reached"_s));

@@ -23,14 +23,13 @@ struct ConnectedBench : DeviceScreenBench
         device.setDataDelegate(nullptr);
     }
 
+    // Or waits for it to come back by itself.
     void connectDevice()
     {
-        const auto states = std::make_shared<RecordingDelegates>();
-        device.setCvStateDelegate(states);
-        device.connectAsCVCommWithPeripheral(findDevice());
-        if (!advanceUntil([&] { return states->events.contains(u"state 1"); }))
+        if (!reconnector.isAway())
+            device.connectAsCVCommWithPeripheral(findDevice());
+        if (!advanceUntil([&] { return device.turn().isLinked(); }))
             qFatal("The simulated device could not be connected");
-        device.setCvStateDelegate(nullptr);
         advance(std::chrono::seconds(1));
     }
     void dropLink(bool withError = true)

@@ -4,7 +4,9 @@
 #include "app/AppContext.h"
 #include "base/UserDefaults.h"
 #include "device/CVBTDevice.h"
+
 #include "device/CVBluetoothManager.h"
+#include "device/Reconnector.h"
 #include "simulator/SimulatedRadio.h"
 #include "support/Recorders.h"
 #include "support/RecordingPresenter.h"
@@ -118,8 +120,9 @@ public:
     TemporaryLocations locations;
     UnusedMail mail;
     UnusedPreview preview;
-    AppContext context{rig.loop,  presenter, rig.context, device,  *manager,         defaults,
-                       locations, mail,      preview,     rig.log, rig.notifications};
+    Reconnector reconnector{rig.loop, device, manager, ReconnectorClient{{}, {}, {}, true}};
+    AppContext context{rig.loop,  presenter, rig.context, device,  *manager,          defaults,
+                       locations, mail,      preview,     rig.log, rig.notifications, reconnector};
 
 private:
     std::shared_ptr<SimulatedRadio> makeRadio(const QList<DeviceProfile> &profiles,

@@ -119,7 +119,6 @@ private slots:
     void loss_data();
     void loss();
     void lossWhileTheDialogIsUp();
-    void otherStateDelegate();
     void showFiles();
 };
 
@@ -204,7 +203,7 @@ void tst_DeviceScreen::namesByNumber()
     DeviceBench bench;
     QVERIFY(bench.connectDevice());
     bench.device.setCvModel(model);
-    bench.screen->corvaneDeviceStateChanged(1);
+    bench.screen->linkStateChanged(1);
     QCOMPARE(bench.detail(u"Model:"_s), name);
 }
 
@@ -221,7 +220,6 @@ void tst_DeviceScreen::connectAndDisconnect()
     DeviceBench bench(withFiles(2), isTablet);
     QVERIFY(bench.connectDevice());
     QCOMPARE(bench.rig.log.count(u"[info] -(void)connectButtonClicked"_s), 1);
-    QCOMPARE(bench.device.cvStateDelegate().get(), static_cast<CVDeviceStateDelegate *>(bench.screen.get()));
     QCOMPARE(bench.control(u"State:"_s, Screen::ConnectButton)->title, u"Disconnect..."_s);
     // Nothing but the screen may hold what has been closed.
     QCOMPARE(bench.rig.log.count(u"[info] CVConnectViewController::dealloc"_s), 1);
@@ -243,7 +241,7 @@ void tst_DeviceScreen::connectAndDisconnect()
 void tst_DeviceScreen::chatSection()
 {
     DeviceBench bench;
-    bench.screen->corvaneDeviceStateChanged(0);
+    bench.screen->linkStateChanged(0);
     QCOMPARE(bench.screen->numberOfSections(), 2);
     RowAnimation inserted = RowAnimation::None;
     RowAnimation removed = RowAnimation::None;
@@ -261,7 +259,7 @@ void tst_DeviceScreen::chatSection()
         QCOMPARE(cell.controls[0].title, title);
     }
     // A state that tells of no end only fills the labels.
-    bench.screen->corvaneDeviceStateChanged(1);
+    bench.screen->linkStateChanged(1);
     QCOMPARE(bench.screen->numberOfSections(), 3);
     bench.simulated().dropLink();
     bench.advance(1s);
@@ -407,7 +405,7 @@ void tst_DeviceScreen::refreshThatNeverEnds()
         bench.click(u"State:"_s, Screen::ConnectButton);
     } else {
         bench.device.getFile(u"FILE0.TXT"_s, 0);
-        bench.screen->corvaneDeviceStateChanged(1);
+        bench.screen->linkStateChanged(1);
     }
     bench.advance(30s);
     if (!bench.device.isConnectedAsCVComm()) {
@@ -426,18 +424,29 @@ void tst_DeviceScreen::loss_data()
     row("without one", false);
 }
 
+// The link comes back by itself, unless the person does not want it to.
 void tst_DeviceScreen::loss()
 {
     QFETCH(bool, withError);
+    const auto lost = u"The connection to the Corvane was lost. Trying to connect again."_s;
     DeviceBench bench;
     QVERIFY(bench.connectDevice());
     bench.simulated().dropLink(withError);
-    bench.advance(10s);
-    QCOMPARE(bench.presenter.notices(), QStringList{u"The connection to the Corvane was lost."_s});
+    bench.advance(500ms);
+    QCOMPARE(bench.presenter.notices(), QStringList{lost});
+    QCOMPARE(bench.detail(u"State:"_s), u"Connecting again"_s);
+    bench.advance(20s);
+    QCOMPARE(bench.presenter.notices(), (QStringList{lost, u"The Corvane is connected again."_s}));
+    QCOMPARE(bench.detail(u"State:"_s), u"Connected"_s);
+    bench.simulated().dropLink(withError);
+    bench.advance(500ms);
+    QCOMPARE(bench.control(u"State:"_s, Screen::ConnectButton)->title, u"Cancel"_s);
+    bench.click(u"State:"_s, Screen::ConnectButton);
     QCOMPARE(bench.detail(u"State:"_s), u"Disconnected"_s);
-    QVERIFY(!bench.device.isConnectedAsCVComm());
+    bench.advance(5min);
+    QVERIFY(!bench.device.isConnectedAsCVComm() && !bench.simulated().isLinked());
     QVERIFY(bench.connectDevice());
-    QCOMPARE(bench.presenter.notices().size(), 1);
+    QCOMPARE(bench.presenter.notices().size(), 3);
 }
 
 // The dialog says it itself.
@@ -453,19 +462,6 @@ void tst_DeviceScreen::lossWhileTheDialogIsUp()
     bench.dialog()->cancelButtonClicked();
     bench.advance(5s);
     QCOMPARE(bench.detail(u"State:"_s), u"Disconnected"_s);
-}
-
-// Another screen may hold the role when the link is lost; the tab tells it all the same.
-void tst_DeviceScreen::otherStateDelegate()
-{
-    DeviceBench bench;
-    QVERIFY(bench.connectDevice());
-    const auto other = std::make_shared<RecordingDelegates>();
-    bench.device.setCvStateDelegate(other);
-    bench.simulated().dropLink();
-    bench.advance(1s);
-    QCOMPARE(bench.detail(u"State:"_s), u"Disconnected"_s);
-    QCOMPARE(bench.presenter.notices().size(), 1);
 }
 
 void tst_DeviceScreen::showFiles()

@@ -149,8 +149,8 @@ private slots:
         const Fault unknownName = fault(Kind::CustomReply, "PR", FirmwareModel::FetchTrailer);
         row("unknown name", Fetch, asItIs, text, unknownName, none, 0, nothing);
         row("unknown name, translated", Fetch, translate, text, unknownName, none, 0, nothing);
-        row("half an answer", Fetch, asItIs, text, fault(Kind::CustomReply, "PR", "he"), none, 0,
-            u"The Corvane stopped before the end of the file. The file has not been fetched."_s);
+        row("half an answer", Fetch, asItIs, text, fault(Kind::CustomReply, "PR", "he"), QByteArray("he"), 1,
+            QString());
         row("failed write", Store, asItIs, text, fault(Kind::FailWrite), none, 0,
             u"Part of it did not reach the Corvane. Send it again."_s);
     }
@@ -215,7 +215,7 @@ private slots:
     {
         columns<What, QString>("what", "loss");
         row("fetch", Fetch, u" The file has not been fetched."_s);
-        row("store", Store, u" The file on it may be incomplete."_s);
+        row("store", Store, u" The file on it is incomplete."_s);
         row("emboss", Emboss, u" Part of the text may be missing."_s);
     }
     // Until it is through: OK shows and closes it, whether or not somebody hears it; no half text is handed over.
@@ -245,6 +245,37 @@ private slots:
             QCOMPARE(bench.host->closed, isHeard ? 1 : 0);
         }
         QVERIFY(losses > 6);
+    }
+
+    // Lost on its way, it is offered again when the link is back, and what a store has left can be deleted.
+    void againAfterALoss()
+    {
+        for (const auto what : {Fetch, Store, Emboss}) {
+            for (const bool deletes : {false, true}) {
+                TransferBench bench(QByteArray(1000, 'a'));
+                const auto transfer = bench.start(what);
+                bench.advance(45ms);
+                bench.simulated().dropLink();
+                bench.advance(500ms);
+                QVERIFY(transfer->isOkVisible() && !transfer->isAgainVisible() &&
+                        !transfer->isDeleteVisible());
+                QCOMPARE(transfer->statusText(), u"Trying to connect again."_s);
+                QVERIFY(bench.advanceUntil([&] { return transfer->isAgainVisible(); }));
+                QCOMPARE(transfer->isDeleteVisible(), what == Store);
+                if (deletes && what == Store) {
+                    transfer->deleteClicked();
+                    bench.advance(1s);
+                    QVERIFY(!bench.simulated().firmware().storage().find("NEW.TXT"));
+                    QVERIFY(!transfer->isDeleteVisible() && transfer->isAgainVisible());
+                }
+                transfer->againClicked();
+                QVERIFY(transfer->isBusy() && !bench.presenter.sheet());
+                QVERIFY(bench.waitForOk(transfer));
+                QVERIFY(transfer->isFinished() && bench.host->finished == 1);
+                const auto stored = bench.simulated().firmware().storage().find("NEW.TXT");
+                QCOMPARE(stored.value_or("").size(), what == Store ? transfer->inputText().size() : 0);
+            }
+        }
     }
 
     // A second one on a link that still stalls is held up no longer than the first.
@@ -280,16 +311,19 @@ private slots:
         const auto left = bench.start(Fetch);
         left->linkStalled();
         QVERIFY(bench.okCloses(left));
-        const auto refused = bench.open(Fetch);
-        QVERIFY(!bench.presenter.sheet() && refused->problemText().contains(u"busy"));
-        QVERIFY(bench.okCloses(refused));
-        const auto store = bench.start(Store);
-        QVERIFY(bench.waitForOk(store));
-        bench.advance(60s);
-        QVERIFY(left->downloadedString().isNull() && store->downloadedString().isNull());
-        QCOMPARE(bench.host->finished, 1);
-        QVERIFY(bench.okCloses(store));
-        QVERIFY(bench.waitForOk(bench.start(Fetch)));
+        for (const auto what : {Emboss, Fetch}) {
+            const auto refused = bench.open(what);
+            QVERIFY(!bench.presenter.sheet() && refused->problemText().contains(u"busy"));
+            QVERIFY(!refused->isAgainVisible());
+            if (what == Emboss)
+                QVERIFY(bench.okCloses(refused));
+        }
+        const auto refused = bench.presentedBy<Transfer>(bench.host);
+        QVERIFY(bench.advanceUntil([&] { return refused->isAgainVisible(); }));
+        QCOMPARE(bench.host->finished, 0);
+        refused->againClicked();
+        QVERIFY(bench.presenter.answerSheet(asItIs) && bench.waitForOk(refused));
+        QVERIFY(left->downloadedString().isNull());
         QCOMPARE(bench.host->text, u"hello"_s);
     }
 
