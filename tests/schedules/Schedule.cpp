@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "schedules/Schedule.h"
 
+#include "schedules/Dice.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-
-#include <random>
 
 namespace cvtamber {
 
@@ -18,25 +18,6 @@ constexpr int BytesInWrite = 20;
 constexpr int OtherWrites = 16;
 // Finding and identifying the device.
 constexpr int TimeBefore = 14000;
-
-// The standard fixes what this engine yields, but not what distributions make of it.
-class Dice
-{
-public:
-    explicit Dice(quint32 seed)
-        : _engine(seed)
-    {}
-    // 0 to count - 1.
-    int below(int count) { return static_cast<int>(_engine() % static_cast<quint32>(count)); }
-    bool oneIn(int count) { return below(count) == 0; }
-    template<typename T> T pick(std::initializer_list<T> values)
-    {
-        return values.begin()[below(static_cast<int>(values.size()))];
-    }
-
-private:
-    std::mt19937 _engine;
-};
 
 QString randomText(Dice &dice, int size)
 {
