@@ -891,13 +891,13 @@
         <source>%@ percent</source>
         <translation>%@ percent</translation>
     </message>
-    <message id="%@ characters that the Corvane does not have were sent as &quot;?&quot;.">
-        <source>%@ characters that the Corvane does not have were sent as &quot;?&quot;.</source>
-        <translation>%@ characters that the Corvane does not have were sent as &quot;?&quot;.</translation>
+    <message id="%@ characters that the Corvane does not have were sent as &quot;?&quot; or without their accents.">
+        <source>%@ characters that the Corvane does not have were sent as &quot;?&quot; or without their accents.</source>
+        <translation>%@ characters that the Corvane does not have were sent as &quot;?&quot; or without their accents.</translation>
     </message>
-    <message id="1 character that the Corvane does not have was sent as &quot;?&quot;.">
-        <source>1 character that the Corvane does not have was sent as &quot;?&quot;.</source>
-        <translation>1 character that the Corvane does not have was sent as &quot;?&quot;.</translation>
+    <message id="1 character that the Corvane does not have was sent as &quot;?&quot; or without its accent.">
+        <source>1 character that the Corvane does not have was sent as &quot;?&quot; or without its accent.</source>
+        <translation>1 character that the Corvane does not have was sent as &quot;?&quot; or without its accent.</translation>
     </message>
     <message id="%@ has been deleted.">
         <source>“%@” has been deleted.</source>
@@ -1219,9 +1219,9 @@
         <source>The connection to the Corvane was lost. What was written last may not have reached it.</source>
         <translation>The connection to the Corvane was lost. What was written last may not have reached it.</translation>
     </message>
-    <message id="Characters that the Corvane does not have are sent as &quot;?&quot;.">
-        <source>Characters that the Corvane does not have are sent as &quot;?&quot;.</source>
-        <translation>Characters that the Corvane does not have are sent as &quot;?&quot;.</translation>
+    <message id="Characters that the Corvane does not have are sent as &quot;?&quot; or without their accents.">
+        <source>Characters that the Corvane does not have are sent as &quot;?&quot; or without their accents.</source>
+        <translation>Characters that the Corvane does not have are sent as &quot;?&quot; or without their accents.</translation>
     </message>
     <message id="You: %@">
         <source>You: %@</source>

@@ -93,8 +93,8 @@ void LiveMode::sendString(const QString &text)
     device.sendString(text, &replaced);
     _hasUnconfirmedText = device.unconfirmedWrites() > 0;
     if (replaced > 0 && !std::exchange(_hasToldReplaced, true))
-        _context.presenter.showNotice(
-            localized("Characters that the Corvane does not have are sent as \"?\"."));
+        _context.presenter.showNotice(localized(
+            "Characters that the Corvane does not have are sent as \"?\" or without their accents."));
 }
 
 void LiveMode::tellObeyed() const

@@ -39,8 +39,8 @@ void PutVerb::store(Session &session)
 
 QString PutVerb::incompleteSentence() const
 {
-    return u"The file %1 on the device may be incomplete: put the whole file again."_s.arg(
-        visibleText(request().as));
+    return u"The file %1 on the device may be incomplete: put the whole file again, or delete it with rm."_s
+        .arg(visibleText(request().as));
 }
 
 } // namespace cvtamber

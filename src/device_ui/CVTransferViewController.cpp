@@ -328,9 +328,11 @@ void CVTransferViewController::cvUploadReplacedCharacters(qsizetype count)
     if (!isSending())
         return;
     presenter().showNotice(
-        count == 1 ? localized("1 character that the Corvane does not have was sent as \"?\".")
-                   : localizedFormat("%@ characters that the Corvane does not have were sent as \"?\".",
-                                     QString::number(count)));
+        count == 1
+            ? localized("1 character that the Corvane does not have was sent as \"?\" or without its accent.")
+            : localizedFormat(
+                  "%@ characters that the Corvane does not have were sent as \"?\" or without their accents.",
+                  QString::number(count)));
 }
 
 void CVTransferViewController::linkStalled()
