@@ -2,7 +2,6 @@
 #include "qml/ListAccessible.h"
 
 #include <QQuickItem>
-#include <QQuickWindow>
 
 #include <algorithm>
 
@@ -43,49 +42,17 @@ void ListAccessible::install()
 }
 
 ListAccessible::ListAccessible(QQuickItem *list)
-    : QAccessibleObject(list)
+    : ItemAccessible(list)
 {}
-
-QQuickItem *ListAccessible::list() const
-{
-    return static_cast<QQuickItem *>(object());
-}
-
-QWindow *ListAccessible::window() const
-{
-    return list()->window();
-}
-
-QRect ListAccessible::rect() const
-{
-    const QQuickWindow *window = list()->window();
-    if (window == nullptr)
-        return {};
-    const QRect inWindow = list()->mapRectToScene(list()->boundingRect()).toRect();
-    return inWindow.translated(window->mapToGlobal(QPoint()));
-}
-
-QAccessibleInterface *ListAccessible::parent() const
-{
-    QQuickWindow *window = list()->window();
-    if (window == nullptr)
-        return nullptr;
-    for (QQuickItem *item = list()->parentItem(); item != nullptr && item != window->contentItem();
-         item = item->parentItem()) {
-        if (QAccessibleInterface *known = QAccessible::queryAccessibleInterface(item))
-            return known;
-    }
-    return QAccessible::queryAccessibleInterface(window);
-}
 
 QList<QAccessibleInterface *> ListAccessible::children() const
 {
     QList<QQuickItem *> items;
     // Its scroll bar stands beside the content.
-    if (const auto *content = list()->property("contentItem").value<QQuickItem *>())
+    if (const auto *content = item()->property("contentItem").value<QQuickItem *>())
         collect(*content, items);
     std::stable_sort(items.begin(), items.end(), [this](const QQuickItem *left, const QQuickItem *right) {
-        return left->mapToItem(list(), QPointF()).y() < right->mapToItem(list(), QPointF()).y();
+        return left->mapToItem(item(), QPointF()).y() < right->mapToItem(item(), QPointF()).y();
     });
     QList<QAccessibleInterface *> told;
     for (QQuickItem *item : std::as_const(items))
@@ -127,17 +94,7 @@ QAccessibleInterface *ListAccessible::focusChild() const
 
 QString ListAccessible::text(QAccessible::Text kind) const
 {
-    return kind != QAccessible::Name ? QString() : list()->property(SpokenName).toString();
-}
-
-QAccessible::State ListAccessible::state() const
-{
-    QAccessible::State state;
-    const QQuickWindow *window = list()->window();
-    state.invisible = window == nullptr || !window->isVisible() || !list()->isVisible();
-    state.focusable = list()->activeFocusOnTab();
-    state.focused = list()->hasActiveFocus();
-    return state;
+    return kind != QAccessible::Name ? QString() : item()->property(SpokenName).toString();
 }
 
 } // namespace cvtamber

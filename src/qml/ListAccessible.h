@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QAccessibleObject>
-
-class QQuickItem;
+#include "qml/ItemAccessible.h"
 
 namespace cvtamber {
 
@@ -13,7 +11,7 @@ namespace cvtamber {
 // its first row, that is not the order in which they stand. Here they are told from top to bottom; all else is as in
 // Qt's own. It is for lists that have a role and a property `spokenName`, their name; others keep what Qt gives them.
 // Thread: main thread. Owner: Qt, which makes one for each list and drops it with the list.
-class ListAccessible final : public QAccessibleObject
+class ListAccessible final : public ItemAccessible
 {
 public:
     // For the lists of all windows that are made from now on.
@@ -21,9 +19,6 @@ public:
 
     explicit ListAccessible(QQuickItem *list);
 
-    QWindow *window() const override;
-    QRect rect() const override;
-    QAccessibleInterface *parent() const override;
     QAccessibleInterface *child(int index) const override;
     int childCount() const override;
     int indexOfChild(const QAccessibleInterface *child) const override;
@@ -31,10 +26,8 @@ public:
     QAccessibleInterface *focusChild() const override;
     QString text(QAccessible::Text kind) const override;
     QAccessible::Role role() const override { return QAccessible::List; }
-    QAccessible::State state() const override;
 
 private:
-    QQuickItem *list() const;
     QList<QAccessibleInterface *> children() const;
 };
 

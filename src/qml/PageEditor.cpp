@@ -12,32 +12,22 @@
 #include <QTextDocument>
 
 #include <algorithm>
+#include <utility>
 
 namespace cvtamber {
 namespace {
 
-// A unit as a document can hold it and a reader can be given it: as itself, or as a sign for it.
-QChar shown(QChar unit)
-{
-    const char16_t code = unit.unicode();
-    constexpr char16_t controlPictures = 0x2400;
-    if (code == u'\n' || code == u'\t')
-        return unit;
-    if (code < 0x20)
-        return {static_cast<char16_t>(controlPictures + code)};
-    if (code == 0x7F)
-        return {u'\u2421'};
-    if (code == QChar::ParagraphSeparator)
-        return {u'\n'};
-    const bool isDocumentsOwn = code == 0xFDD0 || code == 0xFDD1 || code == QChar::ObjectReplacementCharacter;
-    return isDocumentsOwn ? QChar(QChar::ReplacementCharacter) : unit;
-}
+// How many line ends a document has room for: Qt loops for ever in one of eight million pixels and more.
+constexpr qsizetype mostLineEnds = 32'000;
+constexpr qsizetype keptLineEnds = 24'000;
+constexpr qsizetype fewestLineEnds = 16'000;
+constexpr char16_t lineEndSign = 0x00B6;
+// In the place of the very first: Qt looks for the first letter at each change, which may be far.
+constexpr char16_t leftToRightMark = 0x200E;
 
-// The same as the document gives it back.
-QChar held(QChar unit)
+qsizetype lineEnds(QStringView text)
 {
-    const QChar sign = shown(unit);
-    return sign == u'\n' ? QChar(QChar::ParagraphSeparator) : sign;
+    return std::count_if(text.begin(), text.end(), PageDocument::isLineEnd);
 }
 
 bool isTyped(const QKeyEvent &event)
@@ -54,8 +44,8 @@ bool isTyped(const QKeyEvent &event)
 
 } // namespace
 
-PageEditor::PageEditor(QObject *parent)
-    : QObject(parent)
+PageEditor::PageEditor(QQuickItem *parent)
+    : QQuickItem(parent)
 {
     _unsentFormat.setFontUnderline(true);
 }
@@ -87,14 +77,14 @@ void PageEditor::join()
         qWarning("What the page is to be shown in is no text area");
         return;
     }
-    _document = document->textDocument();
-    _document->setUndoRedoEnabled(false);
+    _shown.setDocument(document->textDocument());
+    _shown.document()->setUndoRedoEnabled(false);
     showAll();
     _area->installEventFilter(this);
     connect(_area, SIGNAL(cursorPositionChanged()), this, SLOT(takeSelection()));
     connect(_area, SIGNAL(selectionStartChanged()), this, SLOT(takeSelection()));
     connect(_area, SIGNAL(selectionEndChanged()), this, SLOT(takeSelection()));
-    connect(_document, &QTextDocument::contentsChange, this,
+    connect(_shown.document(), &QTextDocument::contentsChange, this,
             [this](int position, int, int added) { checkChange(position, added); });
     connect(_page, &UIMyTextView::textChanged, this, &PageEditor::showChange);
     connect(_page, &UIMyTextView::textFixed, this, &PageEditor::showFixed);
@@ -105,13 +95,18 @@ void PageEditor::join()
 
 bool PageEditor::eventFilter(QObject *, QEvent *event)
 {
-    if (!_page || !_document || _isForwarding)
+    if (!_page || !_shown.document() || _isForwarding)
         return false;
     switch (event->type()) {
     case QEvent::KeyPress:
+        showWaiting();
         return takeKey(*static_cast<QKeyEvent *>(event));
     case QEvent::InputMethod:
+        showWaiting();
         return takeInputMethod(*static_cast<QInputMethodEvent *>(event));
+    case QEvent::MouseButtonPress:
+        showWaiting();
+        return false;
     case QEvent::MouseButtonRelease:
         return takeMouseRelease(*static_cast<QMouseEvent *>(event));
     default:
@@ -174,12 +169,18 @@ void PageEditor::deleteTo(QTextCursor::MoveOperation operation)
 {
     const UIMyTextView::Range range = _page->selectedRange();
     if (range.length == 0) {
-        QTextCursor cursor = cursorFor(range);
-        cursor.movePosition(operation, QTextCursor::KeepAnchor);
-        const qsizetype start = std::max<qsizetype>(cursor.selectionStart(), _page->fixedTextEnd());
-        if (cursor.selectionEnd() <= start)
+        QTextCursor cursor = _shown.cursorFor(range.start, range.end());
+        qsizetype start = range.start;
+        qsizetype end = range.start;
+        // A break of the document alone is no way.
+        while (start == end && cursor.movePosition(operation, QTextCursor::KeepAnchor)) {
+            start = _shown.textPosition(cursor.selectionStart());
+            end = _shown.textPosition(cursor.selectionEnd());
+        }
+        start = std::max(start, _page->fixedTextEnd());
+        if (end <= start)
             return;
-        _page->setSelectedRange({start, cursor.selectionEnd() - start});
+        _page->setSelectedRange({start, end - start});
     }
     _page->deleteBackward();
 }
@@ -197,12 +198,13 @@ void PageEditor::pasteAt(qsizetype position, const QString &text)
     _page->paste(text);
 }
 
-qsizetype PageEditor::positionAt(double x, double y) const
+qsizetype PageEditor::positionAt(double x, double y)
 {
+    showWaiting();
     int position = 0;
     QMetaObject::invokeMethod(_area, "positionAt", Q_RETURN_ARG(int, position), Q_ARG(double, x),
                               Q_ARG(double, y));
-    return position;
+    return _shown.textPosition(position);
 }
 
 void PageEditor::dropText(const QString &text, double x, double y)
@@ -254,62 +256,152 @@ bool PageEditor::takeInputMethod(const QInputMethodEvent &event)
 
 void PageEditor::takeSelection()
 {
-    if (_isFollowing || _isOutOfStep || !_page || !_area)
+    if (!_page || !_area)
         return;
-    const int start = _area->property("selectionStart").toInt();
-    const int end = _area->property("selectionEnd").toInt();
-    _page->setSelectedRange({start, end - start});
+    const int caret = _area->property("cursorPosition").toInt();
+    const int caretBefore = std::exchange(_caret, caret);
+    if (_isFollowing || _isOutOfStep)
+        return;
+    UIMyTextView::Range range = areaSelection();
+    // The page has one place where the document has two, so the caret goes on.
+    if (range.length == 0 && _shown.isBreak(caret)) {
+        _area->setProperty("cursorPosition", caretBefore == caret - 1 ? caret + 1 : caret - 1);
+        return;
+    }
+    if (range.start >= _waiting.start)
+        range.start += _waiting.length;
+    else if (range.end() > _waiting.start)
+        range.length += _waiting.length;
+    _page->setSelectedRange(range);
+}
+
+// In the text that the document has.
+UIMyTextView::Range PageEditor::areaSelection() const
+{
+    const qsizetype start = _shown.textPosition(_area->property("selectionStart").toInt());
+    return {start, _shown.textPosition(_area->property("selectionEnd").toInt()) - start};
 }
 
 // What the page says
 
-QTextCursor PageEditor::cursorFor(UIMyTextView::Range range) const
+// A unit of the page as the document has it.
+QChar PageEditor::held(qsizetype position) const
 {
-    QTextCursor cursor(_document);
-    cursor.setPosition(static_cast<int>(range.start));
-    cursor.setPosition(static_cast<int>(range.end()), QTextCursor::KeepAnchor);
-    return cursor;
+    const QChar sign = PageDocument::sign(_page->text()[position]);
+    if (position >= _linesStart || !PageDocument::isLineEnd(sign))
+        return sign;
+    return position == 0 ? leftToRightMark : lineEndSign;
 }
 
-void PageEditor::insertShown(QTextCursor &cursor, qsizetype position, QStringView text) const
+// A part of the page.
+void PageEditor::insertShown(UIMyTextView::Range range)
 {
-    QString signs(text.size(), Qt::Uninitialized);
-    std::transform(text.begin(), text.end(), signs.begin(), shown);
-    cursor.insertText(signs, position < _page->fixedTextEnd() ? _fixedFormat : _unsentFormat);
+    const qsizetype fixedEnd = std::clamp(_page->fixedTextEnd(), range.start, range.end());
+    QString signs(range.length, Qt::Uninitialized);
+    for (qsizetype at = 0; at < range.length; ++at)
+        signs[at] = held(range.start + at);
+    _lines += lineEnds(signs);
+    const QStringView all(signs);
+    _shown.insert(range.start, all.first(fixedEnd - range.start), _fixedFormat);
+    _shown.insert(fixedEnd, all.sliced(fixedEnd - range.start), _unsentFormat);
 }
 
-void PageEditor::showChange(qsizetype position, qsizetype removed, const QString &inserted)
+// Where the newest lines start, which stand as lines.
+qsizetype PageEditor::startOfLines() const
 {
-    if (!_document || _isOutOfStep)
-        return;
+    const QStringView text = _page->text();
+    qsizetype start = _linesStart;
+    qsizetype lines = _lines;
+    const auto isEnd = [&](qsizetype at) { return PageDocument::isLineEnd(text[at]) ? 1 : 0; };
+    if (lines > mostLineEnds) {
+        while (lines > keptLineEnds)
+            lines -= isEnd(start++);
+    } else if (lines < fewestLineEnds) {
+        while (lines < keptLineEnds && start > 0)
+            lines += isEnd(--start);
+    }
+    return start;
+}
+
+QString PageEditor::readable(qsizetype start, qsizetype end) const
+{
+    QString text = _page ? _page->text().mid(start, end - start) : QString();
+    std::transform(text.begin(), text.end(), text.begin(), PageDocument::sign);
+    return text;
+}
+
+// The device's text goes before the end of the fixed text, a piece right behind the one before it.
+bool PageEditor::isForNextPicture(qsizetype position, qsizetype removed, qsizetype inserted) const
+{
+    const bool isDevices = removed == 0 && position + inserted == _page->fixedTextEnd();
+    return isDevices && window() != nullptr && (_waiting.length == 0 || _waiting.end() == position);
+}
+
+void PageEditor::moveLinesStart(qsizetype position, qsizetype removed, qsizetype inserted)
+{
+    if (position < _linesStart)
+        _linesStart = std::max(position, _linesStart - removed) + inserted;
+}
+
+// Together with the text that waits, which stands in front of the change.
+void PageEditor::changeShown(qsizetype position, qsizetype removed, qsizetype inserted)
+{
     {
         const QScopedValueRollback isFollowing(_isFollowing, true);
-        QTextCursor cursor = cursorFor({position, removed});
-        cursor.beginEditBlock();
-        cursor.removeSelectedText();
-        insertShown(cursor, position, inserted);
-        cursor.endEditBlock();
+        QTextCursor edit(_shown.document());
+        edit.beginEditBlock();
+        const UIMyTextView::Range waiting = std::exchange(_waiting, {});
+        moveLinesStart(waiting.start, 0, waiting.length);
+        insertShown(waiting);
+        moveLinesStart(position, removed, inserted);
+        _lines -= _shown.remove(position, removed);
+        insertShown({position, inserted});
+        const qsizetype before = std::exchange(_linesStart, startOfLines());
+        const auto [first, last] = std::minmax({before, _linesStart});
+        _lines -= _shown.remove(first, last - first);
+        insertShown({first, last - first});
+        edit.endEditBlock();
     }
     showSelection();
 }
 
+void PageEditor::showWaiting()
+{
+    if (_waiting.length > 0 && _shown.document() && _page && !_isOutOfStep)
+        changeShown(_page->fixedTextEnd(), 0, 0);
+}
+
+void PageEditor::showChange(qsizetype position, qsizetype removed, const QString &inserted)
+{
+    if (!_shown.document() || _isOutOfStep)
+        return;
+    if (!isForNextPicture(position, removed, inserted.size())) {
+        changeShown(position, removed, inserted.size());
+        return;
+    }
+    _waiting = {_waiting.length == 0 ? position : _waiting.start, _waiting.length + inserted.size()};
+    polish();
+}
+
 void PageEditor::showFixed(qsizetype before)
 {
-    if (!_document || _isOutOfStep)
+    if (!_shown.document() || _isOutOfStep)
         return;
+    showWaiting();
     const QScopedValueRollback isFollowing(_isFollowing, true);
-    cursorFor({before, _page->fixedTextEnd() - before}).setCharFormat(_fixedFormat);
+    _shown.cursorFor(before, _page->fixedTextEnd()).setCharFormat(_fixedFormat);
 }
 
 void PageEditor::showSelection()
 {
-    if (!_area || !_document || _isFollowing || _isOutOfStep)
+    if (!_area || !_shown.document() || _isFollowing || _isOutOfStep)
         return;
+    showWaiting();
     const QScopedValueRollback isFollowing(_isFollowing, true);
     const UIMyTextView::Range range = _page->selectedRange();
-    const auto start = static_cast<int>(range.start);
-    const auto end = static_cast<int>(range.end());
-    if (_area->property("selectionStart").toInt() != start || _area->property("selectionEnd").toInt() != end)
+    const int start = _shown.documentPosition(range.start);
+    const int end = _shown.documentPosition(range.end());
+    if (areaSelection() != range)
         QMetaObject::invokeMethod(_area, "select", Q_ARG(int, start), Q_ARG(int, end));
 }
 
@@ -319,11 +411,8 @@ void PageEditor::checkChange(int position, int added)
 {
     if (_isOutOfStep || !_page)
         return;
-    const QString &text = _page->text();
-    bool isInStep = _document->characterCount() - 1 == text.size();
-    for (int i = position; isInStep && i < position + added && i < text.size(); ++i)
-        isInStep = _document->characterAt(i) == held(text[i]);
-    if (isInStep)
+    if (_waiting.length == 0 && _shown.shows(_page->text().size(), position, position + added,
+                                             [this](qsizetype at) { return held(at); }))
         return;
     _isOutOfStep = true;
     QMetaObject::invokeMethod(this, &PageEditor::showAll, Qt::QueuedConnection);
@@ -331,19 +420,22 @@ void PageEditor::checkChange(int position, int added)
 
 void PageEditor::showAll()
 {
-    if (!_document || !_page || !_area)
+    if (!_shown.document() || !_page || !_area)
         return;
+    _waiting = {};
+    // Else the area makes a picture of all lines at each change.
+    _area->setFlag(QQuickItem::ItemObservesViewport);
     {
         const QScopedValueRollback isFollowing(_isFollowing, true);
-        const QStringView text = _page->text();
-        const qsizetype end = _page->fixedTextEnd();
-        QTextCursor cursor(_document);
-        cursor.beginEditBlock();
-        cursor.select(QTextCursor::Document);
-        cursor.removeSelectedText();
-        insertShown(cursor, 0, text.left(end));
-        insertShown(cursor, end, text.mid(end));
-        cursor.endEditBlock();
+        QTextCursor edit(_shown.document());
+        edit.beginEditBlock();
+        _shown.clear();
+        _linesStart = 0;
+        _lines = lineEnds(_page->text());
+        _linesStart = startOfLines();
+        _lines = 0;
+        insertShown({0, _page->text().size()});
+        edit.endEditBlock();
     }
     _isOutOfStep = false;
     showSelection();

@@ -6,6 +6,7 @@
 #include "qml/IconProvider.h"
 #include "qml/ListAccessible.h"
 #include "qml/NavigationStack.h"
+#include "qml/PageAccessible.h"
 #include "qml/SystemAppearance.h"
 #include "qml/ViewRegistry.h"
 #include "ui/NavigationController.h"
@@ -54,6 +55,7 @@ QmlPresenter::QmlPresenter(RunLoop &runLoop)
     , _focusTold(runLoop)
 {
     ListAccessible::install();
+    PageAccessible::install();
     qml_register_types_CVTamber();
     _engine->addImageProvider(QStringLiteral("cvtamber"), new IconProvider);
     _engine->addImageProvider(QStringLiteral("bubbles"), new BubbleImageProvider);

@@ -90,11 +90,16 @@ ScreenView {
         TextArea.flickable: TextArea {
             id: area
 
-            Accessible.name: qsTrId("Whiteboard")
+            readonly property PageEditor pageEditor: editor
+            readonly property string spokenName: qsTrId("Whiteboard")
+
+            Accessible.name: spokenName
             bottomPadding: Theme.margin
             color: Theme.text
             focus: true
-            font.pixelSize: Theme.bodySize * screen.controller.fontScale
+            // Doubled letters stay so small that a line has eight: a page of more and shorter lines is too high for Qt.
+            font.pixelSize: Math.max(Theme.bodySize, Math.min(Theme.bodySize * screen.controller.fontScale,
+                (screen.width - 2 * screen.side) / 8))
             inputMethodHints: Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText
             leftPadding: screen.side
             rightPadding: screen.side

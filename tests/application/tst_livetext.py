@@ -51,9 +51,7 @@ def field_is(p, text):
 
 
 def page_is(p, text):
-    def shown():
-        return p.text_of("Whiteboard").replace("\u2029", "\n") == text
-    until(shown, f"{text!r} on the whiteboard, which holds {p.text_of('Whiteboard')!r}")
+    until(lambda: p.text_of("Whiteboard") == text, f"{text!r} on the whiteboard, which holds {p.text_of('Whiteboard')!r}")
 
 
 def whiteboard(p):

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "qml/PageAccessible.h"
 #include "qml/PageEditor.h"
 #include "support/Rows.h"
 
@@ -10,6 +11,7 @@
 #include <QQuickTextDocument>
 #include <QQuickWindow>
 #include <QRandomGenerator>
+#include <QTextBlock>
 #include <QTextDocument>
 
 using namespace cvtamber;
@@ -23,21 +25,30 @@ using Keys = QKeySequence::StandardKey;
 class Desk final : public UIMyTextViewDelegate
 {
 public:
-    Desk()
+    // Whether pieces of the device's text are shown together.
+    explicit Desk(bool isJoining = false)
     {
         QQmlComponent component(&_engine);
-        component.setData(
-            "import QtQuick.Controls.Basic\nTextArea { width: 300; height: 200; selectByMouse: true }", {});
+        component.setData(R"(import QtQuick
+            import QtQuick.Controls.Basic
+            TextArea {
+                property var pageEditor
+                property string spokenName: "Page"
+                width: 300; height: 200; selectByMouse: true; wrapMode: TextEdit.Wrap
+            })",
+                          {});
         area.reset(qobject_cast<QQuickItem *>(component.create()));
         if (!area)
             qFatal("No text area: %s", qPrintable(component.errorString()));
         document = area->property("textDocument").value<QQuickTextDocument *>()->textDocument();
         area->setParentItem(_window.contentItem());
         page.setDelegate(this);
+        editor.setParentItem(isJoining ? area.get() : nullptr);
         page.insertCorvaneText(u"fixed "_s);
         page.paste(u"unsent"_s);
         editor.setArea(area.get());
         editor.setPage(&page);
+        area->setProperty("pageEditor", QVariant::fromValue<QObject *>(&editor));
         _window.show();
         area->forceActiveFocus();
     }
@@ -98,6 +109,14 @@ public:
         }
         return {};
     }
+    void draw() { _window.grabWindow(); }
+    // What a screen reader is given.
+    QAccessibleTextInterface &told() const
+    {
+        PageAccessible::install();
+        return *QAccessible::queryAccessibleInterface(area.get())->textInterface();
+    }
+    QString allTold() const { return told().text(0, told().characterCount()); }
     QString state() const { return page.text().left(page.fixedTextEnd()) + u'|' + page.unsentText(); }
 
     UIMyTextView page;
@@ -217,6 +236,108 @@ private slots:
         desk.page.insertCorvaneText(u"more"_s);
         QCOMPARE(desk.area->property("cursorPosition").toInt(), 2);
         QVERIFY(desk.area->hasActiveFocus());
+    }
+
+    // Pieces are shown together in the next picture, or before anything else is done.
+    void joinsPieces()
+    {
+        Desk desk(true);
+        int changes = 0;
+        connect(desk.document, &QTextDocument::contentsChange, this, [&] { ++changes; });
+        const auto pieces = [&] {
+            for (int i = 0; i < 20; ++i)
+                desk.page.insertCorvaneText(u"piece\n"_s);
+            changes = 0;
+        };
+        pieces();
+        desk.draw();
+        QCOMPARE(changes, 1);
+        QCOMPARE(desk.difference(), QString());
+        const std::function<void()> acts[] = {
+            [&] { desk.write(u"a "_s); }, [&] { desk.select(2, 9); },
+            [&] { desk.select(8, 8); },   [&] { desk.compose({}, u"b"_s); },
+            [&] { desk.page.undo(); },    [&] { desk.page.setSelectedRange({3, 200}); }};
+        for (const auto &act : acts) {
+            pieces();
+            act();
+            desk.draw();
+            QCOMPARE(desk.difference(), QString());
+        }
+    }
+
+    // A line of any length and lines of any number are in blocks that are neither long nor many.
+    void blocks()
+    {
+        QRandomGenerator random(3);
+        QTextDocument document;
+        PageDocument shown;
+        shown.setDocument(&document);
+        QString text;
+        const auto unitAt = [&text](qsizetype at) { return text[at]; };
+        const QStringList pieces{u"x"_s, u"\n"_s, u"word "_s, u"\U0001F600"_s, u"e\u0301"_s};
+        for (int step = 0; step < 120; ++step) {
+            const auto at = random.bounded(text.size() + 1);
+            if (step % 3 == 2) {
+                const auto length = std::min<qsizetype>(random.bounded(4000), text.size() - at);
+                shown.remove(at, length);
+                text.remove(at, length);
+            } else {
+                const QString piece = pieces[random.bounded(int(pieces.size()))].repeated(
+                    1 + random.bounded(step % 30 == 0 ? 9000 : 3));
+                shown.insert(at, piece, {});
+                text.insert(at, piece);
+            }
+            QVERIFY(shown.shows(text.size(), 0, document.characterCount(), unitAt));
+            QCOMPARE(shown.textPosition(shown.documentPosition(at)), at);
+        }
+        for (QTextBlock block = document.begin(); block.isValid(); block = block.next())
+            QVERIFY(block.length() <= 2 * PageDocument::LongestBlock + 1);
+        shown.remove(0, text.size());
+        QCOMPARE(document.characterCount(), 1);
+        shown.insert(0, u"\n"_s.repeated(100'000), {});
+        QVERIFY(document.blockCount() > 1500 && document.blockCount() < 2500);
+    }
+
+    // A screen reader is told the page, however its lines are joined and divided, and a key goes over a break.
+    void told()
+    {
+        Desk desk;
+        const QString word = u"word "_s.repeated(1000);
+        desk.page.insertCorvaneText(word + u"\nA\nB"_s + u"\n"_s.repeated(2000));
+        QVERIFY(desk.document->characterCount() - 1 > desk.page.text().size());
+        QCOMPARE(desk.allTold(), desk.page.text());
+        QAccessibleTextInterface &told = desk.told();
+        told.setCursorPosition(0);
+        for (int place = 0; place < 3000; ++place, desk.key(Qt::Key_Right))
+            QCOMPARE(told.cursorPosition(), place);
+        for (int place = 3000; place > 2000; --place, desk.key(Qt::Key_Left))
+            QCOMPARE(told.cursorPosition(), place);
+        int start = 0;
+        int end = 0;
+        const auto line = static_cast<int>(desk.page.text().indexOf(u'A'));
+        QCOMPARE(told.textAtOffset(line, QAccessible::LineBoundary, &start, &end), u"A"_s);
+        QCOMPARE(told.textAfterOffset(line, QAccessible::ParagraphBoundary, &start, &end), u"B"_s);
+        QCOMPARE(start, line + 2);
+    }
+
+    // What there is no room for as lines stands there as signs.
+    void manyLines()
+    {
+        Desk desk;
+        const auto check = [&desk] {
+            QCoreApplication::processEvents();
+            const QString shown = desk.document->toPlainText();
+            QCOMPARE(desk.allTold(), desk.page.text());
+            QVERIFY(shown.count(u'\n') < 40'000 && shown.endsWith(desk.page.text().right(20'000)));
+        };
+        desk.page.insertCorvaneText(u"a\n"_s.repeated(33'000));
+        check();
+        desk.page.paste(u"\nb"_s.repeated(33'000));
+        check();
+        desk.page.insertCorvaneText(u"c\n"_s.repeated(100));
+        check();
+        desk.page.undo();
+        check();
     }
 
     // Two views of one page, and one that has gone.
