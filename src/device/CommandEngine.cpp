@@ -133,9 +133,8 @@ void CommandEngine::commandTimerElapsed()
 {
     // Slot and buffer are free before the handler runs, which may start the next wait.
     const int command = std::exchange(_pendingCommand, NoCommand);
-    const QByteArray reply = std::exchange(_receiveBuffer, {});
-    const auto end = reply.isEmpty() ? DeviceTurn::End::Failed : DeviceTurn::End::Done;
-    dispatch(command, reply);
+    const auto end = _receiveBuffer.isEmpty() ? DeviceTurn::End::Failed : DeviceTurn::End::Done;
+    dispatch(command, std::exchange(_receiveBuffer, {}));
     _handlers.commandEnded(command, end);
 }
 

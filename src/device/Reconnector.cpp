@@ -152,8 +152,9 @@ void Reconnector::linkClosed()
 
 void Reconnector::linkConnected()
 {
-    if (_client.watchesEveryLink && _step == Step::Off)
-        watch(_device.peripheral());
+    if (const auto peripheral = _device.peripheral();
+        peripheral && _client.watchesEveryLink && _step == Step::Off)
+        watch(peripheral);
     if (_step != Step::Trying)
         return;
     end(Step::Watching);

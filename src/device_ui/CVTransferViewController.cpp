@@ -477,6 +477,7 @@ void CVTransferViewController::againClicked()
         return;
     if (hasLeftFile())
         _context.device.deleteFile(_outputFilename);
+    _problem = nullptr;
     _hasFailedWrite = false;
     _announcedQuarters = 0;
     _progress = 0;

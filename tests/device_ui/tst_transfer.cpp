@@ -269,7 +269,7 @@ private slots:
                     QVERIFY(!transfer->isDeleteVisible() && transfer->isAgainVisible());
                 }
                 transfer->againClicked();
-                QVERIFY(transfer->isBusy() && !bench.presenter.sheet());
+                QVERIFY(transfer->isBusy() && !bench.presenter.sheet() && transfer->problemText().isEmpty());
                 QVERIFY(bench.waitForOk(transfer));
                 QVERIFY(transfer->isFinished() && bench.host->finished == 1);
                 const auto stored = bench.simulated().firmware().storage().find("NEW.TXT");
