@@ -58,7 +58,9 @@ void MTextEditViewController::addBarButtons()
 {
     using Kind = BarButtonItem::Kind;
     setLeftItems({{Kind::Done, localized("Done"), true, [this] { closeClicked(); }}});
-    if (_showSaveButton)
+    if (!hasText())
+        setRightItems({{Kind::Refresh, localized("Fetch again"), true, [this] { startFetch(); }}});
+    else if (_showSaveButton)
         setRightItems({{Kind::Save, localized("Save"), true, [this] { saveButtonClicked(); }}});
     else
         setRightItems({{Kind::Action, localized("Send"), true, [this] { actionButtonClicked(); }}});
@@ -112,6 +114,8 @@ void MTextEditViewController::cvTransferControllerTransferFinished(CVTransferVie
     if (_transferViewController.lock().get() != &transfer)
         return;
     _transferViewController.reset();
+    _isFetched = true;
+    addBarButtons();
     setText(transfer.downloadedString());
     // What is saved is named after it.
     setTitle(transfer.nameToKeep());
@@ -133,7 +137,7 @@ void MTextEditViewController::closeClicked()
         _closeAfterSave = true;
         return;
     }
-    if (!_showSaveButton || _isSaved) {
+    if (!hasText() || !_showSaveButton || _isSaved) {
         tellCancelled();
         return;
     }

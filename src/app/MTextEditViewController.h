@@ -101,6 +101,8 @@ private:
     void fileOpened(bool success);
     void setBusy(bool busy);
     void startFetch();
+    // A file of the device has none until it was fetched: there is nothing to save, and nothing to lose.
+    bool hasText() const { return _cvFileName.isNull() || _isFetched; }
 
     void closeClicked();
     void tellCancelled();
@@ -126,6 +128,7 @@ private:
     bool _isBusy = false;
     // A fetch is due when the screen appears; it is started once, however it ends.
     bool _bDownloadAtView = false;
+    bool _isFetched = false;
     bool _isSaved = false;
     bool _isSaving = false;
     bool _closeAfterSave = false;

@@ -169,6 +169,15 @@ void tst_editor::failedFetchStaysFailed()
     bench.settle();
     QVERIFY(bench.isInFront());
     QVERIFY(bench.editor->text().isEmpty());
+    // There is nothing to save and nothing to ask about; the fetch is offered again.
+    bench.editor->setShowSaveButton(true);
+    QVERIFY(!UsersBench::click(*bench.editor, Kind::Save) && UsersBench::click(*bench.editor, Kind::Refresh));
+    bench.settle();
+    bench.presenter.frontAs<CVTransferViewController>()->okClicked();
+    bench.settle();
+    bench.hit(Kind::Done);
+    QVERIFY(!bench.presenter.alert());
+    QCOMPARE(bench.counter->cancelled, 1);
 }
 
 void tst_editor::asksBeforeClosing_data()
