@@ -227,10 +227,11 @@ void PageDocument::divide(const QTextBlock &block)
     }
     const int start = block.position();
     QTextCursor cursor(_document);
-    for (auto place = found.rbegin(); place != found.rend(); ++place) {
-        const int position = start + static_cast<int>(place->first);
+    std::reverse(found.begin(), found.end());
+    for (const auto &place : found) {
+        const int position = start + static_cast<int>(place.first);
         cursor.setPosition(position);
-        if (place->second == BlockEnds::AtLineEnd) {
+        if (place.second == BlockEnds::AtLineEnd) {
             cursor.deleteChar();
         } else {
             const qsizetype inText = textPosition(position);
