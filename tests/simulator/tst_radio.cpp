@@ -475,7 +475,8 @@ private slots:
         {
             const auto radio = radioWith(loop, json.constData(), folder.path());
             auto &firmware = radio->devices()[0]->firmware();
-            QCOMPARE(firmware.storage().listing(SizeStyle::Decimal), listing.isEmpty() ? QByteArray("\r\n") : listing);
+            QCOMPARE(firmware.storage().listing(SizeStyle::Decimal),
+                     listing.isEmpty() ? QByteArray("\r\n") : listing);
             QCOMPARE(firmware.record()[DeviceStateRecord::ForwardGrade], listing.isEmpty() ? 1 : 2);
             QCOMPARE(firmware.embosserPage(), listing.isEmpty() ? QByteArray() : QByteArray("page"));
             // Destroyed before the delayed save came.
