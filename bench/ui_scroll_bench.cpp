@@ -178,7 +178,7 @@ public:
         QCoreApplication::sendEvent(window(), &event);
     }
     // The row on the screen; empty where it is not there.
-    QRect rowOnScreen(int row) const
+    QRect rowOnScreen(int row)
     {
         QQuickItem *item = nullptr;
         QMetaObject::invokeMethod(window(), "anchorItem", Q_RETURN_ARG(QQuickItem *, item),
