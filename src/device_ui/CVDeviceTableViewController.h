@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "device/DeviceTurn.h"
 #include "device_ui/CVConnectViewController.h"
 #include "ui/TableViewController.h"
 
