@@ -355,11 +355,11 @@ bool Walk::isQuiet() const
 QString Walk::judge() const
 {
     if (isQuiet()) {
-        if (const QString fault = judgeModes(*linked()); !fault.isNull())
+        if (QString fault = judgeModes(*linked()); !fault.isNull())
             return fault;
     }
     for (int index = 0; index < Devices; ++index) {
-        if (const QString fault = judgeFiles(index); !fault.isNull())
+        if (QString fault = judgeFiles(index); !fault.isNull())
             return fault;
     }
     for (const int times : _host->finished) {
