@@ -65,7 +65,8 @@ void ContainerEditing::rename(const ContainerItem &item, const QString &name)
         _screen.reload();
         return;
     }
-    _screen.contents().filesContainer()->renameFileAtIndex(_screen.contents().indexOf(item), name);
+    if (const auto &container = _screen.contents().filesContainer())
+        container->renameFileAtIndex(_screen.contents().indexOf(item), name);
 }
 
 void ContainerEditing::handleDeleteFileCommand(const ContainerItem &item)
