@@ -220,6 +220,8 @@ void Walk::act()
             _navigation->popViewController(true);
         else
             front->leftItemClicked(0);
+        // What the device sends back is on its way; no hand is as quick.
+        _bench.advance(50ms);
     }
 }
 
