@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "device_ui/CVTransferViewController.h"
 #include "device_ui/DeviceScreenBench.h"
 #include "schedules/Dice.h"
 
@@ -10,9 +11,20 @@
 namespace cvtamber {
 
 class CVDeviceTableViewController;
-class CVTransferViewController;
 class NavigationController;
-class TransferHost;
+
+// Presents a transfer, and counts what it is told.
+class TransferHost final : public CVTransferControllerDelegate
+{
+public:
+    void cvTransferControllerTransferFinished(CVTransferViewController &transfer) override
+    {
+        ++finished[&transfer];
+    }
+    void cvTransferCloseClicked() override {}
+
+    QMap<const CVTransferViewController *, int> finished;
+};
 
 // A person who does what can be done on the screens, step after step, while the links to two devices are lost, stall and
 // come back; on manual time. After each step, once nothing is under way, and at the end the devices are looked at: their
@@ -31,6 +43,7 @@ public:
 
 private:
     static constexpr int Devices = 2;
+    static DeviceProfile profileOf(int index);
 
     void step();
     void act();
