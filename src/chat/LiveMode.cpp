@@ -71,6 +71,13 @@ QString LiveMode::statusText() const
                : localized("The Corvane is not connected.");
 }
 
+// The link itself ends 2 seconds after it was asked to.
+void LiveMode::linkStateChanged(int state)
+{
+    if (state == CVDeviceStateDelegate::DisconnectedOrNotConnectable && _step != Step::Away)
+        goAway();
+}
+
 void LiveMode::linkConnected()
 {
     if (_step == Step::Away)

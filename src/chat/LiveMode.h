@@ -56,6 +56,7 @@ public:
 private:
     enum class Step { Out, Busy, In, Away };
 
+    void linkStateChanged(int state) override;
     void linkConnected() override;
     void linkLost(const QString &reason) override;
     void linkClosed() override { goAway(); }

@@ -337,6 +337,11 @@ private slots:
         bench.send(u"hello"_s);
         QCOMPARE(bench.heard, QByteArray("hello\r\n"));
         QCOMPARE(bench.bubbles(), QStringList{u"hello"_s});
+        // An asked-for end, while the link still stands.
+        bench.device.disconnectAsCVComm();
+        bench.send(u"late"_s);
+        QCOMPARE(bench.chat->chatText(), u"late"_s);
+        QCOMPARE(bench.heard, QByteArray("hello\r\n"));
         bench.leave();
         QVERIFY(!bench.isChatting());
     }
