@@ -85,7 +85,7 @@ void MAppDelegate::createDevice()
     gCVDevice = std::make_shared<CVBTDevice>(_services.device);
     _reconnector =
         std::make_unique<Reconnector>(_services.store.runLoop, *gCVDevice, _services.device.bluetoothManager,
-                                      ReconnectorClient{{}, {}, {}, true});
+                                      ReconnectorClient{.watchesEveryLink = true});
     _context.emplace(AppContext{_services.store.runLoop, _services.presenter, _services.store, *gCVDevice,
                                 *_services.device.bluetoothManager, _services.defaults, _services.locations,
                                 _services.mail, _services.preview, _services.store.log,

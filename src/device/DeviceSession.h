@@ -11,8 +11,8 @@ class CommandEngine;
 class CommandSender;
 class DeviceFiles;
 class DeviceIdentity;
-class OwnScan;
 class DeviceTurn;
+class OwnScan;
 class SoundUpload;
 
 // The session over a link: the link command and its answer, disconnecting, and what an end of the link ends.

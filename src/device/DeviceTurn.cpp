@@ -81,8 +81,12 @@ void DeviceTurn::endListing(End end)
 
 void DeviceTurn::linkEnded()
 {
-    for (const auto &waiting : std::exchange(_waiting, {}))
-        waiting.second(End::Failed);
+    // One by one: a call may forget another.
+    while (!_waiting.empty()) {
+        const Ended ended = _waiting.front().second;
+        _waiting.pop_front();
+        ended(End::Failed);
+    }
     endListing(End::Failed);
 }
 

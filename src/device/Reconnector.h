@@ -13,9 +13,9 @@ namespace cvtamber {
 // object; the reconnector may be stopped or destroyed in it. Empty ones are left out.
 struct ReconnectorClient
 {
-    std::function<void(const QString &reason)> lost;             // once for each loss
-    std::function<void(std::chrono::seconds after)> tryingAgain; // once for each attempt, when it is set
-    std::function<void()> back;                                  // once for each loss that ended well
+    std::function<void(const QString &reason)> lost{};             // once for each loss
+    std::function<void(std::chrono::seconds after)> tryingAgain{}; // once for each attempt, when it is set
+    std::function<void()> back{};                                  // once for each loss that ended well
     // Every link that is identified is watched, without watch(). One that stalls, or that a write has failed on, is kept:
     // a person sees it and may well wait.
     bool watchesEveryLink = false;

@@ -125,6 +125,10 @@ void MCVFilesViewController::refreshClicked()
 {
     if (_isRefreshing)
         return;
+    if (!_context.device.turn().isLinked()) {
+        presenter().showNotice(localized("The Corvane is not connected."));
+        return;
+    }
     presenter().announce(localized("Please wait..."));
     refresh();
 }
@@ -139,6 +143,7 @@ void MCVFilesViewController::refresh()
     });
 }
 
+// A lost link is told by the device screen.
 void MCVFilesViewController::filesRefreshed(DeviceTurn::End end)
 {
     _isRefreshing = false;
@@ -147,8 +152,6 @@ void MCVFilesViewController::filesRefreshed(DeviceTurn::End end)
         presenter().announce(localizedFormat("Files on the Corvane: %@", QString::number(numberOfRows(0))));
     else if (_context.device.turn().isLinked())
         presenter().showNotice(localized("The Corvane does not answer. Its files are not known."));
-    else
-        presenter().showNotice(localized("The Corvane is not connected."));
 }
 
 void MCVFilesViewController::linkConnected()

@@ -151,7 +151,8 @@ public:
     FakeMail mail;
     FakePreview preview;
     MemoryDefaults defaults;
-    Reconnector reconnector{rig.loop, *device.device, device.manager, ReconnectorClient{{}, {}, {}, true}};
+    Reconnector reconnector{rig.loop, *device.device, device.manager,
+                            ReconnectorClient{.watchesEveryLink = true}};
     AppContext context{rig.loop,  presenter, rig.context, *device.device, *device.manager,   defaults,
                        locations, mail,      preview,     rig.log,        rig.notifications, reconnector};
     std::shared_ptr<TamberStorage> storage;

@@ -120,7 +120,7 @@ public:
     TemporaryLocations locations;
     UnusedMail mail;
     UnusedPreview preview;
-    Reconnector reconnector{rig.loop, device, manager, ReconnectorClient{{}, {}, {}, true}};
+    Reconnector reconnector{rig.loop, device, manager, ReconnectorClient{.watchesEveryLink = true}};
     AppContext context{rig.loop,  presenter, rig.context, device,  *manager,          defaults,
                        locations, mail,      preview,     rig.log, rig.notifications, reconnector};
 

@@ -159,7 +159,7 @@ private slots:
         bench.dropLink();
         QCOMPARE(bench.shown(), threeFiles);
         bench.screen->rightItemClicked(0);
-        QVERIFY(!bench.screen->isRefreshing() && bench.presenter.notices().size() == 2);
+        QVERIFY(!bench.screen->isRefreshing() && bench.presenter.notices().size() == 1);
     }
 
     void refreshEnds_data()
