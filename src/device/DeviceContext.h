@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/Observers.h"
 #include "base/RunLoop.h"
 #include "base/SystemLog.h"
 #include "device/CVDeviceDelegates.h"
 #include "device/CVTransports.h"
 #include "device/IdleTimer.h"
-#include "device/LinkObservers.h"
+#include "device/LinkObserver.h"
 #include "device/TextCodec.h"
 
 #include <deque>
@@ -34,7 +35,7 @@ struct DeviceContext
     std::shared_ptr<CVUploadFileDelegate> uploadDelegate;
     std::shared_ptr<CVDataDelegate> dataDelegate;
     std::shared_ptr<CVBTDeviceDelegate> deviceDelegate;
-    LinkObservers observers;
+    Observers<LinkObserver> observers;
     std::deque<int> untoldStates;
 
     std::shared_ptr<CVConnectionProtocol> connection;

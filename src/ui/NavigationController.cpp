@@ -29,6 +29,26 @@ void NavigationController::popViewController(bool animated)
     change([this, animated](const Done &done) { startPop(animated, done); });
 }
 
+void NavigationController::popToRootViewController(bool animated)
+{
+    change([this, animated](const Done &done) {
+        removeBetween();
+        startPop(animated, done);
+    });
+}
+
+// Between the root and the top.
+void NavigationController::removeBetween()
+{
+    while (depth() > 2) {
+        const auto between = _controllers[1];
+        _controllers.erase(_controllers.begin() + 1);
+        between->_hasGone = true;
+        between->_parent.reset();
+        between->_navigation.reset();
+    }
+}
+
 void NavigationController::backClicked()
 {
     if (depth() < 2)

@@ -28,6 +28,8 @@ public:
     void pushViewController(const Controller &controller, bool animated);
     // The root stays.
     void popViewController(bool animated);
+    // Every screen but the root goes; those between are not seen again.
+    void popToRootViewController(bool animated);
     // What a person does: the back button, the gesture, Escape. Nothing on the root.
     Q_INVOKABLE void backClicked();
 
@@ -47,6 +49,7 @@ private:
     void change(std::function<void(const Done &done)> work);
     void startPush(const Controller &controller, bool animated, const Done &done);
     void startPop(bool animated, const Done &done);
+    void removeBetween();
 
     std::vector<Controller> _controllers;
     // Changes of this stack that wait in the queue.

@@ -113,11 +113,11 @@ IndexPath TableModel::pathOf(int row) const
     return {-1, -1};
 }
 
-int TableModel::rowOf(IndexPath path) const
+std::optional<quintptr> TableModel::identityOf(IndexPath path) const
 {
     const auto isShown = path.section >= 0 && path.section < static_cast<int>(_sections.size()) &&
                          path.row >= 0 && path.row < shownRows(path.section);
-    return isShown ? firstRow(path.section) + path.row : -1;
+    return isShown ? std::optional(*at(*at(_sections, path.section), path.row)) : std::nullopt;
 }
 
 int TableModel::firstRow(int section) const

@@ -6,6 +6,8 @@
 
 #include <QAbstractListModel>
 
+#include <optional>
+
 namespace cvtamber {
 
 // The rows of a table one after the other, for a list view; the section is a role, its header another. Holds no
@@ -58,8 +60,8 @@ public:
 
     // Of a row of this model; {-1, -1} outside.
     IndexPath pathOf(int row) const;
-    // The row of this model; -1 outside.
-    int rowOf(IndexPath path) const;
+    // Of the row that is shown there; nothing outside.
+    std::optional<quintptr> identityOf(IndexPath path) const;
 
 private:
     template<typename List> static auto at(List &list, int index) { return list.begin() + index; }

@@ -38,17 +38,21 @@ void TableViewController::viewLoaded()
 bool TableViewController::hasRow(IndexPath path) const
 {
     return path.section >= 0 && path.section < numberOfSections() && path.row >= 0 &&
-           path.row < numberOfRows(path.section) && _model->rowOf(path) >= 0;
+           path.row < numberOfRows(path.section);
 }
 
-// An action that waits is for the row that was shown when the person acted.
+// A press is on the row that is shown. Where the table has another thing in its place by now, nothing is done and the
+// table is read again.
 void TableViewController::performOnRow(IndexPath path, std::function<void()> action)
 {
-    if (!hasRow(path))
+    const auto shown = _model->identityOf(path);
+    if (!shown)
         return;
-    perform([this, path, identity = rowIdentity(path), action = std::move(action)] {
+    perform([this, path, identity = *shown, action = std::move(action)] {
         if (hasRow(path) && rowIdentity(path) == identity)
             action();
+        else
+            reloadData();
     });
 }
 

@@ -70,7 +70,8 @@ public:
     // A message for people over an empty table that says what to do; empty for none.
     virtual QString emptyText() const { return {}; }
 
-    // What a person does, through the view. A path outside the table, or a row that may not be highlighted, is ignored.
+    // What a person does, through the view: to the row that is shown there. Where that is not the row of the answers now,
+    // the table is read again and nothing is done. A row that is not shown or may not be highlighted is ignored.
     Q_INVOKABLE void rowClicked(int section, int row);
     Q_INVOKABLE void accessoryClicked(int section, int row);
     Q_INVOKABLE void deleteClicked(int section, int row);

@@ -16,6 +16,7 @@ private slots:
     void aRowCostsOneCell();
     void insertionIntoManyRows();
     void rowAsksOfAShorterTable();
+    void aPressIsOnTheShownRow();
     void actions();
     void animationIsKnownWhenARowIsTold();
 };
@@ -128,9 +129,6 @@ void TestTableModel::rolesOfPlace()
     QCOMPARE(bench.at(2, TableModel::SectionRole).toInt(), 1);
     QCOMPARE(bench.at(2, TableModel::RowRole).toInt(), 0);
     QCOMPARE(bench.at(2, TableModel::HeaderRole).toString(), QStringLiteral("1"));
-    QCOMPARE(bench.table->model().rowOf({1, 0}), 2);
-    QCOMPARE(bench.table->model().rowOf({1, 1}), -1);
-    QCOMPARE(bench.table->model().rowOf({-1, 0}), -1);
     QCOMPARE(bench.table->model().pathOf(3), (IndexPath{-1, -1}));
     QCOMPARE(bench.table->model().pathOf(2), (IndexPath{1, 0}));
     QCOMPARE(bench.at(2, Qt::DecorationRole), QVariant());
@@ -194,6 +192,19 @@ void TestTableModel::rowAsksOfAShorterTable()
     QCOMPARE(bench.at(3, TableModel::DeletableRole).toBool(), false);
     bench.table->rowClicked(1, 1);
     QCOMPARE(bench.table->actions, QStringList());
+    QCOMPARE(bench.mirror.rows, bench.words());
+}
+
+void TestTableModel::aPressIsOnTheShownRow()
+{
+    TableBench bench(QStringLiteral("ab"));
+    auto &table = *bench.table;
+    table.sections = {{QStringLiteral("n"), QStringLiteral("a"), QStringLiteral("b")}};
+    table.deleteClicked(0, 0);
+    QCOMPARE(table.actions, QStringList());
+    QCOMPARE(bench.mirror.rows, bench.words());
+    table.rowClicked(0, 1);
+    QCOMPARE(table.actions, QStringList(QStringLiteral("select a")));
 }
 
 void TestTableModel::actions()

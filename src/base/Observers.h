@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <algorithm>
+#include <vector>
+
+namespace cvtamber {
+
+// Any number of observers of one object. They are not kept alive: each is removed before it goes. Adding and removing
+// inside a call is allowed. Thread: the owner's.
+template<typename Observer> class Observers
+{
+public:
+    void add(Observer &observer)
+    {
+        if (!contains(observer))
+            _observers.push_back(&observer);
+    }
+    void remove(Observer &observer) { std::erase(_observers, &observer); }
+
+    template<typename Base, typename... Parameters, typename... Arguments>
+    void tell(void (Base::*message)(Parameters...), const Arguments &...arguments) const
+    {
+        // A copy: the list may change in a call. An observer that was removed meanwhile may be gone and is not called.
+        const std::vector<Observer *> observers = _observers;
+        for (Observer *observer : observers) {
+            if (contains(*observer))
+                (observer->*message)(arguments...);
+        }
+    }
+
+private:
+    bool contains(const Observer &observer) const
+    {
+        return std::find(_observers.begin(), _observers.end(), &observer) != _observers.end();
+    }
+
+    std::vector<Observer *> _observers;
+};
+
+} // namespace cvtamber
