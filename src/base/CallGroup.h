@@ -21,7 +21,7 @@ public:
     CallGroup &operator=(const CallGroup &) = delete;
     ~CallGroup() { cancelAll(); }
 
-    void perform(std::chrono::nanoseconds delay, RunLoop::Callback callback)
+    RunLoop::CallId perform(std::chrono::nanoseconds delay, RunLoop::Callback callback)
     {
         // The id is known only after the call was asked for.
         const auto id = std::make_shared<RunLoop::CallId>();
@@ -32,6 +32,14 @@ public:
             call();
         });
         _ids.insert(*id);
+        return *id;
+    }
+
+    // Nothing for one that has run.
+    void cancel(RunLoop::CallId id)
+    {
+        if (_ids.erase(id) > 0)
+            _runLoop.cancel(id);
     }
 
     void cancelAll()

@@ -54,8 +54,9 @@ public:
     // All of the bytes, or an error.
     virtual std::error_code write(const QByteArray &bytes) = 0;
     virtual std::error_code sync() = 0;
-    // Takes over the permissions, and the owner where the system lets it, of what has that path.
-    virtual std::error_code takeOverPermissions(const QString &path) = 0;
+    // Takes over the permissions and the owner of what has that path, as far as the system lets it: some file systems have
+    // none to give.
+    virtual void takeOverPermissions(const QString &path) = 0;
     // As the file is now; unknown when the system does not say.
     virtual FileStamp stamp() const = 0;
 };

@@ -100,10 +100,7 @@ public:
             return errorOf(_file);
         return syncToDisk(_file.handle()) ? std::error_code() : errorOf(std::errc::io_error);
     }
-    std::error_code takeOverPermissions(const QString &path) override
-    {
-        return _file.setPermissions(QFile::permissions(path)) ? std::error_code() : errorOf(_file);
-    }
+    void takeOverPermissions(const QString &path) override { _file.setPermissions(QFile::permissions(path)); }
     FileStamp stamp() const override { return stampOf(_file.fileName()); }
 
 private:

@@ -145,21 +145,19 @@ public:
         return syncToDisk(_descriptor.number()) ? std::error_code() : errorOf(errno);
     }
 
-    std::error_code takeOverPermissions(const QString &path) override
+    void takeOverPermissions(const QString &path) override
     {
         Stat status = {};
-        const auto error = onPath(path, [&](const char *bytes) { return resultOf(::lstat(bytes, &status)); });
-        if (error)
-            return error;
         Stat own = {};
-        if (!S_ISREG(status.st_mode) || ::fstat(_descriptor.number(), &own) != 0)
-            return errorOf(EINVAL);
+        if (onPath(path, [&](const char *bytes) { return resultOf(::lstat(bytes, &status)); }) ||
+            !S_ISREG(status.st_mode) || ::fstat(_descriptor.number(), &own) != 0)
+            return;
         const bool ownerDiffers = own.st_uid != status.st_uid || own.st_gid != status.st_gid;
         // Only the superuser may give a file away; for everyone else it becomes theirs.
-        if (ownerDiffers && ::fchown(_descriptor.number(), status.st_uid, status.st_gid) != 0 &&
-            errno != EPERM)
-            return errorOf(errno);
-        return resultOf(::fchmod(_descriptor.number(), status.st_mode & 0777));
+        [[maybe_unused]] const int refused =
+            ownerDiffers ? ::fchown(_descriptor.number(), status.st_uid, status.st_gid) : 0;
+        if ((own.st_mode & 0777) != (status.st_mode & 0777))
+            ::fchmod(_descriptor.number(), status.st_mode & 0777);
     }
 
     FileStamp stamp() const override

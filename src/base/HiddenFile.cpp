@@ -3,11 +3,31 @@
 
 #include <QRandomGenerator>
 
+#include <algorithm>
+
 namespace cvtamber {
+
+namespace {
+
+constexpr QStringView Prefix = u".cvtamber-";
+constexpr qsizetype Digits = 13;
+constexpr int Base = 36;
+
+} // namespace
+
+bool isHiddenName(QStringView name)
+{
+    const auto isDigit = [](QChar unit) {
+        return (unit >= u'0' && unit <= u'9') || (unit >= u'a' && unit <= u'z');
+    };
+    return name.size() == Prefix.size() + Digits && name.startsWith(Prefix) &&
+           std::all_of(name.begin() + Prefix.size(), name.end(), isDigit);
+}
 
 QString freshHiddenPath(const QString &folder)
 {
-    return folder % u'/' % HiddenNamePrefix % QString::number(QRandomGenerator::system()->generate64(), 36);
+    const QString number = QString::number(QRandomGenerator::system()->generate64(), Base);
+    return folder % u'/' % Prefix % number.rightJustified(Digits, u'0');
 }
 
 HiddenFile::HiddenFile(FileOperations &operations, QString folder)
@@ -40,13 +60,10 @@ std::error_code HiddenFile::make(const QByteArray &bytes, const QString &permiss
     const auto file = create(error);
     if (!file)
         return error;
+    // Some file systems refuse, and what was there may have gone meanwhile: then it has those of a new file.
     if (!permissionsOf.isEmpty())
-        error = file->takeOverPermissions(permissionsOf);
-    // What was there has gone meanwhile: then this is a new file.
-    if (error == std::errc::no_such_file_or_directory)
-        error.clear();
-    if (!error)
-        error = file->write(bytes);
+        file->takeOverPermissions(permissionsOf);
+    error = file->write(bytes);
     if (!error)
         error = file->sync();
     _stamp = file->stamp();
@@ -64,15 +81,6 @@ std::error_code HiddenFile::replace(const QString &path)
 {
     const std::error_code error = _operations.rename(_path, path);
     _isHere = static_cast<bool>(error);
-    return error;
-}
-
-std::error_code HiddenFile::mark(const QString &end)
-{
-    const QString marked = freshHiddenPath(_folder) % end;
-    const std::error_code error = _operations.rename(_path, marked);
-    if (!error)
-        _path = marked;
     return error;
 }
 

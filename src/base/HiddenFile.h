@@ -7,8 +7,9 @@
 
 namespace cvtamber {
 
-// What a name of ours begins with while its file or folder is being made.
-inline constexpr QStringView HiddenNamePrefix = u".cvtamber-";
+// The name of a file or folder of ours while it is being made: ".cvtamber-" and 13 digits to the base 36, enough for 64
+// random bits. A name in any other form is somebody else's.
+bool isHiddenName(QStringView name);
 
 // A path in the folder that nothing has, as far as chance goes.
 QString freshHiddenPath(const QString &folder);
@@ -37,8 +38,6 @@ public:
     std::error_code moveToNewName(const QString &path);
     std::error_code replace(const QString &path);
     std::error_code exchangeWith(const QString &path);
-    // Takes another hidden name, which ends like this.
-    std::error_code mark(const QString &end);
     void keep() { _isHere = false; }
 
 private:

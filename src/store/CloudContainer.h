@@ -8,6 +8,14 @@
 
 namespace cvtamber {
 
+// User defaults: the folder that the person has chosen, an absolute path; and the one in which a store has been opened.
+inline constexpr QStringView CloudFolderDefault = u"cloudFolder";
+inline constexpr QStringView CloudStoreDefault = u"cloudStore";
+
+// A file beside the registries of a store in the cloud. Its contents are always the same, so that two machines may make it
+// at the same time.
+inline constexpr QStringView StoreMarkName = u".cvtamber.store";
+
 // The person's cloud document container. Owner: made at start-up, outlives its users.
 class CloudContainer
 {
@@ -27,6 +35,9 @@ public:
     virtual FileResult startDownloading(const FileURL &url) = 0;
     // Main thread.
     virtual std::unique_ptr<MetadataQuery> makeQuery() = 0;
+    // A store has been opened in it. A container that may be unmounted is not there from now on where that store is not.
+    // Main thread.
+    virtual void storeOpened() {}
 };
 
 } // namespace cvtamber

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "store/CloudNames.h"
 
+#include "base/HiddenFile.h"
 #include "store/NameBytes.h"
 #include "store/StoreNames.h"
 
@@ -89,7 +90,7 @@ bool isSyncDatabase(QStringView hidden)
 
 bool isHiddenTemporary(QStringView hidden)
 {
-    return isLeftover(hidden) || isOneOf(RecordNames, hidden) || startsWithOneOf(HiddenStarts, hidden) ||
+    return isHiddenName(hidden) || isOneOf(RecordNames, hidden) || startsWithOneOf(HiddenStarts, hidden) ||
            endsWithOneOf(UnfinishedEnds, hidden) || isPartOfDownload(hidden) || isSyncDatabase(hidden);
 }
 

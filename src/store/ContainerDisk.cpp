@@ -3,6 +3,7 @@
 
 #include "base/RunLoop.h"
 #include "base/SystemLog.h"
+#include "store/CloudContainer.h"
 #include "store/CloudNames.h"
 #include "store/FileCoordinator.h"
 #include "store/StoreNames.h"
@@ -137,9 +138,16 @@ QString ContainerDisk::unusedName(const StoreContext &context, const FileURL &di
     return name;
 }
 
+FileResult ContainerDisk::makeFolders(const FileURL &directory) const
+{
+    if (_context.cloud.isUbiquitousItem(directory) && _context.cloud.url().isNil())
+        return {Outcome::Failed, QStringLiteral("the cloud folder is not there")};
+    return _context.disk.makeFolders(directory);
+}
+
 FileURL ContainerDisk::makeUniqueFolder(const FileURL &parent) const
 {
-    FileResult result = _context.disk.makeFolders(parent);
+    FileResult result = makeFolders(parent);
     while (result.ok() || result.outcome == Outcome::AlreadyExists) {
         FileURL folder = parent.appendingDirectory(freshUuidName());
         result = _context.disk.makeFolder(folder);

@@ -48,6 +48,8 @@ public:
     // Makes a directory under a fresh UUID and those above it that are missing; its URL, nil when it cannot be
     // made.
     FileURL makeUniqueFolder(const FileURL &parent) const;
+    // With those above it that are missing; not in a cloud container that is not there.
+    FileResult makeFolders(const FileURL &directory) const;
 
 private:
     StoreContext &_context;

@@ -47,7 +47,8 @@ std::error_code CrossDeviceMove::copy()
     const qsizetype start = _from.pathLength();
     for (const DiskTree::Item &item : tree.items()) {
         // What is ours and half made is of no use elsewhere; nor is what lies in such a folder.
-        const bool isOurs = item.path.indexOf(QString(u'/' % LeftoverPrefix), start) >= 0;
+        const auto below = QStringView(item.path).sliced(start).split(u'/');
+        const bool isOurs = std::any_of(below.begin(), below.end(), &isHiddenName);
         if (!error && !isOurs)
             error = copyItem(item.path, item.status.kind);
     }
@@ -80,9 +81,8 @@ std::error_code CrossDeviceMove::copyFile(const QString &source, const QString &
     const auto file = _operations.createFile(target, error);
     if (!file)
         return error;
-    error = file->takeOverPermissions(source);
-    if (!error)
-        error = file->write(bytes);
+    file->takeOverPermissions(source);
+    error = file->write(bytes);
     if (!error)
         error = file->sync();
     _files.push_back({source, stamp});
@@ -120,7 +120,7 @@ QString CrossDeviceMove::removeSource()
         QList<FolderEntry> entries;
         note(_operations.list(folder, entries));
         for (const FolderEntry &entry : entries) {
-            if (isLeftover(entry.name))
+            if (isHiddenName(entry.name))
                 note(DiskTree(_operations, folder % u'/' % entry.name).remove());
         }
         note(_operations.removeFolder(folder));

@@ -114,7 +114,7 @@ void Document::openWithCompletionHandler(Completion completion)
     addStep([this, completion = std::move(completion)] {
         _context.coordinator.read(_fileURL, [self = shared_from_this(), completion](const ReadResult &read) {
             self->finishOpening(read);
-            self->endStep(completion, read.ok());
+            self->endStep(completion, self->lastResult().ok());
         });
     });
 }
@@ -122,6 +122,12 @@ void Document::openWithCompletionHandler(Completion completion)
 void Document::finishOpening(const ReadResult &read)
 {
     Session &session = *_session;
+    if (session.isOpen && hasUnsavedChanges()) {
+        // What it holds is newer than the file, or there is none yet.
+        session.lastResult = {};
+        startAutosave();
+        return;
+    }
     session.lastResult = static_cast<const FileResult &>(read);
     if (!read.ok()) {
         const QString refusal =
@@ -175,16 +181,10 @@ void Document::finishWriting(const FileURL &url, quint64 change, Asker asker, co
     Session &session = *_session;
     session.lastResult = static_cast<const FileResult &>(written);
     if (!written.ok()) {
-        const bool isRepeated = asker == Asker::Autosave && session.hasSavingError;
-        session.hasSavingError = true;
-        if (written.outcome == FileResult::Outcome::NotDownloaded)
-            askForDownload();
-        // A disk that stays full is not told again every five seconds.
-        if (!isRepeated)
-            tell(StoreProblem::What::Save, url, written.message);
-        startAutosave();
+        keepTrying(url, asker, written);
         return;
     }
+    _context.problems.forgetUnsaved(this);
     session.isOpen = true;
     session.hasSavingError = false;
     session.known = written.stamp;
@@ -196,6 +196,30 @@ void Document::finishWriting(const FileURL &url, quint64 change, Asker asker, co
         return;
     session.isInConflict = true;
     _context.problems.tell({StoreProblem::What::KeptOtherVersion, url, {}, written.keptOther});
+}
+
+void Document::keepTrying(const FileURL &url, Asker asker, const WriteResult &failed)
+{
+    Session &session = *_session;
+    // A disk that stays full is not told again every five seconds.
+    const bool isRepeated = asker == Asker::Autosave && session.hasSavingError;
+    session.hasSavingError = true;
+    if (failed.outcome == FileResult::Outcome::NotDownloaded)
+        askForDownload();
+    if (!isRepeated)
+        tell(StoreProblem::What::Save, url, failed.message);
+    if (url == _fileURL && failed.outcome != FileResult::Outcome::AlreadyExists) {
+        session.isOpen = true;
+        if (!hasUnsavedChanges())
+            ++session.change;
+        _context.problems.keepUnsaved(this, {url, failed.message, [weak = weak_from_this()](Completion done) {
+                                                 if (const auto self = weak.lock())
+                                                     self->closeWithCompletionHandler(std::move(done));
+                                                 else
+                                                     done(true);
+                                             }});
+    }
+    startAutosave();
 }
 
 void Document::closeWithCompletionHandler(Completion completion)
@@ -215,8 +239,8 @@ void Document::closeOrSave(const Completion &completion)
 {
     Session &session = *_session;
     if (session.isOpen && hasUnsavedChanges()) {
-        write(_fileURL, SaveOperation::ForOverwriting, takeContents(), Asker::Caller,
-              [this, completion](bool success) {
+        write(_fileURL, SaveOperation::ForOverwriting, takeContents(),
+              completion ? Asker::Caller : Asker::Autosave, [this, completion](bool success) {
                   if (success)
                       closeOrSave(completion);
                   else
@@ -237,6 +261,7 @@ void Document::updateChangeCount(ChangeKind kind)
     Session &session = this->session();
     if (kind == ChangeKind::Cleared) {
         session.savedChange = session.clearedChange = session.change;
+        _context.problems.forgetUnsaved(this);
         session.changedAt.reset();
         cancelAutosave();
         return;
@@ -257,7 +282,7 @@ void Document::startAutosave()
     const auto due = session.changedAt.value_or(now) + AutosaveDelay;
     const auto delay = due > now ? due - now : AutosaveDelay;
     // The call holds the document: nobody else may be left who has its text.
-    session.autosave = _context.runLoop.performAfter(delay, [self = shared_from_this()] {
+    session.autosave = _context.saves.perform(delay, [self = shared_from_this()] {
         self->_session->autosave = RunLoop::CallId::None;
         self->autosave();
     });
@@ -267,7 +292,7 @@ void Document::cancelAutosave()
 {
     // The call may hold the last reference.
     const auto self = shared_from_this();
-    _context.runLoop.cancel(std::exchange(_session->autosave, RunLoop::CallId::None));
+    _context.saves.cancel(std::exchange(_session->autosave, RunLoop::CallId::None));
 }
 
 void Document::autosave()

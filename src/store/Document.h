@@ -20,7 +20,9 @@ namespace cvtamber {
 //   open   -> closed      closeWithCompletionHandler, which first saves what has changed; when that fails it
 //                         stays open
 // A change (updateChangeCount) of an open document is saved by itself five seconds after the first change that
-// is not saved yet, and tried again when that failed. A change of a closed one waits until it is saved.
+// is not saved yet, and tried again when that failed. A change of a closed one waits until it is saved. A save to its own
+// URL that failed, the first one too, leaves the document open with what it holds, which is tried again in the same way;
+// not so a new document whose name was in use.
 // What is asked for is done in that order, one after the other. Completions run once, from the loop. A document
 // that is asked to do something, or is open with changes that are not saved, lives until that is done.
 // What fails is told to StoreProblems. Thread: main thread. Owner: shared.
@@ -77,6 +79,7 @@ private:
     void write(const FileURL &url, SaveOperation operation, const Contents &contents, Asker asker,
                const Completion &completion);
     void finishWriting(const FileURL &url, quint64 change, Asker asker, const WriteResult &written);
+    void keepTrying(const FileURL &url, Asker asker, const WriteResult &failed);
     void closeOrSave(const Completion &completion);
     void startAutosave();
     void cancelAutosave();

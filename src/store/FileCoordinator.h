@@ -32,7 +32,7 @@ public:
     // A file; or a folder, which goes to the trash when it still holds anything that is not ours.
     virtual void remove(const FileURL &url, Completion<FileResult> completion) = 0;
     virtual void move(const FileURL &from, const FileURL &to, Completion<FileResult> completion) = 0;
-    // The directory's leftovers of those names; without names all that are found in it.
+    // The directory's leftovers of those names go to the trash unless they are young; without names all that are found in it.
     virtual void sweep(const FileURL &directory, const QStringList &leftovers) = 0;
 
     // Work is asked for and not completed on this item, on one below it, or on a folder that it lies in.

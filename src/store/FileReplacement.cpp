@@ -3,7 +3,6 @@
 
 #include "store/ConflictCopies.h"
 #include "store/DiskResults.h"
-#include "store/ExchangeMark.h"
 
 #include "base/HiddenFile.h"
 
@@ -44,12 +43,13 @@ WriteResult FileReplacement::run()
         if (!error || error == TryAgain)
             error = place(file);
     }
-    result.keptOther = _kept;
     if (error) {
+        forgetCopy();
         static_cast<FileResult &>(result) = resultOf(error);
         result.outcome = FileResult::Outcome::Failed;
         return result;
     }
+    result.keptOther = _kept;
     result.stamp = file.stamp();
     error = _operations.syncFolder(_folder);
     if (error)
@@ -83,8 +83,6 @@ std::error_code FileReplacement::placeOver(HiddenFile &file, const FileStamp &th
     std::error_code error;
     if (there != _known)
         error = keepWhatStandsThere();
-    if (!error)
-        error = file.mark(ExchangeMark{file.stamp().inode, _known.inode, _known.size}.toText());
     if (error)
         return error;
     error = file.exchangeWith(_path);
@@ -128,6 +126,13 @@ std::error_code FileReplacement::keepWhatStandsThere()
     }
     // The other version has its name on the disk before the new one takes its place.
     return error ? error : _operations.syncFolder(_folder);
+}
+
+// The other version still has its own name: the next try keeps it once more.
+void FileReplacement::forgetCopy()
+{
+    if (!_kept.isNil() && _operations.status(_path).stamp == _known)
+        _operations.removeFile(_kept.path());
 }
 
 std::error_code FileReplacement::linkToFreeName()

@@ -30,6 +30,7 @@ private:
     std::error_code keepWhatCameOut(HiddenFile &file);
     // Each makes the version that stands there the known one.
     std::error_code keepWhatStandsThere();
+    void forgetCopy();
     std::error_code linkToFreeName();
     std::error_code copyToFreeName(const QByteArray &bytes);
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/CallGroup.h"
 #include "store/FileURL.h"
 
 namespace cvtamber {
@@ -9,7 +10,6 @@ class CloudContainer;
 class FileCoordinator;
 class Locations;
 class NotificationCenter;
-class RunLoop;
 class StoreDisk;
 class StoreProblems;
 class SystemLog;
@@ -26,6 +26,8 @@ struct StoreContext
     NotificationCenter &notifications;
     StoreProblems &problems;
     SystemLog &log;
+    // Saves that are due later. Each holds what it saves, which so goes before all of this does.
+    CallGroup saves{runLoop};
 };
 
 // The URL for a log line: a document's title is masked, the store's own names are not.

@@ -6,7 +6,6 @@
 #include "store/CrossDeviceMove.h"
 #include "store/DiskResults.h"
 #include "store/DiskTree.h"
-#include "store/ExchangeMark.h"
 #include "store/FileReplacement.h"
 #include "store/StoreNames.h"
 
@@ -16,24 +15,17 @@
 #include <QDateTime>
 
 #include <algorithm>
-#include <string_view>
 #include <utility>
 
 namespace cvtamber {
 
 namespace {
 
-constexpr std::u16string_view signsOf(QStringView text)
-{
-    return {text.utf16(), static_cast<size_t>(text.size())};
-}
-static_assert(signsOf(LeftoverPrefix) == signsOf(HiddenNamePrefix));
-
 using Kind = FileStatus::Kind;
 using Outcome = FileResult::Outcome;
 
 constexpr qint64 NanosecondsPerMillisecond = 1000000;
-constexpr qint64 LeftoverAge = qint64{60} * 60 * 1000 * NanosecondsPerMillisecond;
+constexpr qint64 YoungAge = qint64{60} * 60 * 1000 * NanosecondsPerMillisecond;
 
 FileResult missing()
 {
@@ -108,37 +100,13 @@ FileResult removeFolder(FileOperations &operations, const FileURL &url)
     if (const std::error_code error = operations.list(url.path(), entries))
         return resultOfFinding(error);
     if (!std::all_of(entries.cbegin(), entries.cend(),
-                     [](const auto &entry) { return isLeftover(entry.name); }))
+                     [](const auto &entry) { return isHiddenName(entry.name); }))
         return resultOf(notEmpty);
     for (const FolderEntry &entry : entries)
         DiskTree(operations, url.path() % u'/' % entry.name).remove();
     const std::error_code error = operations.removeFolder(url.path());
     // Some systems say so where something has come in between.
     return resultOfFinding(error == std::errc::file_exists ? notEmpty : error);
-}
-
-// What a document is called that was made with that inode; "Untitled.tamber" when it has gone.
-FileURL documentOf(FileOperations &operations, const FileURL &directory, quint64 inode)
-{
-    QList<FolderEntry> entries;
-    operations.list(directory.path(), entries);
-    for (const FolderEntry &entry : std::as_const(entries)) {
-        FileURL url = directory.appendingFile(entry.name);
-        if (!isLeftover(entry.name) && operations.status(url.path()).stamp.inode == inode)
-            return url;
-    }
-    return directory.appendingFile(documentFileName({}));
-}
-
-void keepBeside(FileOperations &operations, const FileURL &leftover, const ExchangeMark &mark)
-{
-    const FileURL directory = parentOf(leftover);
-    FileURL kept;
-    const std::error_code error = takeConflictCopyName(
-        documentOf(operations, directory, mark.madeInode), kept,
-        [&](const QString &path) { return operations.renameToNewName(leftover.path(), path); });
-    if (!error)
-        operations.syncFolder(directory.path());
 }
 
 } // namespace
@@ -151,11 +119,15 @@ StoreDisk::Listing StoreDisk::list(const FileURL &directory) const
     static_cast<FileResult &>(listing) = resultOfFinding(error);
     listing.entries.reserve(static_cast<size_t>(found.size()));
     for (FolderEntry &entry : found) {
-        if (isLeftover(entry.name))
+        if (isHiddenName(entry.name))
             listing.leftovers.append(entry.name);
         else if (entry.kind != Kind::Link && entry.kind != Kind::Other)
             listing.entries.push_back({std::move(entry.name), entry.kind});
     }
+    std::sort(listing.entries.begin(), listing.entries.end(), [](const Entry &one, const Entry &other) {
+        const int order = one.name.compare(other.name, Qt::CaseInsensitive);
+        return order != 0 ? order < 0 : one.name < other.name;
+    });
     return listing;
 }
 
@@ -314,7 +286,7 @@ bool StoreDisk::isEmptyFolder(const FileURL &directory) const
     QList<FolderEntry> entries;
     return !_operations.list(directory.path(), entries) &&
            std::all_of(entries.cbegin(), entries.cend(),
-                       [](const auto &entry) { return isLeftover(entry.name); });
+                       [](const auto &entry) { return isHiddenName(entry.name); });
 }
 
 StoreDisk::Walk StoreDisk::walk(const FileURL &directory) const
@@ -341,24 +313,24 @@ StoreDisk::Walk StoreDisk::walk(const FileURL &directory) const
     return result;
 }
 
-void StoreDisk::sweep(const FileURL &directory, const QStringList &leftovers) const
+QStringList StoreDisk::oldLeftovers(const FileURL &directory, const QStringList &leftovers) const
 {
+    QStringList old;
     if (status(directory).kind != Kind::Folder)
-        return;
-    const qint64 now = QDateTime::currentMSecsSinceEpoch() * NanosecondsPerMillisecond;
+        return old;
     for (const QString &name : leftovers) {
         const FileURL url = directory.appendingFile(name);
-        if (url.isNil() || !isLeftover(name))
-            continue;
-        const DiskTree tree(_operations, url.path());
-        if (tree.error() || now - tree.latestChange() <= LeftoverAge)
-            continue;
-        const auto mark = ExchangeMark::ofName(name);
-        if (mark && mark->isAnothersVersion(tree.items().front().status.stamp))
-            keepBeside(_operations, url, *mark);
-        else
-            tree.remove();
+        if (!url.isNil() && isHiddenName(name) && !isYoung(url))
+            old.append(name);
     }
+    return old;
+}
+
+bool StoreDisk::isYoung(const FileURL &item) const
+{
+    const qint64 now = QDateTime::currentMSecsSinceEpoch() * NanosecondsPerMillisecond;
+    const DiskTree tree(_operations, item.path());
+    return tree.error() || now - tree.latestChange() <= YoungAge;
 }
 
 } // namespace cvtamber

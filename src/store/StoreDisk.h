@@ -14,7 +14,7 @@ namespace cvtamber {
 // Nothing here replaces a file by accident, follows a symbolic link, or is done before it is on the disk: a
 // call that returns Ok has synced what it wrote and the folders whose names it changed (removals excepted:
 // after a power failure a removed item may be back). What a crash leaves behind has a hidden name of ours
-// (isLeftover in StoreNames.h), which list() leaves out and sweep() removes.
+// (isHiddenName in HiddenFile.h), which list() leaves out; see oldLeftovers().
 // In a cloud folder an item may be there as a placeholder only (CloudNames.h): remove() and move() then take
 // the placeholder, exists() counts it, read() and replace() say NotDownloaded.
 // Any thread; holds no state but the operations, which outlive it.
@@ -28,7 +28,7 @@ public:
     };
     struct Listing : FileResult
     {
-        // In the file system's order; links, devices and leftovers of ours are left out. When the result is
+        // By name without regard to letter case; links, devices and leftovers of ours are left out. When the result is
         // not Ok, what could be read.
         std::vector<Entry> entries;
         // Names of our own leftovers that were met.
@@ -79,9 +79,11 @@ public:
         std::vector<FileURL> files;
     };
     Walk walk(const FileURL &directory) const;
-    // Removes leftovers of a crash that have not been touched for an hour, so that the work of a program that
-    // still runs stays. One that is another program's version of a document gets a name beside it.
-    void sweep(const FileURL &directory, const QStringList &leftovers) const;
+    // Those of the leftovers that are not young: what a crash has left.
+    QStringList oldLeftovers(const FileURL &directory, const QStringList &leftovers) const;
+    // The file or folder, or anything in it, was touched within the hour or cannot be looked at: another program may be at
+    // work on it.
+    bool isYoung(const FileURL &item) const;
 
 private:
     FileOperations &_operations;

@@ -40,13 +40,6 @@ QString freshUuidName();
 // One of the store's own names, which tells nothing of a person: of a record, of the two registries, or a UUID.
 bool isStoreName(const QString &name);
 
-// A hidden name of ours, for a file or folder that is being made or moved; no listing or monitor shows it.
-inline constexpr QStringView LeftoverPrefix = u".cvtamber-";
-inline bool isLeftover(QStringView name)
-{
-    return name.startsWith(LeftoverPrefix);
-}
-
 // LIKE: "?" is one character, "*" any run of them, empty and with separators too; the rest is itself, letter
 // case too. Linear in the text for one "*", never worse than pattern times text.
 bool isLike(QStringView text, QStringView pattern);

@@ -5,6 +5,8 @@
 
 #include <QString>
 
+#include <functional>
+#include <map>
 #include <memory>
 
 namespace cvtamber {
@@ -50,11 +52,35 @@ public:
     virtual void storeProblem(const StoreProblem &problem) = 0;
 };
 
-// Hands each problem to the one observer; without one it is only dropped, since the log has it already.
+// Something that a person has written and that is not on the disk yet because a save has failed.
+struct UnsavedItem
+{
+    // Tells whether it is saved now.
+    using TryAgain = std::function<void(std::function<void(bool isSaved)> done)>;
+
+    FileURL url;
+    QString why;
+    TryAgain tryAgain;
+};
+
+// Hands each problem to the one observer; without one it is only dropped, since the log has it already. And knows what
+// is not saved, so that the end of the program can ask. Its owners try again by themselves.
 // Thread: main thread. Owner: made at start-up, outlives the store. The observer is not kept alive.
 class StoreProblems
 {
 public:
+    using Unsaved = std::map<const void *, UnsavedItem>;
+
+    // The owner is only compared.
+    void keepUnsaved(const void *owner, UnsavedItem item)
+    {
+        _unsaved.insert_or_assign(owner, std::move(item));
+    }
+    void forgetUnsaved(const void *owner) { _unsaved.erase(owner); }
+    const Unsaved &unsaved() const { return _unsaved; }
+    // Tries all of it again. `tried` runs once, when the last has ended.
+    void saveUnsaved(std::function<void()> tried) const;
+
     void setObserver(std::weak_ptr<StoreProblemObserver> observer) { _observer = std::move(observer); }
     void tell(const StoreProblem &problem) const
     {
@@ -64,6 +90,19 @@ public:
 
 private:
     std::weak_ptr<StoreProblemObserver> _observer;
+    Unsaved _unsaved;
 };
+
+inline void StoreProblems::saveUnsaved(std::function<void()> tried) const
+{
+    // The list changes meanwhile.
+    const Unsaved items = _unsaved;
+    const auto remaining = std::make_shared<size_t>(items.size());
+    for (const auto &[owner, item] : items)
+        item.tryAgain([remaining, tried](bool) {
+            if (--*remaining == 0)
+                tried();
+        });
+}
 
 } // namespace cvtamber

@@ -120,6 +120,12 @@ void TamberDataFolder::nameHasChanged() const
         container->folderNameChanged();
 }
 
+void TamberDataFolder::saveWhatIsOwed()
+{
+    if (const std::shared_ptr<TamberFilesContainer> container = user())
+        container->saveWhatIsOwed();
+}
+
 DocumentGroup TamberDataFolder::documents() const
 {
     DocumentGroup all(files().begin(), files().end());

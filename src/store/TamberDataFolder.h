@@ -59,6 +59,7 @@ private:
     void removeRecord(const StorageCompletion &completion);
     void nameHasChanged() const;
     std::shared_ptr<TamberDataFolder> self();
+    void saveWhatIsOwed() override;
 
     FileURL _parentURL;
     std::shared_ptr<TamberDataFolderDocument> _folderDocument;

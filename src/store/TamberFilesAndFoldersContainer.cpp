@@ -50,6 +50,18 @@ void TamberFilesAndFoldersContainer::setDelegate(
     _folders.setDelegate(std::move(delegate));
 }
 
+void TamberFilesAndFoldersContainer::addObserver(TamberFilesAndFoldersContainerDelegate &observer)
+{
+    TamberFilesContainer::addObserver(observer);
+    _folders.addObserver(observer);
+}
+
+void TamberFilesAndFoldersContainer::removeObserver(TamberFilesAndFoldersContainerDelegate &observer)
+{
+    TamberFilesContainer::removeObserver(observer);
+    _folders.removeObserver(observer);
+}
+
 TamberFilesAndFoldersContainer::FolderPointer
 TamberFilesAndFoldersContainer::folderAtIndex(StoreIndex index) const
 {
@@ -96,14 +108,27 @@ void TamberFilesAndFoldersContainer::scanFolders()
         _listingAtOpening ? *std::move(_listingAtOpening) : ContainerDisk(context()).read(url());
     _listingAtOpening.reset();
     context().log.info(listing.toLog());
-    for (const QString &name : listing.folders)
-        openFolder(name,
-                   [container = self()](const FolderPointer &folder) { container->_folders.append(folder); });
+    // In the listing's order, whichever record is read first.
+    struct Opened
+    {
+        std::vector<FolderPointer> folders;
+        size_t appended = 0;
+    };
+    const auto opened = std::make_shared<Opened>();
+    opened->folders.resize(static_cast<size_t>(listing.folders.size()));
+    for (size_t place = 0; place < opened->folders.size(); ++place)
+        openFolder(listing.folders[static_cast<qsizetype>(place)], [container = self(), opened,
+                                                                    place](const FolderPointer &folder) {
+            opened->folders[place] = folder;
+            while (opened->appended < opened->folders.size() && opened->folders[opened->appended])
+                container->_folders.append(std::exchange(opened->folders[opened->appended++], nullptr));
+        });
 }
 
 TamberFilesAndFoldersContainer::FolderPointer
 TamberFilesAndFoldersContainer::addFolderWithName(const QString &name)
 {
+    saveWhatIsOwed();
     FolderPointer folder = TamberDataFolder::withName(context(), name, url());
     if (!folder)
         return nullptr;
@@ -134,6 +159,7 @@ void TamberFilesAndFoldersContainer::moveFolder(const FolderPointer &folder,
 {
     if (!folder || !target)
         return;
+    target->saveWhatIsOwed();
     const FileURL from = folder->url();
     const FileURL to = target->url().appendingDirectory(folder->storageName());
     const auto done = [container = self(), folder, to, target](const FileResult &result) {
@@ -142,7 +168,7 @@ void TamberFilesAndFoldersContainer::moveFolder(const FolderPointer &folder,
             container->context().log.info(u"success: "_s % QString::number(int(result.ok())));
         else if (!result.ok())
             container->context().log.error(result.message);
-        if (container->isUbiquitous() || result.ok())
+        if (result.ok())
             container->finishMovingFolder(folder, to, target);
     };
     if (to.isNil())

@@ -27,8 +27,10 @@ public:
     withFolder(StoreContext &context, const QString &folderName,
                const std::shared_ptr<TamberDiskLocation> &parent);
 
-    // One delegate for both lists.
+    // One delegate for both lists, and observers of both.
     void setDelegate(std::weak_ptr<TamberFilesAndFoldersContainerDelegate> delegate);
+    void addObserver(TamberFilesAndFoldersContainerDelegate &observer);
+    void removeObserver(TamberFilesAndFoldersContainerDelegate &observer);
 
     const std::vector<FolderPointer> &folders() const { return _folders.items(); }
     StoreIndex foldersCount() const { return _folders.size(); }

@@ -59,9 +59,8 @@ void TamberFilesAndFoldersContainer::reloadFolder(const FolderPointer &folder)
 {
     folder->reloadWithCompletion([container = self(), folder](bool success) {
         const StoreIndex index = container->_folders.indexOf(folder.get());
-        const auto delegate = container->_folders.delegate();
-        if (success && index != NotFound && delegate)
-            delegate->folderUpdatedAtIndex(index);
+        if (success && index != NotFound)
+            container->_folders.tell(&TamberFoldersContainerDelegate::folderUpdatedAtIndex, index);
     });
 }
 

@@ -11,6 +11,7 @@
 #include "store/TamberUbiquitousFolderMonitor.h"
 
 #include <algorithm>
+#include <unordered_set>
 
 namespace cvtamber {
 
@@ -116,6 +117,7 @@ TamberFilesContainer::addFileWithName(const QString &name, const QString &conten
 {
     _context.log.info(
         u"-(TamberDocument*)addFileWithName:(NSString*)name andTextContent:(NSString*)content"_s);
+    saveWhatIsOwed();
     const FileURL fileURL = url().appendingFile(documentFileName(name));
     auto file = std::make_shared<TamberDocument>(_context, fileURL);
     file->setText(content);
@@ -133,6 +135,27 @@ TamberFilesContainer::addFileWithName(const QString &name, const QString &conten
     if (!_isUbiquitous)
         listAddedFile(file);
     return file;
+}
+
+void TamberFilesContainer::saveUnderFreeTitle(
+    const QString &title, const QString &content,
+    std::function<void(const QString &title, const FileResult &)> saved)
+{
+    std::unordered_set<QString> listed;
+    for (const FilePointer &file : files())
+        listed.insert(comparableName(file->fileURL().nameWithoutExtension()));
+    // The disk too: a container in the cloud lists a document only when it has been reported.
+    const auto isTaken = [&](const QString &wanted) {
+        const FileURL file = url().appendingFile(documentFileName(wanted));
+        // Where the disk does not answer, the save finds out.
+        return listed.contains(comparableName(repairedTitle(wanted))) ||
+               (_context.disk.status(file).kind != FileStatus::Kind::Unknown && _context.disk.exists(file));
+    };
+    const QString free = nextFreeTitle(title, isTaken);
+    addFileWithName(free, content, [free, saved = std::move(saved)](const FileResult &result) {
+        if (saved)
+            saved(free, result);
+    });
 }
 
 void TamberFilesContainer::listAddedFile(const FilePointer &file)
@@ -202,21 +225,34 @@ void TamberFilesContainer::moveFile(const FilePointer &file,
         _context.problems.tell({StoreProblem::What::Move, file->fileURL(), {}, {}});
         return;
     }
-    ContainerDisk(_context).move(
-        file->fileURL(), to, {file}, [self = shared_from_this(), file, target, to](const FileResult &result) {
-            self->_context.log.info(u"success: "_s % QString::number(int(result.ok())));
-            tellProblem(self->_context, StoreProblem::What::Move, file->fileURL(), result);
-            self->_files.removeAndTell(file.get());
-            target->loadFileWithFilename(to.lastPathComponent());
-        });
+    target->saveWhatIsOwed();
+    if (target->fileExists(to.nameWithoutExtension())) {
+        _context.problems.tell(
+            {StoreProblem::What::Move, file->fileURL(), u"this title is in use there"_s, {}});
+        return;
+    }
+    ContainerDisk(_context).move(file->fileURL(), to, {file},
+                                 [self = shared_from_this(), file, target, to](const FileResult &result) {
+                                     self->finishMoving(file, to, target, result);
+                                 });
+}
+
+void TamberFilesContainer::finishMoving(const FilePointer &file, const FileURL &to,
+                                        const std::shared_ptr<TamberFilesContainer> &target,
+                                        const FileResult &result)
+{
+    _context.log.info(u"success: "_s % QString::number(int(result.ok())));
+    tellProblem(_context, StoreProblem::What::Move, file->fileURL(), result);
+    if (result.ok() || result.outcome == Outcome::Missing)
+        _files.removeAndTell(file.get());
+    if (result.ok())
+        target->loadFileWithFilename(to.lastPathComponent());
 }
 
 void TamberFilesContainer::loadFileWithFilename(const QString &fileName)
 {
     const FileURL fileURL = url().appendingFile(fileName);
-    // The cloud may have reported it already.
-    const bool isListed = _isUbiquitous && _files.indexOfURL(fileURL) != NotFound;
-    if (!fileURL.isNil() && !isListed)
+    if (!fileURL.isNil())
         _files.insertAndTell(std::make_shared<TamberDocument>(_context, fileURL));
 }
 
@@ -259,9 +295,11 @@ void TamberFilesContainer::deleteStorageWithCompletion(StorageCompletion complet
     for (const FilePointer &file : files)
         ContainerDisk(_context).removeDocument(
             file, [self = shared_from_this(), deletion, file](const FileResult &result) {
-                // Also one that is missing: the deletion stops there, and the person is to know why.
-                tellProblem(self->_context, StoreProblem::What::Delete, file->fileURL(), result);
-                self->storedFileRemoved(*deletion, *file, result.ok());
+                // What is not there any more is what was wanted.
+                const bool isGone = result.ok() || result.outcome == Outcome::Missing;
+                if (!isGone)
+                    tellProblem(self->_context, StoreProblem::What::Delete, file->fileURL(), result);
+                self->storedFileRemoved(*deletion, *file, isGone);
             });
 }
 
@@ -288,7 +326,7 @@ bool TamberFilesContainer::isDirectChild(const TamberUbiquitousItem &item) const
 
 void TamberFilesContainer::ubiquotusItemAdded(const Item &item)
 {
-    if (isDirectChild(*item) && _files.indexOfURL(item->url()) == NotFound)
+    if (isDirectChild(*item))
         _files.insertAndTell(std::make_shared<TamberDocument>(_context, item->url()));
 }
 

@@ -21,7 +21,8 @@ class TamberUbiquitousFolderMonitor;
 // when it is opened and changes its list itself; one in the cloud starts empty and changes its list only when the cloud
 // reports an item (the four ubiquotus... calls). Work in the background keeps the container alive until it is done.
 // A scan leaves the list in the directory's order; the next insertion sorts it all.
-// Thread: main thread. Owner: shared; the parent and the delegate are weak.
+// Thread: main thread. Owner: shared; the parent and the delegate are weak. Screens observe, since several may show one
+// container; the role of the delegate is for one owner.
 class TamberFilesContainer : public TamberDiskLocation,
                              public TamberUbiquitousFolderMonitorDelegate,
                              public std::enable_shared_from_this<TamberFilesContainer>
@@ -44,6 +45,9 @@ public:
     std::shared_ptr<TamberDiskLocation> parent() const { return _parent.lock(); }
     bool isUbiquitous() const { return _isUbiquitous; }
     void setDelegate(std::weak_ptr<TamberFilesContainerDelegate> delegate);
+    // Hears what the delegate hears, after it; removed before it goes.
+    void addObserver(TamberFilesContainerDelegate &observer) { _files.addObserver(observer); }
+    void removeObserver(TamberFilesContainerDelegate &observer) { _files.removeObserver(observer); }
     // The parent's directory with the folder's name; nil when the parent has gone.
     FileURL url() const override;
 
@@ -54,13 +58,18 @@ public:
     // whose parent has gone nothing can be saved or listed.
     FilePointer addFileWithName(const QString &name, const QString &content,
                                 std::function<void(const FileResult &)> saved = {});
+    // Adds it under the title, or under the first one like it that neither the list nor the disk has ("Letter 2"). `saved`
+    // hears under which, once the save has ended. Linear in the documents.
+    void saveUnderFreeTitle(const QString &title, const QString &content,
+                            std::function<void(const QString &title, const FileResult &)> saved);
     // The list changes also when the removal failed. An index outside the list is ignored, here and in a rename.
     void deleteFileAtIndex(StoreIndex index);
     // Nothing for a document that is not in the list.
     void deleteFile(const FilePointer &file);
     // Nothing for an empty title and for the one that it has.
     void renameFileAtIndex(StoreIndex index, const QString &newName);
-    // The lists change also when the move failed.
+    // Nothing but a told problem where the target has the title already. The lists change once the file has moved; where
+    // it could not be, the document stays, or goes when its file has gone.
     void moveFile(const FilePointer &file, const std::shared_ptr<TamberFilesContainer> &target);
     void loadFileWithFilename(const QString &fileName);
     StoreIndex indexOfFile(const FilePointer &file) const;
@@ -71,6 +80,8 @@ public:
     // With documents: NO for each that could not be removed or was missing, YES when all are gone. Without any:
     // YES.
     virtual void deleteStorageWithCompletion(StorageCompletion completion);
+    // Before something is added: a record without which it would be taken for an orphan later is tried again.
+    virtual void saveWhatIsOwed() {}
     virtual void startQuery() {}
     virtual void stopQuery() {}
     void startLoadFromURL(const FileURL &) {}
@@ -112,6 +123,8 @@ private:
                                &TamberFilesContainerDelegate::fileDeletedAtIndex>;
 
     void listAddedFile(const FilePointer &file);
+    void finishMoving(const FilePointer &file, const FileURL &to,
+                      const std::shared_ptr<TamberFilesContainer> &target, const FileResult &result);
     void finishRenaming(const FilePointer &file, const FileURL &newURL, const FileResult &result);
     void storedFileRemoved(StorageDeletion &deletion, const TamberDocument &file, bool success);
 

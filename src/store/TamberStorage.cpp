@@ -18,6 +18,13 @@ namespace {
 const QString ActiveUsersName = QStringLiteral("ActiveUsers");
 const QString ArchivedUsersName = QStringLiteral("ArchivedUsers");
 
+// A person may keep the folder elsewhere behind a link; below the root the store follows none.
+FileURL resolved(const FileURL &root)
+{
+    const QString path = root.isNil() ? QString() : QFileInfo(root.path()).canonicalFilePath();
+    return path.isEmpty() ? root : FileURL::directory(path);
+}
+
 } // namespace
 
 std::shared_ptr<TamberStorage> TamberStorage::withURL(StoreContext &context, const FileURL &url)
@@ -35,22 +42,23 @@ TamberStorage::~TamberStorage()
 
 FileURL TamberStorage::localStorageURL(Locations &locations)
 {
-    const QString folder = locations.documentsFolder();
-    // A person may keep the folder elsewhere behind a link; below the root the store follows none.
-    const QString resolved = QFileInfo(folder).canonicalFilePath();
-    return FileURL::directory(resolved.isEmpty() ? folder : resolved);
+    return resolved(FileURL::directory(locations.documentsFolder()));
 }
 
 FileURL TamberStorage::ubiquotusStorageURL(const CloudContainer &cloud)
 {
-    return cloud.url().appendingDirectory(QStringLiteral("Documents"));
+    return resolved(cloud.url().appendingDirectory(QStringLiteral("Documents")));
 }
 
 bool TamberStorage::openRoot(const FileURL &url)
 {
     _storeURL = FileURL::directory(url.path());
     _isUbiquitous = _context.cloud.isUbiquitousItem(_storeURL);
-    return createSubfolder(ActiveUsersName) && createSubfolder(ArchivedUsersName);
+    if (!createSubfolder(ActiveUsersName) || !createSubfolder(ArchivedUsersName))
+        return false;
+    if (_isUbiquitous)
+        _context.cloud.storeOpened();
+    return true;
 }
 
 bool TamberStorage::createSubfolder(const QString &name)
@@ -100,9 +108,8 @@ const std::shared_ptr<TamberUsers> &TamberStorage::archivedUsers()
 void TamberStorage::moveUser(const std::shared_ptr<TamberUser> &user,
                              const std::shared_ptr<TamberUsers> &target)
 {
-    const auto registry = user->users();
-    if (const auto observer = registry ? registry->delegate() : nullptr)
-        observer->userWillDelete(user);
+    if (const auto registry = user->users())
+        registry->tellUserWillDelete(user);
     user->prepareToMove();
     const FileURL from = user->url();
     const FileURL to = target->url().appendingDirectory(user->folder());

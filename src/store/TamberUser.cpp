@@ -3,7 +3,7 @@
 
 #include "base/SystemLog.h"
 #include "store/CloudContainer.h"
-#include "store/CoordinatedFiles.h"
+#include "store/ContainerDisk.h"
 #include "store/FileCoordinator.h"
 #include "store/Records.h"
 #include "store/StoreNames.h"
@@ -15,6 +15,13 @@
 namespace cvtamber {
 
 using Outcome = FileResult::Outcome;
+
+namespace {
+
+// As a document does.
+constexpr std::chrono::seconds RetryDelay{5};
+
+} // namespace
 
 TamberUser::TamberUser(StoreContext &context, const QString &firstName, const QString &lastName,
                        const QString &displayName)
@@ -170,6 +177,11 @@ void TamberUser::setNamePart(QString &part, const QString &name)
 
 void TamberUser::scheduleSave()
 {
+    saveLater(std::chrono::nanoseconds{0});
+}
+
+void TamberUser::saveLater(std::chrono::nanoseconds delay)
+{
     if (_scheduledSave != RunLoop::CallId::None)
         return;
     // The registry too, which knows where the record is.
@@ -177,13 +189,13 @@ void TamberUser::scheduleSave()
         user->_scheduledSave = RunLoop::CallId::None;
         user->saveUserData();
     };
-    _scheduledSave = context().runLoop.performAfter(std::chrono::nanoseconds{0}, save);
+    _scheduledSave = context().saves.perform(delay, save);
 }
 
 bool TamberUser::cancelScheduledSave()
 {
     const auto call = std::exchange(_scheduledSave, RunLoop::CallId::None);
-    context().runLoop.cancel(call);
+    context().saves.cancel(call);
     return call != RunLoop::CallId::None;
 }
 
@@ -216,6 +228,15 @@ void TamberUser::stopSaving()
 {
     cancelScheduledSave();
     _isSavingStopped = true;
+    context().problems.forgetUnsaved(this);
+}
+
+void TamberUser::saveWhatIsOwed()
+{
+    if (!_isRecordOwed)
+        return;
+    cancelScheduledSave();
+    saveUserData();
 }
 
 void TamberUser::saveUserData()
@@ -223,18 +244,53 @@ void TamberUser::saveUserData()
     const FileURL record = fileURL();
     if (record.isNil() || _isSavingStopped)
         return;
+    if (_isDirectoryOwed)
+        _isDirectoryOwed = !ContainerDisk(context()).makeFolders(url()).ok();
     ++_savesUnderWay;
-    context().coordinator.replace(record, utf8FromText(userFileData()), {}, StoreDisk::OtherVersion::Replace,
-                                  [user = self()](const WriteResult &result) { user->recordSaved(result); });
+    context().coordinator.replace(
+        record, utf8FromText(userFileData()), {}, StoreDisk::OtherVersion::Replace,
+        [user = self(), registry = users()](const WriteResult &result) { user->recordSaved(result); });
 }
 
 void TamberUser::recordSaved(const WriteResult &result)
 {
     --_savesUnderWay;
-    if (result.ok())
+    if (result.ok()) {
+        _isRecordOwed = false;
+        context().problems.forgetUnsaved(this);
+    } else {
+        keepTrying(result);
+    }
+    for (const auto &done : std::exchange(_waitForRecord, {}))
+        done(result.ok());
+}
+
+void TamberUser::keepTrying(const WriteResult &failed)
+{
+    if (!std::exchange(_isRecordOwed, true)) {
+        context().log.error(failed.message);
+        tellProblem(context(), StoreProblem::What::Save, url(), failed);
+    }
+    // A directory that has gone since takes its user along.
+    const bool isGone = !_isDirectoryOwed && context().disk.status(url()).kind == FileStatus::Kind::Missing;
+    if (isGone || _isSavingStopped) {
+        context().problems.forgetUnsaved(this);
         return;
-    context().log.error(result.message);
-    tellProblem(context(), StoreProblem::What::Save, url(), result);
+    }
+    context().problems.keepUnsaved(
+        this, {url(), failed.message, [weak = weak_from_this()](std::function<void(bool)> done) {
+                   const auto user = std::static_pointer_cast<TamberUser>(weak.lock());
+                   if (!user || !user->_isRecordOwed) {
+                       done(true);
+                       return;
+                   }
+                   user->saveWhatIsOwed();
+                   if (user->_savesUnderWay > 0)
+                       user->_waitForRecord.push_back(std::move(done));
+                   else
+                       done(false);
+               }});
+    saveLater(RetryDelay);
 }
 
 void TamberUser::storeInUsers(const std::shared_ptr<TamberUsers> &users, const Completion & /*completion*/)
@@ -242,10 +298,11 @@ void TamberUser::storeInUsers(const std::shared_ptr<TamberUsers> &users, const C
     _users = users;
     setParent(users);
     _folderName = uniqueUserFolderName(context(), users->url());
-    const FileResult made = context().disk.makeFolders(url());
+    const FileResult made = ContainerDisk(context()).makeFolders(url());
     if (!made.ok()) {
         context().log.error(made.message);
         tellProblem(context(), StoreProblem::What::Create, url(), made);
+        _isDirectoryOwed = true;
     }
     saveUserData();
 }

@@ -54,7 +54,8 @@ public:
     void reloadDataWitCompletionHandler(const Completion &completion);
     // Makes the directory in the registry's and writes the record. The completion is never called.
     void storeInUsers(const std::shared_ptr<TamberUsers> &users, const Completion &completion);
-    // In the background; nothing for a user without a directory, and after stopSaving().
+    // In the background; nothing for a user without a directory, and after stopSaving(). A record that could not be written
+    // is tried again: every five seconds, before anything is added to the user, and at the end of the program.
     void saveUserData();
     void scheduleSave();
     // Asks for the scheduled save now, before the directory goes elsewhere.
@@ -78,6 +79,9 @@ private:
     void setNamePart(QString &part, const QString &name);
     bool cancelScheduledSave();
     void recordSaved(const WriteResult &result);
+    void keepTrying(const WriteResult &failed);
+    void saveLater(std::chrono::nanoseconds delay);
+    void saveWhatIsOwed() override;
     void removeRecord(const StorageCompletion &completion);
     void recordRemoved(const FileResult &result, const StorageCompletion &completion);
 
@@ -91,6 +95,10 @@ private:
     // Writes of the record that are asked for and not done.
     int _savesUnderWay = 0;
     bool _isSavingStopped = false;
+    // The last write of the record has failed.
+    bool _isRecordOwed = false;
+    bool _isDirectoryOwed = false;
+    std::vector<std::function<void(bool isSaved)>> _waitForRecord;
     std::weak_ptr<TamberUsers> _users;
 };
 

@@ -87,8 +87,7 @@ void TamberUsers::setStorage(const std::shared_ptr<TamberStorage> &storage)
     saveScheduledChanges();
     while (!_users.users().empty()) {
         const User user = _users.users().back();
-        if (const auto observer = delegate())
-            observer->userWillDelete(user);
+        tellUserWillDelete(user);
         _users.remove(user);
     }
     _ubiquitousMonitor.reset();
@@ -107,6 +106,13 @@ void TamberUsers::stopQuery()
 {
     if (_ubiquitousMonitor)
         _ubiquitousMonitor->stopMonitoring();
+}
+
+void TamberUsers::tellUserWillDelete(const User &user) const
+{
+    if (const auto delegate = _delegate.lock())
+        delegate->userWillDelete(user);
+    _observers.tell(&TamberUsersDelegate::userWillDelete, user);
 }
 
 void TamberUsers::saveScheduledChanges()
@@ -134,8 +140,7 @@ void TamberUsers::addUserWithFirstName(const QString &firstName, const QString &
 void TamberUsers::deleteUser(const User &user)
 {
     _context.log.info(QStringLiteral("TamberUsers::deleteUser"));
-    if (const auto observer = delegate())
-        observer->userWillDelete(user);
+    tellUserWillDelete(user);
     user->deleteStorageWithCompletion([registry = shared_from_this(), user](bool) {
         registry->_users.remove(user);
         registry->_context.log.info(QStringLiteral("User storage deleted!"));
@@ -154,8 +159,7 @@ void TamberUsers::moveUser(const User &user, const std::shared_ptr<TamberUsers> 
                                      });
         return;
     }
-    if (const auto observer = delegate())
-        observer->userWillDelete(user);
+    tellUserWillDelete(user);
     user->prepareToMove();
     ContainerDisk(_context).moveAtOnce(
         from, to, user->documents(),
@@ -170,6 +174,8 @@ void TamberUsers::userMoved(const FileResult &result, const User &user, const Fi
     if (!result.ok()) {
         _context.log.error(result.message);
         tellProblem(_context, StoreProblem::What::Move, user->url(), result);
+        // It was told as leaving before the move.
+        postUserAddedNotification(user);
         return;
     }
     _users.remove(user);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/Observers.h"
 #include "store/ContainerDelegates.h"
 #include "store/FileResult.h"
 #include "store/OrphanedItems.h"
@@ -18,7 +19,8 @@ class TamberStorage;
 class TamberUbiquitousFolderMonitor;
 class TamberUser;
 
-// Posted by the registry when a user has been listed; userInfo "user" holds a std::shared_ptr<TamberUser>.
+// Posted by the registry when a user has been listed, or was told as leaving and has stayed; userInfo "user" holds a
+// std::shared_ptr<TamberUser>.
 inline constexpr QStringView TamberUsersUserAddedNotification = u"TamberUsersUserAddedNotification";
 
 // Hears what happens to a registry's users. Main thread.
@@ -62,6 +64,11 @@ public:
     const std::vector<User> &users() const { return _users.users(); }
     std::shared_ptr<TamberUsersDelegate> delegate() const { return _delegate.lock(); }
     void setDelegate(std::weak_ptr<TamberUsersDelegate> delegate) { _delegate = std::move(delegate); }
+    // Hears what the delegate hears, after it; removed before it goes. Screens observe, since several may show one registry.
+    void addObserver(TamberUsersDelegate &observer) { _observers.add(observer); }
+    void removeObserver(TamberUsersDelegate &observer) { _observers.remove(observer); }
+    // To the delegate and the observers.
+    void tellUserWillDelete(const User &user) const;
     bool isUbiquitous() const;
     const std::shared_ptr<TamberStorage> &storage() const { return _storage; }
     bool contentGathered() const { return _contentGathered; }
@@ -132,6 +139,7 @@ private:
     OrphanedItems _orphanedItems;
     bool _contentGathered = false;
     std::weak_ptr<TamberUsersDelegate> _delegate;
+    Observers<TamberUsersDelegate> _observers;
 };
 
 } // namespace cvtamber

@@ -63,8 +63,9 @@ void TamberUsers::ubiquitousMonitorContentGathered(TamberUbiquitousFolderMonitor
     _context.log.debug(QStringLiteral("-(void)ubiquitousMonitor:(TamberUbiquitousFolderMonitor *)monitor "
                                       "contentGathered:(NSArray *)items"));
     _contentGathered = true;
-    if (const auto observer = delegate())
-        observer->contentGathered();
+    if (const auto delegate = _delegate.lock())
+        delegate->contentGathered();
+    _observers.tell(&TamberUsersDelegate::contentGathered);
 }
 
 void TamberUsers::handleReport(CloudReport report, const Item &item)
@@ -105,8 +106,9 @@ void TamberUsers::takeStep(RegistryStep step, const Report &report)
         removeReportedUser(report.user);
         break;
     case RegistryStep::TellDataChanged:
-        if (const auto observer = delegate())
-            observer->dataChangedForUser(report.user);
+        if (const auto delegate = _delegate.lock())
+            delegate->dataChangedForUser(report.user);
+        _observers.tell(&TamberUsersDelegate::dataChangedForUser, report.user);
         break;
     }
 }
@@ -123,8 +125,7 @@ void TamberUsers::loadReportedUser(const QString &folderName)
 void TamberUsers::removeReportedUser(const User &user)
 {
     const FileURL directory = user->url();
-    if (const auto observer = delegate())
-        observer->userWillDelete(user);
+    tellUserWillDelete(user);
     _users.remove(user);
     user->stopSaving();
     _context.log.info(loggedURL(directory));

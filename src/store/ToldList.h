@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/Observers.h"
 #include "store/ContainerList.h"
 
 namespace cvtamber {
 
-// A container's list with the delegate that hears of its changes: each change is told once it has been made.
-// The delegate is weak and may change the list while it hears.
+// A container's list with the delegate and the observers that hear of its changes: each change is told once it has been
+// made. The delegate is weak; whoever hears may change the list.
 template<typename Item, typename Delegate, void (Delegate::*Added)(StoreIndex),
          void (Delegate::*Deleted)(StoreIndex)>
 class ToldList final : public ContainerList<Item>
@@ -17,11 +18,21 @@ public:
     void setDelegate(std::weak_ptr<Delegate> delegate) { _delegate = std::move(delegate); }
     std::shared_ptr<Delegate> delegate() const { return _delegate.lock(); }
 
-    void insertAndTell(const Pointer &item) { tellAdded(this->insertSorted(item)); }
-    void tellAdded(StoreIndex index) const
+    void addObserver(Delegate &observer) { _observers.add(observer); }
+    void removeObserver(Delegate &observer) { _observers.remove(observer); }
+
+    // Nothing for an URL that is listed: two rows would share one file, and a deletion of either would take it.
+    void insertAndTell(const Pointer &item)
+    {
+        if (this->indexOfURL(item->url()) == NotFound)
+            tellAdded(this->insertSorted(item));
+    }
+    void tellAdded(StoreIndex index) const { tell(Added, index); }
+    void tell(void (Delegate::*change)(StoreIndex), StoreIndex index) const
     {
         if (const auto delegate = _delegate.lock())
-            ((*delegate).*Added)(index);
+            ((*delegate).*change)(index);
+        _observers.tell(change, index);
     }
 
     // Finds the item by identity, wherever it stands by now; false when it has gone.
@@ -30,13 +41,13 @@ public:
         const StoreIndex index = this->remove(item);
         if (index == NotFound)
             return false;
-        if (const auto delegate = _delegate.lock())
-            ((*delegate).*Deleted)(index);
+        tell(Deleted, index);
         return true;
     }
 
 private:
     std::weak_ptr<Delegate> _delegate;
+    Observers<Delegate> _observers;
 };
 
 } // namespace cvtamber

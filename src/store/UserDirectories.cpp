@@ -38,7 +38,8 @@ void moveDirectoryToTrash(StoreContext &context, const FileURL &directory)
 
 void clearNow(StoreContext &context, const FileURL &directory)
 {
-    if (!context.disk.isFolder(directory))
+    // A young one may still be on its way: copied in, or made by another program.
+    if (!context.disk.isFolder(directory) || context.disk.isYoung(directory))
         return;
     if (context.disk.isEmptyFolder(directory)) {
         const FileResult removed = context.disk.remove(directory);

@@ -1,12 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/EventRunLoop.h"
 #include "base/PathBytes.h"
+#include "platform/desktop/ChosenFolderContainer.h"
 #include "platform/desktop/DesktopApplication.h"
 #include "platform/desktop/DesktopMail.h"
 #include "platform/desktop/DesktopPreview.h"
 #include "platform/desktop/FileUris.h"
 #include "platform/desktop/PortalRequest.h"
 #include "simulator_bluez/PrivateBus.h"
+#include "support/ManualRunLoop.h"
+#include "support/ManualTaskRunner.h"
+#include "support/MemoryDefaults.h"
+#include "support/RecordingLog.h"
 #include "support/Rows.h"
 #include "support/TemporaryLocations.h"
 
@@ -298,6 +303,38 @@ private slots:
         preview.show(file.fileName(), [&result](bool shown) { result = shown ? 1 : 0; });
         QTRY_COMPARE(result, 1);
         QCOMPARE(portal.called, u"org.freedesktop.portal.OpenURI.OpenFile"_s);
+    }
+
+    // What is written to the place under a disk would be covered when the disk is back.
+    void aFolderWithoutItsStoreIsNotThere()
+    {
+        const QTemporaryDir folder;
+        ManualRunLoop loop;
+        ManualTaskRunner tasks(loop);
+        RecordingLog log;
+        MemoryDefaults defaults;
+        defaults.values.insert(u"cloudFolder"_s, folder.path());
+        ChosenFolderContainer container({loop, tasks, FileOperations::system(), log, defaults});
+        const auto isThere = [&container] {
+            container.takeChoice();
+            return !container.url().isNil();
+        };
+        QVERIFY(isThere());
+        container.storeOpened();
+        container.storeOpened();
+        QVERIFY(isThere());
+        const QString documents = folder.filePath(u"Documents"_s);
+        const QString away = folder.filePath(u"away"_s);
+        QVERIFY(QDir().rename(documents, away));
+        QVERIFY(!isThere());
+        QVERIFY(!QFileInfo::exists(documents));
+        QVERIFY(QFile::link(away, documents));
+        QVERIFY(isThere());
+        QVERIFY(container.isUbiquitousItem(FileURL::directory(away % u"/ActiveUsers")));
+        // Chosen again.
+        QVERIFY(QFile::remove(documents) && !isThere());
+        defaults.values.remove(u"cloudStore"_s);
+        QVERIFY(isThere());
     }
 
 private:

@@ -41,7 +41,7 @@ private slots:
             QStringList{u"a (conflicted copy 2026-11-23 101500).tamber here!"_s, u"a.tamber here"_s,
                         u"b.sync-conflict-20261123-101500-ABCDEFG.tamber cloud!"_s});
         row("on their way, and records",
-            QStringList{u".syncthing.a.tamber.tmp"_s, u".cvtamber-1.a.tamber"_s, u".stversions/a.tamber"_s,
+            QStringList{u".syncthing.a.tamber.tmp"_s, u".cvtamber-0000000000001"_s, u".stversions/a.tamber"_s,
                         u"desktop.ini"_s},
             QStringList{});
         row("hidden ones of programs nobody has heard of",

@@ -28,10 +28,7 @@ public:
             _recording.note(What::SyncFile, _recording._root, {}, _number);
         return error;
     }
-    std::error_code takeOverPermissions(const QString &path) override
-    {
-        return _file->takeOverPermissions(path);
-    }
+    void takeOverPermissions(const QString &path) override { _file->takeOverPermissions(path); }
     FileStamp stamp() const override { return _file->stamp(); }
 
 private:

@@ -19,6 +19,8 @@ private slots:
     void knowsATitle();
     void addsAtOnce();
     void keepsWhatHasTheName();
+    void savesUnderAFreeTitle_data();
+    void savesUnderAFreeTitle();
     void savesNothingWithoutAParent();
     void deletesWhatWasMeant_data();
     void deletesWhatWasMeant();
@@ -26,7 +28,8 @@ private slots:
     void renames();
     void keepsUnsavedText_data();
     void keepsUnsavedText();
-    void movesADocumentThoughItFails();
+    void aFailedMoveLeavesWhatIsThere_data();
+    void aFailedMoveLeavesWhatIsThere();
     void keepsFolders();
     void movesFolders_data();
     void movesFolders();
@@ -112,16 +115,17 @@ void tst_Containers::addsAtOnce()
 void tst_Containers::keepsWhatHasTheName()
 {
     ContainerBench bench;
-    bench.rig.put(u"one/a.tamber"_qs, "first");
     bench.rig.put(u"one/b.tamber"_qs, "other");
     const auto box = bench.open();
+    box->addFileWithName(u"b"_qs, u"not listed"_qs);
+    bench.rig.put(u"one/a.tamber"_qs, "first");
     FileResult saved;
     const auto second =
         box->addFileWithName(u"a"_qs, u"second"_qs, [&](const FileResult &result) { saved = result; });
     bench.rig.settle();
     QCOMPARE(saved.outcome, FileResult::Outcome::AlreadyExists);
-    QCOMPARE(box->files().size(), 3U);
-    QCOMPARE(bench.told(What::Save), 1);
+    QCOMPARE(box->files().size(), 2U);
+    QCOMPARE(bench.told(What::Save), 2);
     // The second one has no file of its own that could be moved or removed.
     box->renameFileAtIndex(box->indexOfFile(second), u"c"_qs);
     bench.rig.settle();
@@ -129,7 +133,34 @@ void tst_Containers::keepsWhatHasTheName()
     bench.rig.settle();
     QCOMPARE(bench.rig.names(u"one"_qs), QStringList({u"a.tamber"_qs, u"b.tamber"_qs}));
     QCOMPARE(bench.rig.bytes(u"one/a.tamber"_qs), QByteArray("first"));
-    QCOMPARE(ContainerBench::names(*box), QStringList({u"a.tamber"_qs, u"b.tamber"_qs}));
+    QCOMPARE(ContainerBench::names(*box), QStringList(u"b.tamber"_qs));
+}
+
+void tst_Containers::savesUnderAFreeTitle_data()
+{
+    columns<QString, bool, QString>("title", "isDiskDeaf", "saved");
+    row("free", u"Diary"_qs, false, u"Diary"_qs);
+    row("listed and on the disk", u"letter"_qs, false, u"letter 4"_qs);
+    row("the disk does not say", u"Letter"_qs, true, u"Letter 3"_qs);
+}
+
+void tst_Containers::savesUnderAFreeTitle()
+{
+    QFETCH(QString, title);
+    ContainerBench bench;
+    bench.rig.put(u"one/Letter.tamber"_qs, "1");
+    bench.rig.put(u"one/LETTER 2.tamber"_qs, "2");
+    const auto box = bench.open();
+    bench.rig.put(u"one/letter 3.tamber"_qs, "3");
+    QFETCH(bool, isDiskDeaf);
+    if (isDiskDeaf)
+        bench.refuse(FaultyFileOperations::Call::Status);
+    QString under;
+    box->saveUnderFreeTitle(title, u"text"_qs,
+                            [&](const QString &saved, const FileResult &) { under = saved; });
+    QVERIFY(bench.operations.calls() < 30);
+    bench.rig.settle();
+    QTEST(under, "saved");
 }
 
 void tst_Containers::savesNothingWithoutAParent()
@@ -255,23 +286,36 @@ void tst_Containers::keepsUnsavedText()
     QVERIFY(bench.rig.told->problems.isEmpty());
 }
 
-void tst_Containers::movesADocumentThoughItFails()
+void tst_Containers::aFailedMoveLeavesWhatIsThere_data()
 {
+    columns<QString, QString>("why", "heard");
+    row("the title is in use", u"listed"_qs, QString());
+    row("a file that is not listed has the name", u"unlisted"_qs, QString());
+    row("the disk refuses", u"refused"_qs, QString());
+    row("the file has gone", u"gone"_qs, u"-0"_qs);
+}
+
+void tst_Containers::aFailedMoveLeavesWhatIsThere()
+{
+    QFETCH(QString, why);
     ContainerBench bench;
     bench.rig.put(u"one/a.tamber"_qs, "one");
-    bench.rig.put(u"two/a.tamber"_qs, "two");
+    if (why == u"listed")
+        bench.rig.put(u"two/A.tamber"_qs, "two");
     const auto box = bench.open();
     const auto other = bench.open(u"two"_qs);
+    if (why == u"unlisted")
+        bench.rig.put(u"two/a.tamber"_qs, "two");
+    else if (why == u"refused")
+        bench.refuse(FaultyFileOperations::Call::RenameToNewName);
+    else if (why == u"gone")
+        bench.rig.erase(u"one/a.tamber"_qs);
     box->moveFile(box->files().front(), other);
     bench.rig.settle();
-    QCOMPARE(bench.delegate->take(), u"-0 +1"_qs);
+    QTEST(bench.delegate->take(), "heard");
     QCOMPARE(bench.told(What::Move), 1);
-    QCOMPARE(bench.rig.bytes(u"one/a.tamber"_qs), QByteArray("one"));
-    QCOMPARE(bench.rig.bytes(u"two/a.tamber"_qs), QByteArray("two"));
-    QVERIFY(bench.rig.log.lines.contains(u"[info] success: 0"_qs));
-    // The next load agrees with the disk again.
-    QCOMPARE(bench.open()->files().size(), 1U);
-    QCOMPARE(bench.open(u"two"_qs)->files().size(), 1U);
+    QCOMPARE(bench.rig.names(u"one"_qs), ContainerBench::names(*box));
+    QCOMPARE(bench.rig.bytes(u"one/a.tamber"_qs), why == u"gone" ? QByteArray() : QByteArray("one"));
 }
 
 void tst_Containers::keepsFolders()
@@ -375,6 +419,7 @@ void tst_Containers::deletesItsStorage_data()
     row("documents and a folder", some, QString(), u"yes"_qs, QStringList());
     row("a folder alone", some.last(2), QString(), u"yes"_qs, QStringList());
     row("a folder without its record", some.mid(2, 1), QString(), u"yes"_qs, QStringList());
+    row("a document has gone already", some, u"gone"_qs, u"yes"_qs, QStringList());
     // Kept as they are: nothing is heard when a document cannot be removed, and the folders stay.
     row("a document stays", some, u"b.tamber"_qs, QString(), QStringList({u"F"_qs, u"b.tamber"_qs}));
     row("a folder's document stays", some, u"F/a.tamber"_qs, QString(), QStringList({u"F"_qs}));
@@ -389,14 +434,17 @@ void tst_Containers::deletesItsStorage()
     for (const QString &path : paths)
         bench.rig.put(u"one/" + path, "text\n");
     const auto box = bench.open();
-    if (!refused.isEmpty())
+    const bool isGone = refused == u"gone";
+    if (isGone)
+        bench.rig.erase(u"one/b.tamber"_qs);
+    else if (!refused.isEmpty())
         bench.operations.failPath(bench.rig.path(u"one/" + refused), std::errc::io_error);
     QStringList reports;
     box->deleteStorageWithCompletion([&](bool ok) { reports.append(ok ? u"yes"_qs : u"no"_qs); });
     bench.rig.settle();
     QTEST(reports.join(u' '), "reports");
     QTEST(bench.rig.names(u"one"_qs), "left");
-    QCOMPARE(bench.told(What::Delete), refused.isEmpty() ? 0 : 1);
+    QCOMPARE(bench.told(What::Delete), refused.isEmpty() || isGone ? 0 : 1);
     QCOMPARE(bench.delegate->take(), QString());
 }
 

@@ -263,6 +263,32 @@ private slots:
         QCOMPARE(rig.files.count(Kind::Replace), size_t(4));
     }
 
+    void triesANewOneAgain()
+    {
+        Rig rig;
+        rig.document->setText(u"mine"_s);
+        rig.document->saveToURL(rig.document->url(), Save::ForCreating, rig.end());
+        rig.document->closeWithCompletionHandler({});
+        rig.refuse();
+        rig.refuse();
+        QCOMPARE(rig.told->count(What::Save), 1);
+        QCOMPARE(rig.problems.unsaved().size(), 1U);
+        // It is read from memory meanwhile, and what tries all again hears the truth.
+        rig.document->openWithCompletionHandler(rig.end());
+        rig.refuse(refused(Outcome::Missing));
+        QCOMPARE(rig.document->text(), u"mine"_s);
+        int tried = 0;
+        rig.problems.saveUnsaved([&] { ++tried; });
+        rig.refuse();
+        QCOMPARE(tried, 1);
+        QCOMPARE(rig.problems.unsaved().size(), 1U);
+        QCOMPARE(rig.ends, (QList<bool>{false, true}));
+        rig.loop.advance(5s);
+        rig.answerWrite(1);
+        QVERIFY(!rig.document->hasUnsavedChanges());
+        QVERIFY(rig.problems.unsaved().empty());
+    }
+
     void savesBeforeItCloses()
     {
         Rig rig;

@@ -9,6 +9,7 @@
 
 using namespace cvtamber;
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 using What = StoreProblem::What;
 using Kind = ScriptedFileCoordinator::Kind;
 using Faulty = FaultyFileOperations::Call;
@@ -41,9 +42,8 @@ private:
     std::shared_ptr<TamberUsers> openScripted()
     {
         _coordinator = std::make_unique<ScriptedFileCoordinator>(rig().loop, &rig().disk);
-        _scripted = std::make_unique<StoreContext>(StoreContext{rig().loop, rig().disk, *_coordinator,
-                                                                rig().cloud, rig().trash, rig().notifications,
-                                                                rig().problems, rig().log});
+        _scripted.reset(new StoreContext{rig().loop, rig().disk, *_coordinator, rig().cloud, rig().trash,
+                                         rig().notifications, rig().problems, rig().log});
         return _bench->open(*_scripted);
     }
     void finish()
@@ -119,7 +119,7 @@ private slots:
     {
         columns<QString, bool, bool, int, int>("content", "trashFails", "stays", "inTrash", "told");
         row("nothing", u""_s, false, false, 0, -1);
-        row("a leftover of ours", u".cvtamber-1"_s, false, false, 0, -1);
+        row("a leftover of ours", u".cvtamber-0000000000001"_s, false, true, 1, -1);
         row("a document", u"Letter.tamber"_s, false, false, 1, int(What::MovedToTrash));
         row("a folder", Bert % u"/folder.dat"_s, false, false, 1, int(What::MovedToTrash));
         row("a foreign hidden file", u".stfolder"_s, false, false, 1, int(What::MovedToTrash));
@@ -137,6 +137,7 @@ private slots:
         rig().makeFolder(active(Bert));
         if (!content.isEmpty())
             rig().put(active(Bert % u'/' % content), "x");
+        rig().age(active(Bert));
         if (trashFails)
             rig().trash.failure = {FileResult::Outcome::Failed, u"no trash"_s};
         const auto users = _bench->open();
@@ -217,6 +218,43 @@ private slots:
         rig().settle();
         QCOMPARE(RegistryBench::namesOf(*users), (QStringList{u"Anna"_s, u"Bert"_s}));
         QCOMPARE(rig().told->count(What::Create), 1);
+    }
+
+    // Else the next start takes her directory for one without a user.
+    void aRecordThatCouldNotBeWrittenIsTriedAgain_data()
+    {
+        columns<QString>("when");
+        row("later", u"later"_s);
+        row("before her first document", u"document"_s);
+        row("before the first one in a folder", u"folder"_s);
+        row("at the end", u"end"_s);
+    }
+    void aRecordThatCouldNotBeWrittenIsTriedAgain()
+    {
+        QFETCH(QString, when);
+        const auto users = _bench->open();
+        _operations->failEvery(Faulty::CreateFile, std::errc::no_space_on_device);
+        if (when == u"later")
+            _operations->failEvery(Faulty::MakeFolder, std::errc::no_space_on_device);
+        users->addUserWithFirstName(u"Anna"_s, {}, {});
+        const auto user = users->users().front();
+        const auto folder = user->addFolderWithName(u"Maths"_s);
+        rig().settle();
+        rig().loop.advance(6s);
+        rig().settle();
+        QCOMPARE(rig().told->count(What::Save), folder ? 2 : 1);
+        _operations->clear();
+        if (when == u"later")
+            rig().loop.advance(5s);
+        else if (when == u"document")
+            user->addFileWithName(u"Letter"_s, u"text"_s);
+        else if (when == u"folder")
+            folder->addFileWithName(u"Letter"_s, u"text"_s);
+        else
+            _bench->storage->close();
+        rig().settle();
+        QCOMPARE(rig().bytes(active(user->folder() % u"/user.txt"_s)), "Anna\n\n\n"_ba);
+        QCOMPARE(rig().problems.unsaved().count(user.get()), 0U);
     }
 
     void namesAreSavedTogetherAndOnlyWhenTheyDiffer()
@@ -333,7 +371,7 @@ private slots:
         rig().put(u"ArchivedUsers/"_s % Anna % u"/Letter.tamber"_s, "there before");
         _bench->take();
         users->moveUser(user, archive);
-        QCOMPARE(_bench->take(), QStringList{u"will delete Anna"_s});
+        QCOMPARE(_bench->take(), (QStringList{u"will delete Anna"_s, u"added Anna"_s}));
         QCOMPARE(RegistryBench::namesOf(*users), QStringList{u"Anna"_s});
         QCOMPARE(rig().told->count(What::Move), 1);
         QCOMPARE(rig().bytes(u"ArchivedUsers/"_s % Anna % u"/Letter.tamber"_s), "there before"_ba);

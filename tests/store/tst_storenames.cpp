@@ -54,7 +54,7 @@ constexpr const char *Temporaries[] = {"~syncthing~Letter.tamber.tmp",
                                        ".#Letter.tamber",
                                        "Letter.tamber~",
                                        ".Letter.tamber.swp",
-                                       ".cvtamber-1234",
+                                       ".cvtamber-0000000001234",
                                        "Letter.tamber.part.nextcloud",
                                        ".goutputstream-A1B2C3"};
 constexpr const char *Ordinary[] = {"Letter.tamber",

@@ -23,7 +23,6 @@ public:
         CreateFile,
         Write,
         Sync,
-        TakeOverPermissions,
         MakeFolder,
         Rename,
         RenameToNewName,
@@ -157,11 +156,7 @@ private:
             const auto error = _owner.fault(Call::Sync, _path);
             return error ? error : _file->sync();
         }
-        std::error_code takeOverPermissions(const QString &path) override
-        {
-            const auto error = _owner.fault(Call::TakeOverPermissions, path);
-            return error ? error : _file->takeOverPermissions(path);
-        }
+        void takeOverPermissions(const QString &path) override { _file->takeOverPermissions(path); }
         FileStamp stamp() const override { return _file->stamp(); }
 
     private:

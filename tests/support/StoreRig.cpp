@@ -2,7 +2,13 @@
 #include "support/StoreRig.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
+
+#include <array>
+
+#include <fcntl.h>
+#include <sys/stat.h>
 
 namespace cvtamber {
 
@@ -53,6 +59,21 @@ void StoreRig::erase(const QString &relative) const
 {
     if (!QFile::remove(path(relative)))
         QDir(path(relative)).removeRecursively();
+}
+
+void StoreRig::age(const QString &relative) const
+{
+    const timespec then{::time(nullptr) - 3700, 0};
+    const std::array<timespec, 2> times{then, then};
+    QStringList paths{path(relative)};
+    QDirIterator below(path(relative), QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                       QDirIterator::Subdirectories);
+    while (below.hasNext())
+        paths.append(below.next());
+    for (const QString &aged : paths)
+        if (::utimensat(AT_FDCWD, QFile::encodeName(aged).constData(), times.data(), AT_SYMLINK_NOFOLLOW) !=
+            0)
+            qFatal("The test's own file could not be made older");
 }
 
 QByteArray StoreRig::bytes(const QString &relative) const

@@ -61,6 +61,7 @@ public:
     void put(const QString &relative, const QByteArray &bytes) const; // makes the folders too
     void makeFolder(const QString &relative) const;
     void erase(const QString &relative) const; // a folder with all that is in it
+    void age(const QString &relative) const;   // with all that is in it: touched more than an hour ago
     QByteArray bytes(const QString &relative) const;
     bool has(const QString &relative) const;
     // Sorted, hidden names too.

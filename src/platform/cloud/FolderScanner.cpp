@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/cloud/FolderScanner.h"
 
+#include "base/HiddenFile.h"
 #include "store/CloudNames.h"
 #include "store/StoreNames.h"
 
@@ -147,7 +148,7 @@ void FolderScanner::sortOut(QList<FolderEntry> &&entries, ScannedFolder &folder,
 
 void FolderScanner::addFile(const QString &name, Names &names) const
 {
-    if (isLeftover(name))
+    if (isHiddenName(name))
         return;
     if (isSyncTemporary(name)) {
         if (const QString behind = nameBehindDownload(name); !behind.isNull())

@@ -10,6 +10,7 @@
 #include "store/CloudNames.h"
 
 #include <QDir>
+#include <QFileInfo>
 
 using namespace Qt::StringLiterals;
 
@@ -24,6 +25,11 @@ FileResult stillInCloud()
 {
     return {Outcome::Failed,
             u"this file is still in the cloud; make it available offline in the sync program"_s};
+}
+
+bool isBelow(const QString &path, const QString &folder)
+{
+    return path == folder || path.startsWith(folder.endsWith(u'/') ? folder : QString(folder % u'/'));
 }
 
 } // namespace
@@ -56,6 +62,8 @@ FileURL SyncedFolderContainer::url() const
     const QString documents = _folder.appendingDirectory(u"Documents"_s).path();
     if (operations.status(documents).kind == Kind::Missing)
         operations.makeFolder(documents);
+    const std::lock_guard lock(_mutex);
+    _documents = QFileInfo(documents).canonicalFilePath();
     return _folder;
 }
 
@@ -64,8 +72,8 @@ bool SyncedFolderContainer::isUbiquitousItem(const FileURL &url) const
     if (url.isNil() || _folder.isNil())
         return false;
     const QString path = QDir::cleanPath(url.path());
-    const QString folder = _folder.path();
-    return path == folder || path.startsWith(folder.endsWith(u'/') ? folder : QString(folder % u'/'));
+    const std::lock_guard lock(_mutex);
+    return isBelow(path, _folder.path()) || (!_documents.isEmpty() && isBelow(path, _documents));
 }
 
 FileResult SyncedFolderContainer::startDownloading(const FileURL &url)

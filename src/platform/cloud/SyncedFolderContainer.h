@@ -5,6 +5,7 @@
 #include "store/CloudContainer.h"
 
 #include <memory>
+#include <mutex>
 #include <set>
 
 namespace cvtamber {
@@ -39,6 +40,9 @@ private:
     const FolderFollower::Surroundings _surroundings;
     const FileURL _folder;
     const QString _runtimeFolder;
+    // Where "Documents" leads to, when it was asked for last; url() is asked from the background too.
+    mutable std::mutex _mutex;
+    mutable QString _documents;
     // Sockets at which the last request could not be handed over.
     std::shared_ptr<std::set<QString>> _deaf;
 };

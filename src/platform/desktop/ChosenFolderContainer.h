@@ -10,8 +10,10 @@ namespace cvtamber {
 
 class UserDefaults;
 
-// The cloud container in the folder that the person has chosen: the user default "cloudFolder", an absolute path. Without
-// one, or where that folder is not there, there is no container.
+// The cloud container in the folder that the person has chosen (CloudFolderDefault). Without one, or where that folder is
+// not there, there is no container. Nor is there one where a store has been opened in that folder and its mark is not
+// there: the folder is the place under a disk that is not mounted, and what is written to it would be covered later. To
+// choose the folder again ends that.
 //
 // What is given outlives it.
 class ChosenFolderContainer final : public CloudContainer
@@ -36,15 +38,23 @@ public:
     bool isUbiquitousItem(const FileURL &url) const override;
     FileResult startDownloading(const FileURL &url) override;
     std::unique_ptr<MetadataQuery> makeQuery() override;
+    void storeOpened() override;
 
 private:
-    std::shared_ptr<SyncedFolderContainer> container() const;
+    struct Choice
+    {
+        QString folder;
+        std::shared_ptr<SyncedFolderContainer> container;
+        bool hasHeldStore = false;
+    };
+
+    Choice choice() const;
+    std::shared_ptr<SyncedFolderContainer> container() const { return choice().container; }
 
     const Surroundings _surroundings;
-    QString _folder;
-    // Guards the pointer alone, for url(), which start-up asks from the background.
+    // Guards the choice, for url(), which start-up asks from the background.
     mutable std::mutex _mutex;
-    std::shared_ptr<SyncedFolderContainer> _container;
+    Choice _choice;
 };
 
 } // namespace cvtamber

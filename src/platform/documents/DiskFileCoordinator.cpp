@@ -140,8 +140,10 @@ void DiskFileCoordinator::move(const FileURL &from, const FileURL &to, Completio
 
 void DiskFileCoordinator::sweep(const FileURL &directory, const QStringList &leftovers)
 {
-    auto work = [&disk = _disk, directory, leftovers] {
-        disk.sweep(directory, leftovers.isEmpty() ? disk.list(directory).leftovers : leftovers);
+    auto work = [&disk = _disk, &trash = _trash, directory, leftovers] {
+        const QStringList found = leftovers.isEmpty() ? disk.list(directory).leftovers : leftovers;
+        for (const QString &name : disk.oldLeftovers(directory, found))
+            trash.moveToTrash(directory.appendingFile(name));
         return FileResult();
     };
     submit<FileResult>({directory}, std::move(work), nullptr);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "store/modelcheck/CloudRun.h"
 
+#include "base/HiddenFile.h"
 #include "store/CloudNames.h"
 #include "store/StoreNames.h"
 
@@ -299,7 +300,7 @@ QStringList CloudRun::places() const
     while (files.hasNext()) {
         const FileURL url = FileURL::file(files.next());
         const QString real = nameBehindPlaceholder(url.lastPathComponent());
-        if (!isLeftover(url.lastPathComponent()))
+        if (!isHiddenName(url.lastPathComponent()))
             all.append(
                 _bench.placeOf(real.isNull() ? url : url.deletingLastPathComponent().appendingFile(real)));
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "store/modelcheck/StoreBench.h"
 
+#include "base/HiddenFile.h"
 #include "store/CloudNames.h"
 #include "store/StoreNames.h"
 
@@ -220,7 +221,8 @@ QStringList StoreBench::lostTexts() const
     while (files.hasNext()) {
         const QString path = files.next();
         // What will be swept is no place for a text.
-        if (!path.contains(QString(u'/' % LeftoverPrefix)))
+        const auto parts = QStringView(path).split(u'/');
+        if (std::none_of(parts.begin(), parts.end(), &isHiddenName))
             found.insert(textOf(path));
     }
     QStringList lost;
