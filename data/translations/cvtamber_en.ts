@@ -1095,6 +1095,10 @@
         <source>The text has not been saved yet.</source>
         <translation>The text has not been saved yet.</translation>
     </message>
+    <message id="The cloud folder is not there. Its documents are shown when it is back.">
+        <source>The cloud folder is not there. Its documents are shown when it is back.</source>
+        <translation>The cloud folder is not there. Its documents are shown when it is back.</translation>
+    </message>
     <message id="There is no place for documents. Choose one in the settings.">
         <source>There is no place for documents. Choose one in the settings.</source>
         <translation>There is no place for documents. Choose one in the settings.</translation>
@@ -1270,6 +1274,14 @@
     <message id="This part of the page is fixed. Write after it.">
         <source>This part of the page is fixed. Write after it.</source>
         <translation>This part of the page is fixed. Write after it.</translation>
+    </message>
+    <message id="Not everything is saved">
+        <source>Not everything is saved</source>
+        <translation>Not everything is saved</translation>
+    </message>
+    <message id="%@ more could not be saved.">
+        <source>%@ more could not be saved.</source>
+        <translation>%@ more could not be saved.</translation>
     </message>
     <message id="Not sent: the Corvane would take { or } for a command. Write ( and ) instead.">
         <source>Not sent: the Corvane would take { or } for a command. Write ( and ) instead.</source>

@@ -334,18 +334,14 @@ void ContainerDeviceActions::startDownload(const QString &file)
 void ContainerDeviceActions::keepDownload(const CVTransferViewController &transfer)
 {
     _screen.context().log.info(SystemLog::masked(transfer.downloadedString()));
-    const auto &container = _screen.contents().filesContainer();
-    if (!container)
-        return;
-    // The disk too: a cloud container lists a document only when it has been reported.
-    const auto isTaken = [&](const QString &wanted) {
-        return container->fileExists(wanted) ||
-               _screen.context().store.disk.exists(container->url().appendingFile(documentFileName(wanted)));
-    };
-    const QString title = nextFreeTitle(transfer.nameToKeep(), isTaken);
-    container->addFileWithName(title, transfer.downloadedString());
-    if (title != transfer.downloadedFileName())
-        _screen.context().presenter.showNotice(localizedFormat("Saved as %@.", title));
+    if (const auto &container = _screen.contents().filesContainer())
+        container->saveUnderFreeTitle(
+            transfer.nameToKeep(), transfer.downloadedString(),
+            [&presenter = _screen.context().presenter,
+             wanted = transfer.downloadedFileName()](const QString &title, const FileResult &result) {
+                if (result.ok() && title != wanted)
+                    presenter.showNotice(localizedFormat("Saved as %@.", title));
+            });
 }
 
 // Transfers

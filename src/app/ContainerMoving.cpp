@@ -53,7 +53,6 @@ template<typename Place> void ContainerMoving::finishPicking(const std::shared_p
     if (!picker || controller.presentedViewController() != picker)
         return;
     controller.dismissViewController(true, _screen.whileAlive([this, item = std::exchange(_item, {}), place] {
-        _screen.takeContainerBack();
         if (place)
             moveTo(item, place);
     }));

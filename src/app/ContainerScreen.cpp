@@ -75,12 +75,6 @@ void ContainerScreen::openText(const std::shared_ptr<TamberDocument> &document,
     }));
 }
 
-void ContainerScreen::takeContainerBack() const
-{
-    _controller.becomeDelegate();
-    _controller.reloadData();
-}
-
 void ContainerScreen::reload() const
 {
     _controller.reloadData();

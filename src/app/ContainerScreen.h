@@ -37,8 +37,6 @@ public:
     // Opens the document, which stays open, and hands over its text. Nothing when that fails: the store tells it.
     void openText(const std::shared_ptr<TamberDocument> &document,
                   const std::function<void(const QString &text)> &opened) const;
-    // Hears of the container's changes from now on, and shows those that went to another.
-    void takeContainerBack() const;
     void reload() const;
 
     // The action, for later: it is dropped when the screen has gone by then.

@@ -30,6 +30,9 @@ namespace {
 
 const QString PreviousCloudOn = QStringLiteral("prev_iCloudOn");
 const QString SelectedTab = QStringLiteral("selectedTab");
+constexpr qsizetype MostUnsavedTold = 3;
+// How often a place of the store that is not there is looked for.
+constexpr std::chrono::seconds StoreLook{5};
 
 QString shownOptions(const std::optional<LaunchOptions> &options)
 {
@@ -39,6 +42,23 @@ QString shownOptions(const std::optional<LaunchOptions> &options)
     for (const QString &file : options->files)
         files.append(loggedURL(FileURL::file(file)));
     return u'(' % files.join(u", "_s) % u')';
+}
+
+// Above the tabs, the lowest first.
+std::vector<ViewController *> presentedScreens(const std::shared_ptr<TabBarController> &tabs)
+{
+    std::vector<ViewController *> screens;
+    for (auto screen = tabs ? tabs->presentedViewController() : nullptr; screen;
+         screen = screen->presentedViewController())
+        screens.push_back(screen.get());
+    return screens;
+}
+
+// What a navigation was made for; a screen without one itself.
+ViewController *rootOf(ViewController *screen)
+{
+    const auto *const navigation = dynamic_cast<NavigationController *>(screen);
+    return navigation && navigation->depth() > 0 ? navigation->viewControllers().front().get() : screen;
 }
 
 QString shownAddress(const void *object)
@@ -53,6 +73,7 @@ MAppDelegate::MAppDelegate(const AppServices &services)
     , _inbox(services.store, services.tasks, services.locations)
     , _notices(std::make_shared<StoreNotices>(services.presenter))
     , _presentLater(services.store.runLoop)
+    , _lookLater(services.store.runLoop)
 {}
 
 MAppDelegate::~MAppDelegate() = default;
@@ -90,6 +111,54 @@ void MAppDelegate::createDevice()
                                 *_services.device.bluetoothManager, _services.defaults, _services.locations,
                                 _services.mail, _services.preview, _services.store.log,
                                 _services.store.notifications, *_reconnector});
+}
+
+bool MAppDelegate::windowShouldClose(std::function<void()> mayClose)
+{
+    for (ViewController *screen : presentedScreens(_tabController)) {
+        auto *const editor = dynamic_cast<MTextEditViewController *>(rootOf(screen));
+        if (editor && editor->isUnsaved()) {
+            editor->close(std::move(mayClose));
+            return false;
+        }
+    }
+    if (_closesUnsaved || _services.store.problems.unsaved().empty())
+        return true;
+    _services.store.problems.saveUnsaved([delegate = weak_from_this(), mayClose = std::move(mayClose)] {
+        if (const auto self = delegate.lock())
+            self->askAboutUnsaved(mayClose);
+    });
+    return false;
+}
+
+// Once all has been tried again.
+void MAppDelegate::askAboutUnsaved(const std::function<void()> &mayClose)
+{
+    const auto &unsaved = _services.store.problems.unsaved();
+    if (unsaved.empty()) {
+        mayClose();
+        return;
+    }
+    QStringList lost;
+    for (const auto &[owner, item] : unsaved)
+        lost.append(StoreNotices::textOf({StoreProblem::What::Save, item.url, item.why, {}}));
+    if (const qsizetype more = lost.size() - MostUnsavedTold; more > 0)
+        lost = lost.first(MostUnsavedTold)
+               << localizedFormat("%@ more could not be saved.", QString::number(more));
+    AlertView alert;
+    alert.title = localized("Not everything is saved");
+    alert.message = lost.join(u'\n');
+    alert.buttons = {localized("Cancel"), localized("6.3")};
+    alert.cancelButtonIndex = 0;
+    alert.didDismiss = [delegate = weak_from_this(), mayClose](const AlertView &asked, int button,
+                                                               const QString &) {
+        const auto self = delegate.lock();
+        if (!self || button == asked.cancelButtonIndex)
+            return;
+        self->_closesUnsaved = true;
+        mayClose();
+    };
+    _services.presenter.showAlert(alert);
 }
 
 void MAppDelegate::applicationWillTerminate()
@@ -221,22 +290,52 @@ void MAppDelegate::lookForStoreAgain()
         closeStorage();
         showRegistries();
     }
-    const bool isCloud = _services.defaults.boolValue(CloudOn);
-    makeStorage(_services.store, isCloud ? ubiquotusStorageURL() : localStorageURL());
+    const FileURL place = wishedStorageURL();
+    if (!_services.store.disk.isFolder(place)) {
+        _lookLater.start(StoreLook, [this] { lookForStoreAgain(); });
+        return;
+    }
+    makeStorage(_services.store, place);
     if (!gTamberStorage)
         return;
-    if (isCloud)
+    if (gTamberStorage->isUbiquitous())
         moveToiCloud();
     showRegistries();
+}
+
+FileURL MAppDelegate::wishedStorageURL() const
+{
+    return _services.defaults.boolValue(CloudOn) ? ubiquotusStorageURL() : localStorageURL();
 }
 
 void MAppDelegate::showRegistries()
 {
     if (!_tabController)
         return;
+    leaveOldStore();
     const auto storage = MGlobals::tamberStorage();
     _activeUsersController->setTamberUsers(storage ? storage->activeUsers() : nullptr);
     _archivedUsersController->setTamberUsers(storage ? storage->archivedUsers() : nullptr);
+    if (!storage)
+        _lookLater.start(StoreLook, [this] { lookForStoreAgain(); });
+}
+
+// What shows users or documents of the store before. An editor stays: its text may be saved nowhere.
+void MAppDelegate::leaveOldStore()
+{
+    for (ViewController *screen : presentedScreens(_tabController)) {
+        const bool isOfStore = dynamic_cast<TamberPickUserOrFolderViewController *>(screen) ||
+                               dynamic_cast<MEditUserDialog *>(rootOf(screen));
+        const auto below = isOfStore ? screen->presentingViewController() : nullptr;
+        if (below) {
+            below->dismissViewController(false);
+            break;
+        }
+    }
+    for (const auto &users : {_activeUsersController, _archivedUsersController}) {
+        if (const auto navigation = users->navigationController())
+            navigation->popToRootViewController(false);
+    }
 }
 
 void MAppDelegate::moveToiCloud()
@@ -247,6 +346,7 @@ void MAppDelegate::moveToiCloud()
 void MAppDelegate::tearDown()
 {
     _presentLater.cancel();
+    _lookLater.cancel();
     _imports.clear();
     _refusals.clear();
     _inbox.setReceiver({});

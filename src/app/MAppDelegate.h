@@ -65,6 +65,9 @@ public:
     void applicationWillResignActive() {}
     void applicationDidEnterBackground() {}
     void applicationWillEnterForeground() {}
+    // Whether the window may close now. Where an editor holds a text that is not saved, or the disk did not take something,
+    // a person is asked, and `mayClose` runs once it is saved or given up; then this is to be asked again.
+    bool windowShouldClose(std::function<void()> mayClose);
     // Ends the link in order; the device object takes about 2 seconds for it.
     void applicationWillTerminate();
     void applicationDidBecomeActive();
@@ -99,7 +102,10 @@ private:
     void storeLocated(const FileURL &cloudURL);
     void selectLastTab();
     void showRegistries();
+    void leaveOldStore();
+    void askAboutUnsaved(const std::function<void()> &mayClose);
     void lookForStoreAgain();
+    FileURL wishedStorageURL() const;
     FileURL localStorageURL() const;
     FileURL ubiquotusStorageURL() const;
 
@@ -125,11 +131,14 @@ private:
     std::shared_ptr<MUsersViewController> _archivedUsersController;
     FileURL _docToOpenURL;
     bool _isLocating = false;
+    // What the disk did not take is given up.
+    bool _closesUnsaved = false;
     // The first one is being presented or waits until nothing else is.
     std::deque<FileURL> _imports;
     // Sentences about files that cannot be opened, told together once all have been looked at.
     QStringList _refusals;
     DelayedCall _presentLater;
+    DelayedCall _lookLater;
 };
 
 } // namespace cvtamber

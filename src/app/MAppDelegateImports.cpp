@@ -194,15 +194,13 @@ QString MAppDelegate::waitingText()
 
 void MAppDelegate::addWaitingDocument(TamberFilesContainer &container, const QString &text)
 {
-    const QString title = nextFreeTitle(_docToOpenURL.nameWithoutExtension(),
-                                        [&](const QString &name) { return container.fileExists(name); });
     const auto saved = [url = _docToOpenURL, isWhole = !text.isNull(),
-                        delegate = weak_from_this()](const FileResult &result) {
+                        delegate = weak_from_this()](const QString &, const FileResult &result) {
         const auto self = delegate.lock();
         if (self && result.ok() && isWhole)
             self->removeHandedOver(url);
     };
-    container.addFileWithName(title, text, saved);
+    container.saveUnderFreeTitle(_docToOpenURL.nameWithoutExtension(), text, saved);
 }
 
 void MAppDelegate::usersViewControllerUserPicked(MUsersViewController &,

@@ -10,6 +10,8 @@
 #include "store/TamberUser.h"
 #include "ui/Texts.h"
 
+#include <utility>
+
 namespace cvtamber {
 
 MTextEditViewController::MTextEditViewController(AppContext &context)
@@ -57,7 +59,7 @@ void MTextEditViewController::viewDidLoad()
 void MTextEditViewController::addBarButtons()
 {
     using Kind = BarButtonItem::Kind;
-    setLeftItems({{Kind::Done, localized("Done"), true, [this] { closeClicked(); }}});
+    setLeftItems({{Kind::Done, localized("Done"), true, [this] { close({}); }}});
     if (!hasText())
         setRightItems({{Kind::Refresh, localized("Fetch again"), true, [this] { startFetch(); }}});
     else if (_showSaveButton)
@@ -131,27 +133,35 @@ void MTextEditViewController::hideKeyboardClicked()
 
 // Closing
 
-void MTextEditViewController::closeClicked()
+void MTextEditViewController::close(std::function<void()> closed)
 {
-    if (_showSaveButton && _isSaving) {
+    _closed = std::move(closed);
+    if (_isSaving)
         _closeAfterSave = true;
-        return;
-    }
-    if (!hasText() || !_showSaveButton || _isSaved) {
+    else if (isUnsaved())
+        askBeforeClosing();
+    else
         tellCancelled();
+}
+
+void MTextEditViewController::askBeforeClosing()
+{
+    if (std::exchange(_isAskingToClose, true))
         return;
-    }
     AlertView alert;
     alert.title = title();
     alert.message = localized("6.1");
     alert.buttons = {localized("Cancel"), localized("6.2"), localized("6.3")};
     alert.cancelButtonIndex = CloseCancelButton;
     alert.didDismiss = [this](const AlertView &, int buttonIndex, const QString &) {
+        _isAskingToClose = false;
         if (buttonIndex == SaveAndCloseButton) {
             _closeAfterSave = true;
             saveButtonClicked();
         } else if (buttonIndex == CloseUnsavedButton) {
             tellCancelled();
+        } else {
+            _closed = nullptr;
         }
     };
     showAlert(std::move(alert));
@@ -159,8 +169,11 @@ void MTextEditViewController::closeClicked()
 
 void MTextEditViewController::tellCancelled()
 {
+    _isClosed = true;
     if (const auto delegate = _delegate)
         delegate->editViewCancelled();
+    if (const auto closed = std::exchange(_closed, nullptr))
+        closed();
 }
 
 // Saving
@@ -194,6 +207,10 @@ void MTextEditViewController::placePicked(const ViewController &picker,
 {
     if (presentedViewController().get() != &picker)
         return;
+    if (place)
+        setSaving(true);
+    else
+        _closed = nullptr;
     const std::weak_ptr<MTextEditViewController> editor = self();
     dismissViewController(true, [editor, place] {
         const auto self = editor.lock();
@@ -204,16 +221,9 @@ void MTextEditViewController::placePicked(const ViewController &picker,
 
 void MTextEditViewController::saveTo(TamberFilesContainer &place)
 {
-    // The disk too: a place in the cloud lists a document only when it has been reported.
-    const auto isTaken = [&](const QString &wanted) {
-        return place.fileExists(wanted) ||
-               _context.store.disk.exists(place.url().appendingFile(documentFileName(wanted)));
-    };
-    const QString name = nextFreeTitle(title(), isTaken);
     const std::weak_ptr<MTextEditViewController> editor = self();
     _isSaved = true;
-    setSaving(true);
-    place.addFileWithName(name, _text, [editor, name](const FileResult &result) {
+    place.saveUnderFreeTitle(title(), _text, [editor](const QString &name, const FileResult &result) {
         if (const auto self = editor.lock())
             self->saveEnded(name, result);
     });
@@ -224,6 +234,7 @@ void MTextEditViewController::saveEnded(const QString &name, const FileResult &r
     setSaving(false);
     _isSaved = result.ok();
     if (!_isSaved) {
+        _closed = nullptr;
         tell("The text has not been saved yet.");
         return;
     }

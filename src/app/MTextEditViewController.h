@@ -30,7 +30,8 @@ public:
 // file's (setFile), or is fetched from the device when the screen first appears (setCvFileName).
 //
 //   unsaved -> saving (a place was picked) -> saved | unsaved (the save failed, which a notice tells)
-// While it is saving, closing waits for the outcome. Without a Save button nothing is asked on closing.
+// While it is saving, closing waits for the outcome. Without a Save button nothing is asked on closing. The end of the
+// program asks what Done asks.
 // Thread: main thread. Owner: shared, see ViewController.
 class MTextEditViewController final : public cvtamber::ViewController,
                                       public CVTransferControllerDelegate,
@@ -73,6 +74,12 @@ public:
     // Set while the save is under way too, and taken back when it fails.
     bool isSaved() const { return _isSaved; }
 
+    // A text that would be lost with the editor.
+    bool isUnsaved() const { return _showSaveButton && hasText() && !_isClosed && (!_isSaved || _isSaving); }
+    // As Done. `closed` runs once the text is saved or given up; not at all where the person keeps the editor or the save
+    // fails.
+    void close(std::function<void()> closed);
+
     // What a person does, through the view.
     Q_INVOKABLE void hideKeyboardClicked();
 
@@ -104,7 +111,7 @@ private:
     // A file of the device has none until it was fetched: there is nothing to save, and nothing to lose.
     bool hasText() const { return _cvFileName.isNull() || _isFetched; }
 
-    void closeClicked();
+    void askBeforeClosing();
     void tellCancelled();
     void saveButtonClicked();
     void placePicked(const ViewController &picker, const std::shared_ptr<TamberFilesContainer> &place);
@@ -132,6 +139,9 @@ private:
     bool _isSaved = false;
     bool _isSaving = false;
     bool _closeAfterSave = false;
+    bool _isAskingToClose = false;
+    bool _isClosed = false;
+    std::function<void()> _closed;
     std::weak_ptr<CVTransferViewController> _transferViewController;
 };
 

@@ -3,13 +3,15 @@
 
 #include "app/AppContext.h"
 #include "app/MGlobals.h"
+#include "app/StoreSwitch.h"
 #include "base/SystemLog.h"
+#include "base/UserDefaults.h"
+#include "store/CloudContainer.h"
 #include "store/TamberStorage.h"
 #include "store/TamberUser.h"
 #include "ui/Texts.h"
 
 #include <algorithm>
-#include <unordered_set>
 #include <utility>
 
 namespace cvtamber {
@@ -65,7 +67,6 @@ MUsersViewController::MUsersViewController(AppContext &context, std::shared_ptr<
     : TableViewController(context.presenter)
     , _context(context)
     , _list(list)
-    , _asRegistryDelegate(std::make_shared<char>(), this)
 {
     _userAddedObserver = _context.notifications.addObserver(
         TamberUsersUserAddedNotification.toString(),
@@ -77,40 +78,23 @@ MUsersViewController::MUsersViewController(AppContext &context, std::shared_ptr<
 MUsersViewController::~MUsersViewController()
 {
     _context.notifications.removeObserver(_userAddedObserver);
-    giveRegistryDelegateBack();
+    if (_tamberUsers)
+        _tamberUsers->removeObserver(*this);
 }
 
 // The registry
 
 void MUsersViewController::takeRegistry(const std::shared_ptr<TamberUsers> &tamberUsers)
 {
-    giveRegistryDelegateBack();
+    if (_tamberUsers)
+        _tamberUsers->removeObserver(*this);
     _sortedUsers.clear();
     _tamberUsers = tamberUsers;
     if (!_tamberUsers)
         return;
-    _previousRegistryDelegate = _tamberUsers->delegate();
-    becomeRegistryDelegate();
+    _tamberUsers->addObserver(*this);
     _sortedUsers = _tamberUsers->users();
     sortUsers();
-}
-
-void MUsersViewController::becomeRegistryDelegate()
-{
-    if (_tamberUsers)
-        _tamberUsers->setDelegate(_asRegistryDelegate);
-}
-
-void MUsersViewController::giveRegistryDelegateBack()
-{
-    if (_tamberUsers && _tamberUsers->delegate().get() == this)
-        _tamberUsers->setDelegate(_previousRegistryDelegate);
-    _previousRegistryDelegate.reset();
-}
-
-std::shared_ptr<TamberUsersDelegate> MUsersViewController::nextRegistryDelegate() const
-{
-    return isPicking() ? _previousRegistryDelegate.lock() : nullptr;
 }
 
 void MUsersViewController::setTamberUsers(const std::shared_ptr<TamberUsers> &tamberUsers)
@@ -142,14 +126,6 @@ bool MUsersViewController::sortUsers()
     return true;
 }
 
-void MUsersViewController::forgetUsersThatHaveLeft()
-{
-    if (!_tamberUsers)
-        return;
-    const std::unordered_set<User> listed(_tamberUsers->users().begin(), _tamberUsers->users().end());
-    std::erase_if(_sortedUsers, [&listed](const User &user) { return !listed.contains(user); });
-}
-
 void MUsersViewController::userAddedNotification(const Notification &notification)
 {
     if (_tamberUsers && notification.object == _tamberUsers.get())
@@ -177,16 +153,12 @@ void MUsersViewController::userWillDelete(const User &user)
         else
             deleteRow({0, row});
     }
-    if (const auto next = nextRegistryDelegate())
-        next->userWillDelete(user);
 }
 
 void MUsersViewController::contentGathered()
 {
     if (_tamberUsers && _tamberUsers->users().empty())
         reloadRow({0, 0});
-    if (const auto next = nextRegistryDelegate())
-        next->contentGathered();
 }
 
 void MUsersViewController::dataChangedForUser(const User &user)
@@ -197,8 +169,6 @@ void MUsersViewController::dataChangedForUser(const User &user)
                 static_cast<MUsersViewController &>(*self).rowChanged(user);
         });
     }
-    if (const auto next = nextRegistryDelegate())
-        next->dataChangedForUser(user);
 }
 
 void MUsersViewController::rowChanged(const User &user)
@@ -228,11 +198,8 @@ void MUsersViewController::viewDidLoad()
 void MUsersViewController::viewDidAppear()
 {
     MGlobals::setCurrentActiveUser(nullptr);
-    // What was told while another screen was the delegate is not known here.
-    forgetUsersThatHaveLeft();
     sortUsers();
     reloadData();
-    becomeRegistryDelegate();
 }
 
 void MUsersViewController::addBarButtons()
@@ -327,8 +294,12 @@ TableViewController::EditingStyle MUsersViewController::editingStyle(IndexPath) 
 
 QString MUsersViewController::emptyText() const
 {
-    return _tamberUsers ? QString()
-                        : localized("There is no place for documents. Choose one in the settings.");
+    if (_tamberUsers)
+        return {};
+    const bool isAway = _context.defaults.boolValue(CloudOn) &&
+                        !_context.defaults.value(CloudFolderDefault.toString()).toString().isEmpty();
+    return localized(isAway ? "The cloud folder is not there. Its documents are shown when it is back."
+                            : "There is no place for documents. Choose one in the settings.");
 }
 
 } // namespace cvtamber

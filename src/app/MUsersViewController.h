@@ -34,8 +34,6 @@ public:
 //
 // Menus, confirmations and the dialog are about a user and not about a row: one that has left the registry meanwhile
 // is left alone. Without a registry (no store could be opened) the table is empty and says what to do.
-// A registry has one delegate: the screen takes the role whenever it appears; one that picks hands on what it hears
-// to the delegate before it, and gives the role back when it goes.
 // Thread: main thread. Owner: shared, see ViewController.
 class MUsersViewController final : public TableViewController,
                                    public TamberUsersDelegate,
@@ -119,15 +117,10 @@ private:
     TableCell emptyListCell() const;
 
     void takeRegistry(const std::shared_ptr<TamberUsers> &tamberUsers);
-    void becomeRegistryDelegate();
-    void giveRegistryDelegateBack();
-    // Who is to hear what this screen hears; null when it does not pick.
-    std::shared_ptr<TamberUsersDelegate> nextRegistryDelegate() const;
     void updateTitle();
     void userAddedNotification(const Notification &notification);
     // False when the list was in order already.
     bool sortUsers();
-    void forgetUsersThatHaveLeft();
     void rowChanged(const User &user);
 
     void addBarButtons();
@@ -156,9 +149,6 @@ private:
     std::vector<User> _sortedUsers;
     // Being edited, moved or deleted.
     User _selectedUser;
-    // What the registry holds weakly; it goes with this screen, which so needs no second step of construction.
-    std::shared_ptr<TamberUsersDelegate> _asRegistryDelegate;
-    std::weak_ptr<TamberUsersDelegate> _previousRegistryDelegate;
     NotificationCenter::ObserverId _userAddedObserver = NotificationCenter::ObserverId::None;
 };
 

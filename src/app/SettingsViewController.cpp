@@ -5,6 +5,7 @@
 #include "base/Locations.h"
 #include "base/UserDefaults.h"
 #include "base/VisibleText.h"
+#include "store/CloudContainer.h"
 #include "ui/Texts.h"
 
 #include <QDir>
@@ -16,7 +17,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString CloudFolder = QStringLiteral("cloudFolder");
+const QString CloudFolder = CloudFolderDefault.toString();
+const QString CloudStore = CloudStoreDefault.toString();
 constexpr int ChooseButton = 1;
 
 // As a person types it: blanks around it, "~" for their own folder.
@@ -88,7 +90,9 @@ SettingsViewController::Status SettingsViewController::status() const
     if (cloudFolder().isEmpty())
         return Status::NothingChosen;
     const QFileInfo folder(cloudFolder());
-    if (!folder.isDir())
+    const bool hasHeldStore = _defaults.value(CloudStore).toString() == cloudFolder();
+    if (!folder.isDir() ||
+        (hasHeldStore && !QFileInfo::exists(cloudFolder() % u"/Documents/" % StoreMarkName)))
         return Status::Missing;
     return isUsable(folder) ? Status::Cloud : Status::NotWritable;
 }
@@ -212,6 +216,8 @@ void SettingsViewController::chooseFolder(const QString &typed)
             localized("This folder holds the documents of this computer. Choose another one."));
         return;
     }
+    // Whatever stands there now is what the person means.
+    _defaults.setValue(CloudStore, QString());
     _defaults.setValue(CloudFolder, path);
     tellStatus();
 }

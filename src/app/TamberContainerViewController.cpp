@@ -31,7 +31,13 @@ TamberContainerViewController::TamberContainerViewController(AppContext &context
     , _moving(std::make_unique<ContainerMoving>(*_screen))
 {}
 
-TamberContainerViewController::~TamberContainerViewController() = default;
+TamberContainerViewController::~TamberContainerViewController()
+{
+    if (const auto &user = contents().user())
+        user->removeObserver(*this);
+    else if (const auto &folder = contents().folder())
+        folder->removeObserver(*this);
+}
 
 void TamberContainerViewController::setDelegate(
     const std::shared_ptr<TamberContainerViewControllerDelegate> &delegate)
@@ -66,7 +72,10 @@ void TamberContainerViewController::handleAddDummyFileCommand()
 void TamberContainerViewController::viewDidLoad()
 {
     _screen->contents().show(container());
-    becomeDelegate();
+    if (const auto &user = contents().user())
+        user->addObserver(*this);
+    else if (const auto &folder = contents().folder())
+        folder->addObserver(*this);
     setTitle(contents().title());
     addBarButtons();
 }
@@ -84,19 +93,9 @@ void TamberContainerViewController::addBarButtons()
     setRightItems({add, edit});
 }
 
-void TamberContainerViewController::becomeDelegate()
-{
-    const auto self = std::static_pointer_cast<TamberContainerViewController>(shared_from_this());
-    if (const auto &user = contents().user())
-        user->setDelegate(self);
-    else if (const auto &folder = contents().folder())
-        folder->setDelegate(self);
-}
-
 void TamberContainerViewController::viewWillAppear()
 {
     reloadData();
-    becomeDelegate();
 }
 
 void TamberContainerViewController::viewDidAppear()

@@ -88,7 +88,6 @@ private:
     // The one row that picks the user itself.
     bool isActionRow(int section) const;
     QString sizeText(const TamberDocument &document) const;
-    void becomeDelegate();
     // Of all sections, as they are now.
     int rowsInAll() const;
     void rowInserted(IndexPath path);

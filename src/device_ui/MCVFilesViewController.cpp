@@ -388,17 +388,11 @@ void MCVFilesViewController::cvTransferControllerTransferFinished(CVTransferView
 void MCVFilesViewController::keepDownload(const CVTransferViewController &transfer,
                                           TamberFilesContainer &place)
 {
-    // The disk too: a place in the cloud lists a document only when it has been reported.
-    const auto isTaken = [&](const QString &wanted) {
-        return place.fileExists(wanted) ||
-               _context.store.disk.exists(place.url().appendingFile(documentFileName(wanted)));
-    };
-    const QString title = nextFreeTitle(transfer.nameToKeep(), isTaken);
-    place.addFileWithName(title, transfer.downloadedString(),
-                          [&presenter = presenter(), title](const FileResult &result) {
-                              if (result.ok())
-                                  presenter.showNotice(localizedFormat("Saved as %@.", title));
-                          });
+    place.saveUnderFreeTitle(transfer.nameToKeep(), transfer.downloadedString(),
+                             [&presenter = presenter()](const QString &title, const FileResult &result) {
+                                 if (result.ok())
+                                     presenter.showNotice(localizedFormat("Saved as %@.", title));
+                             });
 }
 
 void MCVFilesViewController::cvTransferCloseClicked()

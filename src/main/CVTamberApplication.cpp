@@ -31,6 +31,29 @@ constexpr std::chrono::milliseconds QuestionCloses{400};
 // How long a program that the bus has started waits to be told what for.
 constexpr std::chrono::seconds RequestLimit{30};
 
+// Asks before the window that it is installed on closes.
+class CloseGuard final : public QObject
+{
+public:
+    CloseGuard(QObject *window, std::function<bool()> mayClose)
+        : QObject(window)
+        , _mayClose(std::move(mayClose))
+    {
+        window->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        const bool isKept = event->type() == QEvent::Close && !_mayClose();
+        if (isKept)
+            event->ignore();
+        return isKept || QObject::eventFilter(watched, event);
+    }
+
+private:
+    std::function<bool()> _mayClose;
+};
+
 FileURL recoveredFolder(Locations &locations)
 {
     return FileURL::directory(locations.documentsFolder()).appendingDirectory(u"Recovered"_s);
@@ -133,6 +156,9 @@ void CVTamberApplication::listenToWindow()
 {
     QQuickWindow *const window = _presenter->window();
     QGuiApplication::setQuitOnLastWindowClosed(false);
+    new CloseGuard(window, [this, window] {
+        return _isStopping || _delegate->windowShouldClose([window] { window->close(); });
+    });
     QObject::connect(&_application, &QGuiApplication::lastWindowClosed, window, [this] { stop(); });
     // Where no window manager tells who is active, the first frame is the sign that a person looks at it.
     QObject::connect(

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "MemoryDefaults.h"
+#include "support/MemoryDefaults.h"
 
 #include "app/AppContext.h"
 #include "app/MGlobals.h"

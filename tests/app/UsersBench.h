@@ -2,9 +2,9 @@
 #pragma once
 
 #include "BrowserBench.h"
-#include "MemoryDefaults.h"
 #include "app/MUsersViewController.h"
 #include "device/Reconnector.h"
+#include "support/MemoryDefaults.h"
 
 #include <QCoreApplication>
 #include <QTranslator>

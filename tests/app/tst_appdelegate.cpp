@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "MemoryDefaults.h"
 #include "app/MAppDelegate.h"
 #include "app/MGlobals.h"
 #include "app/StoreSwitch.h"
+#include "app/TamberContainerViewController.h"
 #include "app/TextImport.h"
 #include "device/CVBluetoothManager.h"
 #include "store/TamberStorage.h"
 #include "store/TamberUser.h"
 #include "support/FakeCentral.h"
+#include "support/MemoryDefaults.h"
 #include "support/Recorders.h"
 #include "support/RecordingPresenter.h"
 #include "support/Rows.h"
@@ -372,6 +373,74 @@ private slots:
         QCOMPARE(bench.presenter->alertCount() + static_cast<size_t>(bench.presenter->notices().size()), 0U);
     }
 
+    void aSwitchLeavesTheScreensOfTheOldStore()
+    {
+        AppBench bench;
+        bench.putLocalUser();
+        bench.put(u"ActiveUsers/"_s % Ann % u"/Letter.tamber"_s, "text");
+        bench.launchWhole();
+        const auto users = bench.users(0);
+        users->rowClicked(0, 0);
+        bench.rig.settle();
+        const auto browser = bench.presenter->frontAs<TamberContainerViewController>();
+        browser->rowClicked(1, 0);
+        bench.presenter->answerSheet(u"4.9"_s);
+        bench.rig.settle();
+        QVERIFY(bench.presenter->frontAs<MUsersViewController>() != users);
+        bench.turnCloud(true);
+        QCOMPARE(bench.presenter->frontAs<MUsersViewController>(), users);
+        QCOMPARE(users->navigationController()->depth(), 1);
+        users->rightItemClicked(0);
+        bench.rig.settle();
+        QVERIFY(bench.presenter->frontAs<MEditUserDialog>());
+        bench.turnCloud(false);
+        QCOMPARE(bench.presenter->frontAs<MUsersViewController>(), users);
+        bench.put(u"Inbox/Kept.txt"_s, "not saved");
+        bench.delegate->importFile(bench.inInbox(u"Kept.txt"_s));
+        bench.rig.settle();
+        bench.turnCloud(true);
+        QCOMPARE(bench.editor()->text(), u"not saved"_s);
+    }
+
+    // The window closes at once only where nothing is lost with it.
+    void theWindowAsksForWhatIsNotSaved()
+    {
+        AppBench bench;
+        bench.putLocalUser();
+        bench.launchWhole();
+        int closes = 0;
+        const auto mayClose = [&closes] { ++closes; };
+        QVERIFY(bench.delegate->windowShouldClose(mayClose));
+        bench.put(u"Inbox/Letter.txt"_s, "text");
+        bench.delegate->importFile(bench.inInbox(u"Letter.txt"_s));
+        bench.rig.settle();
+        QVERIFY(!bench.delegate->windowShouldClose(mayClose));
+        QVERIFY(!bench.delegate->windowShouldClose(mayClose));
+        QCOMPARE(bench.presenter->alertCount(), 1U);
+        bench.presenter->answerAlert(u"Cancel"_s);
+        QVERIFY(!bench.delegate->windowShouldClose(mayClose));
+        bench.presenter->answerAlert(u"6.3"_s);
+        QCOMPARE(closes, 1);
+        QVERIFY(bench.delegate->windowShouldClose(mayClose));
+        bench.rig.settle();
+        // What the disk does not take is tried again first.
+        QFile inTheWay(bench.localPath(u"ActiveUsers/"_s % Ann));
+        const auto ann = bench.users(0)->sortedUsers().front();
+        QVERIFY(QDir().rename(inTheWay.fileName(), bench.localPath(u"away"_s)));
+        ann->addFileWithName(u"Letter"_s, u"text"_s);
+        bench.rig.settle();
+        QVERIFY(!bench.delegate->windowShouldClose(mayClose));
+        bench.rig.settle();
+        QVERIFY(bench.presenter->alert()->message.contains(u"Letter"_s));
+        bench.presenter->answerAlert(u"Cancel"_s);
+        QCOMPARE(closes, 1);
+        QVERIFY(QDir().rename(bench.localPath(u"away"_s), inTheWay.fileName()));
+        QVERIFY(!bench.delegate->windowShouldClose(mayClose));
+        bench.rig.settle();
+        QCOMPARE(closes, 2);
+        QVERIFY(bench.hasLocal(u"ActiveUsers/"_s % Ann % u"/Letter.tamber"_s));
+    }
+
     void anActivationWithoutAChangeChangesNothing()
     {
         AppBench bench;
@@ -435,7 +504,8 @@ private slots:
         QCOMPARE(bench.shownUsers(), 1U);
         bench.turnCloud(true);
         bench.rig.cloud.setMissing(false);
-        bench.turnCloud(true);
+        bench.rig.loop.advance(std::chrono::seconds{5});
+        bench.rig.settle();
         QCOMPARE(gTamberStorage->storeURL(), bench.rig.cloudRoot());
         QVERIFY(bench.hasInCloud(u"ActiveUsers/"_s % Ann % u"/user.txt"_s));
     }

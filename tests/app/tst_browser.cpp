@@ -64,6 +64,7 @@ private slots:
     void insertionSortsWhatAScanLeft();
     void menuKeepsItsDocument();
     void goneDocumentIsLeftAlone();
+    void twoBrowsersOfOneUser();
     void secondQuestionIsDropped();
     void renames_data();
     void renames();
@@ -240,6 +241,31 @@ void tst_browser::goneDocumentIsLeftAlone()
     bench.settle();
     QCOMPARE(BrowserBench::shown(*browser, 1), QStringList{u"other"_s});
     QCOMPARE(bench.presenter.notices().size(), 1);
+}
+
+// A text is saved to the user from a picker that stands above the browser.
+void tst_browser::twoBrowsersOfOneUser()
+{
+    BrowserBench bench;
+    bench.putDocument(u"Letter"_s, "old");
+    const auto browser = bench.open();
+    auto above = std::make_shared<TamberContainerViewController>(bench.context);
+    above->setContainer(bench.ann);
+    above->setMode(TamberContainerViewController::Mode::PickFolder);
+    bench.presenter.showRoot(above);
+    bench.settle();
+    bench.ann->addFileWithName(u"Imported"_s, u"new"_s);
+    bench.presenter.showRoot(bench.navigation);
+    above.reset();
+    bench.settle();
+    QCOMPARE(BrowserBench::shown(*browser, 1), (QStringList{u"Imported"_s, u"Letter"_s}));
+    bench.ann->addFolderWithName(u"Maths"_s);
+    QCOMPARE(BrowserBench::shown(*browser, 0), QStringList{u"Maths"_s});
+    browser->deleteClicked(1, 1);
+    bench.presenter.answerSheet(u"Yes"_s);
+    bench.settle();
+    QCOMPARE(BrowserBench::shown(*browser, 1), QStringList{u"Imported"_s});
+    QCOMPARE(bench.rig.bytes(bench.annsFolder() % u"/Imported.tamber"), "new");
 }
 
 void tst_browser::secondQuestionIsDropped()

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "MemoryDefaults.h"
 #include "app/SettingsViewController.h"
 #include "support/ManualRunLoop.h"
+#include "support/MemoryDefaults.h"
 #include "support/RecordingPresenter.h"
 #include "support/Rows.h"
 #include "support/TemporaryLocations.h"

@@ -38,6 +38,7 @@ private slots:
     void menuFollowsItsUser();
     void menuOfAUserWhoHasLeft_data();
     void menuOfAUserWhoHasLeft();
+    void aUserWhoCannotBeArchivedStays();
     void deletion_data();
     void deletion();
     void addsAUser();
@@ -160,6 +161,17 @@ void tst_usersactions::menuOfAUserWhoHasLeft()
     QVERIFY(!screen->presentedViewController());
     QCOMPARE(UsersBench::shown(*screen), QStringList{u"Max Moor"_s});
     QVERIFY(bench.registry(List::Archived)->users().empty());
+}
+
+void tst_usersactions::aUserWhoCannotBeArchivedStays()
+{
+    UsersBench bench;
+    const QString directory = bench.putUser(u"Ann/Lee/"_s);
+    const auto screen = bench.show();
+    bench.rig.put(QString(directory).replace(u"Active"_s, u"Archived"_s), "in the way");
+    bench.choose(u"Ann Lee"_s, u"2.6"_s);
+    QCOMPARE(UsersBench::shown(*screen), QStringList{u"Ann Lee"_s});
+    QCOMPARE(bench.rig.told->count(StoreProblem::What::Move), 1);
 }
 
 void tst_usersactions::deletion_data()

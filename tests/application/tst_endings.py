@@ -15,11 +15,15 @@ END_LIMIT = 5
 
 def ends(p, by_window):
     """In time, and with nothing of a sanitizer."""
-    start = time.monotonic()
     if by_window:
-        p.close_window()
+        has_ended(p, p.close_window)
     else:
-        p.process.send_signal(signal.SIGTERM)
+        has_ended(p, lambda: p.process.send_signal(signal.SIGTERM))
+
+
+def has_ended(p, by):
+    start = time.monotonic()
+    by()
     status = p.process.wait(END_LIMIT * 4)
     assert status == 0, f"status {status}:\n{p.said()[-4000:]}"
     assert time.monotonic() - start < END_LIMIT, f"{time.monotonic() - start} s"
@@ -38,12 +42,25 @@ def what_is_remembered(desk, binary):
         p.press("Users", "page tab")
 
 
-def ends_while_asking(desk, binary, by_window):
+def ends_while_asking(desk, binary):
     with Program(desk, binary, [put(desk, "asked.txt", b"to be asked for\n")]) as p:
         sees_text(p, "to be asked for\n")
         p.press("Done")
         p.see("Close without saving")
-        ends(p, by_window)
+        ends(p, by_window=False)
+
+
+def window_asks_for_an_unsaved_text(desk, binary):
+    with Program(desk, binary, [put(desk, "unsaved.txt", b"not saved yet\n")]) as p:
+        sees_text(p, "not saved yet\n")
+        p.close_window()
+        p.see("Close without saving")
+        p.press("Cancel")
+        sees_text(p, "not saved yet\n")
+        p.press("Done")
+        p.see("Close without saving")
+        p.close_window()
+        has_ended(p, lambda: p.press("Close without saving"))
 
 
 def ends_while_saving(desk, binary, by_window):
@@ -106,8 +123,9 @@ def main():
     with Desk() as desk:
         put_pupil(desk, Long="Ten lines of text to be sent.\n" * 2000)
         what_is_remembered(desk, binary)
+        ends_while_asking(desk, binary)
+        window_asks_for_an_unsaved_text(desk, binary)
         for by_window in (True, False):
-            ends_while_asking(desk, binary, by_window)
             ends_while_saving(desk, binary, by_window)
             ends_while_adding(desk, binary, by_window)
         ends_while_sending(desk, binary, profile)

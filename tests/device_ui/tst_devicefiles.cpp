@@ -118,6 +118,9 @@ private slots:
             QCOMPARE((QStringList{empty.text, empty.detail, empty.image}),
                      (QStringList{u"EMPTY"_s, u"0 B"_s, u"doc.png"_s}));
             QCOMPARE(bench.screen->cellForRow({0, 1}).text, u"BELL\\x07"_s);
+            // A press on what is shown and is not there any more does nothing but read again.
+            bench.screen->rowClicked(0, 1);
+            QVERIFY(!bench.presenter.sheet());
             bench.screen->rowClicked(0, 1);
             QVERIFY(isPick || bench.presenter.answerSheet(u"Delete"_s));
             // The device could not be asked for it by that name.
