@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Text to device bytes and back, next to ICU's bare code page conversion of the same text.
-#include "device/DeviceTables.h"
-#include "device/TextCodec.h"
+#include "text/DeviceTables.h"
+#include "text/TextCodec.h"
 
 #include <QByteArray>
 #include <QString>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Any bytes as text of any language and any bare code page.
 #include "Require.h"
-#include "device/DeviceTables.h"
-#include "device/TextCodec.h"
+#include "text/DeviceTables.h"
+#include "text/TextCodec.h"
 
 using namespace cvtamber;
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Any UTF-16 text, also a broken one, as bytes for any language and any bare code page.
 #include "Require.h"
-#include "device/DeviceTables.h"
-#include "device/TextCodec.h"
-#include "device/TextComposition.h"
-#include "device/TextForDevice.h"
+#include "text/DeviceTables.h"
+#include "text/TextCodec.h"
+#include "text/TextComposition.h"
+#include "text/TextForDevice.h"
 
 #include <algorithm>
 #include <cstring>

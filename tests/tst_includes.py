@@ -11,11 +11,12 @@ import sys
 import tempfile
 
 # Which folders of src/ a folder may include, beside itself.
-LOW = {"base", "device", "store", "ui", "chat/text"}
+LOW = {"base", "text", "device", "store", "ui", "chat/text"}
 SCREENS = {"app", "device_ui", "chat"}
 ALLOWED = {
     "base": set(),
-    "device": {"base"},
+    "text": {"base"},
+    "device": {"base", "text"},
     "store": {"base"},
     "ui": {"base"},
     "chat/text": {"base"},
@@ -24,13 +25,13 @@ ALLOWED = {
     "chat": LOW | SCREENS,
     "qml": LOW | SCREENS,
     "platform": {"base", "device", "store", "ui"},
-    "simulator": {"base", "device", "store", "ui"},
+    "simulator": {"base", "text", "device", "store", "ui"},
     "simulator/bluez": {"base", "device", "simulator"},
     "simulator/bluez": {"base", "device", "simulator"},
-    "cli": {"base", "device", "chat/text", "platform", "simulator"},
+    "cli": {"base", "text", "device", "chat/text", "platform", "simulator"},
     "main": LOW | SCREENS | {"qml", "platform", "simulator", "simulator/bluez", "cli"},
 }
-QT_CORE_ONLY = {"base", "device", "store", "chat/text", "simulator", "cli"}
+QT_CORE_ONLY = {"base", "text", "device", "store", "chat/text", "simulator", "cli"}
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
 

@@ -5,7 +5,7 @@
 #include "base/SystemLog.h"
 #include "chat/text/ChineseText.h"
 #include "device/CVBTDevice.h"
-#include "device/DeviceTables.h"
+#include "text/DeviceTables.h"
 #include "ui/Texts.h"
 
 #include <algorithm>

@@ -4,8 +4,8 @@
 #include "base/VisibleText.h"
 #include "cli/DeviceSentences.h"
 #include "cli/VerbTable.h"
-#include "device/DeviceNames.h"
-#include "device/DeviceTables.h"
+#include "text/DeviceNames.h"
+#include "text/DeviceTables.h"
 
 namespace cvtamber {
 

@@ -2,7 +2,7 @@
 #include "cli/DeviceSentences.h"
 
 #include "base/VisibleText.h"
-#include "device/DeviceNames.h"
+#include "text/DeviceNames.h"
 
 #include <algorithm>
 

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "device/CVFileData.h"
-#include "device/TextCodec.h"
-#include "device/TextForDevice.h"
+#include "text/TextCodec.h"
+#include "text/TextForDevice.h"
 
 #include <QList>
 

@@ -3,7 +3,7 @@
 
 #include "base/VisibleText.h"
 #include "cli/JsonLine.h"
-#include "device/DeviceTables.h"
+#include "text/DeviceTables.h"
 
 #include <QJsonObject>
 

@@ -3,8 +3,8 @@
 
 #include "cli/LineSplitter.h"
 #include "cli/Verb.h"
-#include "device/DeviceTables.h"
-#include "device/TextForDevice.h"
+#include "text/DeviceTables.h"
+#include "text/TextForDevice.h"
 
 #include <deque>
 

@@ -2,7 +2,7 @@
 #include "device/CVBTDevice.h"
 
 #include "device/CVBTDeviceRooms.h"
-#include "device/DeviceTables.h"
+#include "text/DeviceTables.h"
 
 #include <QDateTime>
 

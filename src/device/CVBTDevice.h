@@ -11,8 +11,8 @@
 #include "device/DeviceTurn.h"
 #include "device/IdleTimer.h"
 #include "device/LinkObserver.h"
-#include "device/TextCodec.h"
 #include "device/TranslationMode.h"
+#include "text/TextCodec.h"
 
 #include <QList>
 

@@ -8,7 +8,7 @@
 #include "device/CVTransports.h"
 #include "device/IdleTimer.h"
 #include "device/LinkObserver.h"
-#include "device/TextCodec.h"
+#include "text/TextCodec.h"
 
 #include <deque>
 #include <memory>

@@ -2,7 +2,7 @@
 #include "device/DeviceIdentity.h"
 
 #include "device/CommandEngine.h"
-#include "device/DeviceTables.h"
+#include "text/DeviceTables.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "device/FileListing.h"
 
-#include "device/DeviceTables.h"
+#include "text/DeviceTables.h"
 
 #include <algorithm>
 #include <limits>

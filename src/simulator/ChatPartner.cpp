@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "simulator/ChatPartner.h"
 
-#include "device/TextCodec.h"
+#include "text/TextCodec.h"
 
 #include <QStringList>
 

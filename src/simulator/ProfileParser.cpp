@@ -2,10 +2,10 @@
 #include "simulator/ProfileParser.h"
 
 #include "device/DeviceStateRecord.h"
-#include "device/DeviceTables.h"
-#include "device/TextCodec.h"
 #include "simulator/FaultParser.h"
 #include "simulator/JsonFields.h"
+#include "text/DeviceTables.h"
+#include "text/TextCodec.h"
 
 #include <QFile>
 #include <QJsonDocument>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "chat/text/ChineseText.h"
 #include "cli/VerbBench.h"
-#include "device/TextCodec.h"
 #include "support/Rows.h"
+#include "text/TextCodec.h"
 
 using namespace cvtamber;
 using namespace Qt::StringLiterals;

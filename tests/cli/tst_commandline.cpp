@@ -6,7 +6,7 @@
 #include "cli/StandardConsole.h"
 #include "cli/Utf8Text.h"
 #include "cli/VerbTable.h"
-#include "device/DeviceNames.h"
+#include "text/DeviceNames.h"
 
 #include <QJsonArray>
 #include <QTest>

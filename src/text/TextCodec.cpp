@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "device/TextCodec.h"
+#include "text/TextCodec.h"
 
-#include "device/DeviceTables.h"
-#include "device/TextComposition.h"
-#include "device/TextTables.h"
+#include "text/DeviceTables.h"
+#include "text/TextComposition.h"
+#include "text/TextTables.h"
 
 #include <QChar>
 

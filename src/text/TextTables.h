@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "device/CodePages.h"
-#include "device/DeviceByteMaps.h"
+#include "text/CodePages.h"
+#include "text/DeviceByteMaps.h"
 
 #include <QtGlobal>
 

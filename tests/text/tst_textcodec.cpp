@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "device/DeviceTables.h"
-#include "device/TextCodec.h"
-#include "device/TextForDevice.h"
+#include "text/DeviceTables.h"
+#include "text/TextCodec.h"
+#include "text/TextForDevice.h"
 
 #include <QStringDecoder>
 #include <QStringEncoder>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "device/TextForDevice.h"
+#include "text/TextForDevice.h"
 
 #include "base/VisibleText.h"
-#include "device/DeviceTables.h"
-#include "device/TextCodec.h"
-#include "device/TextComposition.h"
+#include "text/DeviceTables.h"
+#include "text/TextCodec.h"
+#include "text/TextComposition.h"
 
 #include <algorithm>
 #include <array>

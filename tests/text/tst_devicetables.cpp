@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "device/DeviceTables.h"
+#include "text/DeviceTables.h"
 
 #include <QTest>
 

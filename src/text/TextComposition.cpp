@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "device/TextComposition.h"
+#include "text/TextComposition.h"
 
-#include "device/CodePages.h"
+#include "text/CodePages.h"
 
 #include <QChar>
 
