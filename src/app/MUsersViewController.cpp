@@ -4,11 +4,13 @@
 #include "app/AppContext.h"
 #include "app/MGlobals.h"
 #include "app/StoreSwitch.h"
+#include "app/TamberContainerViewController.h"
 #include "base/SystemLog.h"
 #include "base/UserDefaults.h"
 #include "store/CloudContainer.h"
 #include "store/TamberStorage.h"
 #include "store/TamberUser.h"
+#include "ui/NavigationController.h"
 #include "ui/Texts.h"
 
 #include <algorithm>
@@ -146,6 +148,7 @@ void MUsersViewController::userAdded(const User &user)
 
 void MUsersViewController::userWillDelete(const User &user)
 {
+    leaveBrowserOf(user);
     if (const int row = rowOf(user); row >= 0) {
         _sortedUsers.erase(_sortedUsers.begin() + row);
         if (_sortedUsers.empty())
@@ -153,6 +156,18 @@ void MUsersViewController::userWillDelete(const User &user)
         else
             deleteRow({0, row});
     }
+}
+
+// Its documents go with it, or are in another list from now on.
+void MUsersViewController::leaveBrowserOf(const User &user)
+{
+    const auto navigation = navigationController();
+    if (isPicking() || !navigation || navigation->depth() < 2)
+        return;
+    const auto browser =
+        std::dynamic_pointer_cast<TamberContainerViewController>(navigation->viewControllers()[1]);
+    if (browser && browser->container() == user)
+        navigation->popToRootViewController(false);
 }
 
 void MUsersViewController::contentGathered()

@@ -121,6 +121,7 @@ private:
     void userAddedNotification(const Notification &notification);
     // False when the list was in order already.
     bool sortUsers();
+    void leaveBrowserOf(const User &user);
     void rowChanged(const User &user);
 
     void addBarButtons();

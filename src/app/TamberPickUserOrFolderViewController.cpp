@@ -8,13 +8,46 @@
 #include "store/TamberStorage.h"
 #include "store/TamberUser.h"
 
-#include <QCoreApplication>
-
 #include <utility>
 
 namespace cvtamber {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+// Hands on what the steps answer. They hold their delegate strongly, and the picker holds them.
+class StepDelegate final : public MUsersViewControllerDelegate, public TamberContainerViewControllerDelegate
+{
+public:
+    explicit StepDelegate(std::weak_ptr<TamberPickUserOrFolderViewController> picker)
+        : _picker(std::move(picker))
+    {}
+
+    void usersViewControllerUserPicked(MUsersViewController &controller,
+                                       const std::shared_ptr<TamberUser> &user) override
+    {
+        if (const auto picker = _picker.lock())
+            picker->usersViewControllerUserPicked(controller, user);
+    }
+    void tamberContainerViewControllerUserPicked(TamberContainerViewController &controller,
+                                                 const std::shared_ptr<TamberUser> &user) override
+    {
+        if (const auto picker = _picker.lock())
+            picker->tamberContainerViewControllerUserPicked(controller, user);
+    }
+    void tamberContainerViewControllerFolderPicked(TamberContainerViewController &controller,
+                                                   const std::shared_ptr<TamberDataFolder> &folder) override
+    {
+        if (const auto picker = _picker.lock())
+            picker->tamberContainerViewControllerFolderPicked(controller, folder);
+    }
+
+private:
+    std::weak_ptr<TamberPickUserOrFolderViewController> _picker;
+};
+
+} // namespace
 
 TamberPickUserOrFolderViewController::TamberPickUserOrFolderViewController(AppContext &context)
     : NavigationController(context.presenter)
@@ -33,33 +66,13 @@ void TamberPickUserOrFolderViewController::viewDidLoad()
     const auto &storage = MGlobals::tamberStorage();
     const auto users =
         std::make_shared<MUsersViewController>(_context, storage ? storage->activeUsers() : nullptr);
-    users->setDelegate(self());
+    users->setDelegate(std::make_shared<StepDelegate>(self()));
     users->setActionButtonTitle(_actionButtonTitle);
     if (_mode == Mode::PickUser)
         users->setMode(MUsersViewController::Mode::Pick);
     else if (_mode == Mode::PickUserThenFolder)
         users->setMode(MUsersViewController::Mode::PickThenFolder);
     pushViewController(users, false);
-    // A program that ends while the picker is up dismisses nothing.
-    if (const auto *const program = QCoreApplication::instance())
-        connect(program, &QCoreApplication::aboutToQuit, this,
-                &TamberPickUserOrFolderViewController::letGoOfSteps);
-}
-
-void TamberPickUserOrFolderViewController::viewDidDisappear()
-{
-    if (hasGone())
-        letGoOfSteps();
-}
-
-void TamberPickUserOrFolderViewController::letGoOfSteps()
-{
-    for (const auto &step : viewControllers()) {
-        if (const auto users = std::dynamic_pointer_cast<MUsersViewController>(step))
-            users->setDelegate(nullptr);
-        else if (const auto browser = std::dynamic_pointer_cast<TamberContainerViewController>(step))
-            browser->setDelegate(nullptr);
-    }
 }
 
 void TamberPickUserOrFolderViewController::usersViewControllerUserPicked(
@@ -76,7 +89,7 @@ void TamberPickUserOrFolderViewController::pushContainer(const std::shared_ptr<T
 {
     const auto browser = std::make_shared<TamberContainerViewController>(_context);
     browser->setContainer(user);
-    browser->setDelegate(self());
+    browser->setDelegate(std::make_shared<StepDelegate>(self()));
     browser->setMode(TamberContainerViewController::Mode::PickFolder);
     browser->setActionButtonTitle(_actionButtonTitle);
     pushViewController(browser, true);
@@ -106,7 +119,6 @@ void TamberPickUserOrFolderViewController::answerUser(const std::shared_ptr<Tamb
 std::shared_ptr<TamberPickUserOrFolderViewController::PickDelegate>
 TamberPickUserOrFolderViewController::takePickDelegate()
 {
-    letGoOfSteps();
     return std::exchange(_pickDelegate, {}).lock();
 }
 

@@ -35,8 +35,7 @@ public:
 // Asks for an active user and, if wanted, then for one of the user's folders or the user itself. It never dismisses
 // itself.
 //
-// The picker and its steps own each other, as navigation and as delegate; that ring is opened with the answer, or when
-// the picker has been dismissed without one, or when the program ends.
+// The picker owns its steps, as their navigation; they know it weakly.
 // Thread: main thread. Owner: whoever presents it.
 class TamberPickUserOrFolderViewController final : public NavigationController,
                                                    public MUsersViewControllerDelegate,
@@ -71,7 +70,6 @@ public:
 
 protected:
     void viewDidLoad() override;
-    void viewDidDisappear() override;
 
 private:
     using PickDelegate = TamberPickUserOrFolderViewControllerDelegate;
@@ -81,7 +79,6 @@ private:
     // The delegate for the first answer, null after it.
     std::shared_ptr<PickDelegate> takePickDelegate();
     void answerUser(const std::shared_ptr<TamberUser> &user);
-    void letGoOfSteps();
 
     AppContext &_context;
     Mode _mode = Mode::PickUser;

@@ -132,10 +132,22 @@ const QRegularExpression &conflictMark()
     return mark;
 }
 
-bool isMarked(QStringView name)
+// Where the mark begins; -1 without one.
+qsizetype markIn(QStringView name)
 {
+    // Nearly every name is done with here.
+    if (!name.contains(u"onflict"))
+        return -1;
+    QString matchable;
+    if (!name.isValidUtf16()) {
+        // An expression does not look at a name that is not UTF-8; its odd bytes stand in no mark.
+        matchable = name.toString();
+        std::replace_if(
+            matchable.begin(), matchable.end(), [](QChar unit) { return unit.isSurrogate(); }, QChar(u'?'));
+        name = matchable;
+    }
     const auto match = conflictMark().match(name);
-    return match.hasMatch() && match.capturedStart() > 0;
+    return match.hasMatch() && match.capturedStart() > 0 ? match.capturedStart() : -1;
 }
 
 } // namespace
@@ -166,19 +178,14 @@ QStringList placeholderNames(const QString &name)
 
 bool isConflictCopy(QStringView name)
 {
-    // Nearly every name is done with here.
-    if (!name.contains(u"onflict"))
-        return false;
-    QString matchable;
-    if (!name.isValidUtf16()) {
-        // An expression does not look at a name that is not UTF-8; its odd bytes stand in no mark.
-        matchable = name.toString();
-        std::replace_if(
-            matchable.begin(), matchable.end(), [](QChar unit) { return unit.isSurrogate(); }, QChar(u'?'));
-        name = matchable;
-    }
     const qsizetype dot = name.lastIndexOf(u'.');
-    return isMarked(dot > 0 ? name.first(dot) : name) || isMarked(name);
+    return markIn(dot > 0 ? name.first(dot) : name) >= 0 || markIn(name) >= 0;
+}
+
+QString titleBehindConflictCopy(const QString &title)
+{
+    const qsizetype mark = markIn(title);
+    return mark < 0 ? QString() : title.first(mark);
 }
 
 bool isSyncTemporary(QStringView name)

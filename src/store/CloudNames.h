@@ -20,6 +20,8 @@ QStringList placeholderNames(const QString &name);
 // A version that a sync program, or this one, has put beside a document because both sides had changed
 // ("Letter (conflicted copy 2026-11-23 101500).tamber", "Letter.sync-conflict-20261123-101500-ABCDEFG.tamber").
 bool isConflictCopy(QStringView name);
+// The title of the document that a copy of this title belongs to ("Letter"); null for a title that is no copy's.
+QString titleBehindConflictCopy(const QString &title);
 
 // A file that is still on its way and will get its real name later, and the sync program's own records.
 bool isSyncTemporary(QStringView name);

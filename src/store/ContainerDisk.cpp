@@ -105,6 +105,11 @@ void ContainerDisk::moveAtOnce(const FileURL &from, const FileURL &to, const Doc
     completion(_context.disk.move(from, to));
 }
 
+bool ContainerDisk::hasMoved(const FileURL &from, const FileURL &to, const FileResult &result) const
+{
+    return result.ok() || (!_context.disk.exists(from) && _context.disk.exists(to));
+}
+
 void ContainerDisk::removeStrayDocuments(const FileURL &directory) const
 {
     for (const StoreDisk::Entry &entry : _context.disk.list(directory).entries) {

@@ -37,6 +37,9 @@ public:
     void moveAtOnce(const FileURL &from, const FileURL &to, const DocumentGroup &documents,
                     const FileCompletion &completion) const;
 
+    // What such a move has done: a failure may come after the item has its new place, when a folder could not be synced.
+    bool hasMoved(const FileURL &from, const FileURL &to, const FileResult &result) const;
+
     // Removes every document in the directory, also those that only a placeholder stands for, at once
     // and without a word about failures.
     void removeStrayDocuments(const FileURL &directory) const;

@@ -168,7 +168,7 @@ void TamberFilesAndFoldersContainer::moveFolder(const FolderPointer &folder,
             container->context().log.info(u"success: "_s % QString::number(int(result.ok())));
         else if (!result.ok())
             container->context().log.error(result.message);
-        if (result.ok())
+        if (ContainerDisk(container->context()).hasMoved(folder->url(), to, result))
             container->finishMovingFolder(folder, to, target);
     };
     if (to.isNil())
@@ -234,7 +234,7 @@ void TamberFilesAndFoldersContainer::deleteFolders(const StorageCompletion &comp
                 FoldersList &list = container->_folders;
                 // Reports from the cloud change the list meanwhile: it is not always the last that has gone, and
                 // the list may be empty before the last has gone.
-                list.remove(folder.get());
+                list.removeQuietly(folder.get());
                 if (--*remaining == 0 && list.isEmpty() && completion)
                     completion(success);
             });

@@ -209,8 +209,9 @@ void TamberFilesContainer::finishRenaming(const FilePointer &file, const FileURL
     if (!result.ok()) {
         _context.log.error(result.message);
         tellProblem(_context, StoreProblem::What::Rename, file->fileURL(), result);
-        return;
     }
+    if (!ContainerDisk(_context).hasMoved(file->fileURL(), newURL, result))
+        return;
     if (!_isUbiquitous && _files.removeAndTell(file.get()))
         _files.insertAndTell(std::make_shared<TamberDocument>(_context, newURL));
 }
@@ -243,9 +244,10 @@ void TamberFilesContainer::finishMoving(const FilePointer &file, const FileURL &
 {
     _context.log.info(u"success: "_s % QString::number(int(result.ok())));
     tellProblem(_context, StoreProblem::What::Move, file->fileURL(), result);
-    if (result.ok() || result.outcome == Outcome::Missing)
+    const bool hasMoved = ContainerDisk(_context).hasMoved(file->fileURL(), to, result);
+    if (hasMoved || result.outcome == Outcome::Missing)
         _files.removeAndTell(file.get());
-    if (result.ok())
+    if (hasMoved)
         target->loadFileWithFilename(to.lastPathComponent());
 }
 
@@ -314,7 +316,7 @@ void TamberFilesContainer::storedFileRemoved(StorageDeletion &deletion, const Ta
     }
     // Reports from the cloud change the list meanwhile: it is not always the last that has gone, and the list
     // may be empty before the last has gone.
-    _files.remove(&file);
+    _files.removeQuietly(&file);
     if (_files.isEmpty() && deletion.remaining == 0 && !deletion.hasFailed)
         deletion.report(true);
 }

@@ -208,10 +208,14 @@ void TamberUser::saveScheduledChanges()
 void TamberUser::prepareToMove()
 {
     saveScheduledChanges();
-    const bool isLost = !isUbiquitous() && _savesUnderWay == 0 && context().disk.isFolder(url()) &&
-                        isCertainlyAbsent(context().disk, fileURL());
-    if (isLost)
+    if (isRecordLost())
         saveUserData();
+}
+
+bool TamberUser::isRecordLost() const
+{
+    return !isUbiquitous() && _savesUnderWay == 0 && context().disk.isFolder(url()) &&
+           isCertainlyAbsent(context().disk, fileURL());
 }
 
 DocumentGroup TamberUser::documents() const
@@ -233,7 +237,7 @@ void TamberUser::stopSaving()
 
 void TamberUser::saveWhatIsOwed()
 {
-    if (!_isRecordOwed)
+    if (!_isRecordOwed && !isRecordLost())
         return;
     cancelScheduledSave();
     saveUserData();

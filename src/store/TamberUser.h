@@ -74,6 +74,8 @@ public:
 private:
     std::shared_ptr<TamberUser> self();
     bool openRecord();
+    // Of a local user whose directory is there.
+    bool isRecordLost() const;
     // False when there is no text to be had, which is logged.
     bool takeRecord(const ReadResult &record);
     void setNamePart(QString &part, const QString &name);

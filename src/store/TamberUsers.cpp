@@ -174,6 +174,8 @@ void TamberUsers::userMoved(const FileResult &result, const User &user, const Fi
     if (!result.ok()) {
         _context.log.error(result.message);
         tellProblem(_context, StoreProblem::What::Move, user->url(), result);
+    }
+    if (!ContainerDisk(_context).hasMoved(user->url(), to, result)) {
         // It was told as leaving before the move.
         postUserAddedNotification(user);
         return;

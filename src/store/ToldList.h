@@ -45,6 +45,14 @@ public:
         return true;
     }
 
+    // The delegate is not told, only the observers.
+    void removeQuietly(const Item *item)
+    {
+        const StoreIndex index = this->remove(item);
+        if (index != NotFound)
+            _observers.tell(Deleted, index);
+    }
+
 private:
     std::weak_ptr<Delegate> _delegate;
     Observers<Delegate> _observers;

@@ -65,6 +65,8 @@ private slots:
     void menuKeepsItsDocument();
     void goneDocumentIsLeftAlone();
     void twoBrowsersOfOneUser();
+    void keepsVersions_data();
+    void keepsVersions();
     void secondQuestionIsDropped();
     void renames_data();
     void renames();
@@ -266,6 +268,36 @@ void tst_browser::twoBrowsersOfOneUser()
     bench.settle();
     QCOMPARE(BrowserBench::shown(*browser, 1), QStringList{u"Imported"_s});
     QCOMPARE(bench.rig.bytes(bench.annsFolder() % u"/Imported.tamber"), "new");
+}
+
+void tst_browser::keepsVersions_data()
+{
+    columns<QString, bool, QStringList>("entry", "isAsked", "left");
+    row("this one", u"Keep this version"_s, true, QStringList{u"Letter: copy"_s});
+    row("the other one", u"Keep the other version"_s, true, QStringList{u"Letter: original"_s});
+    row("both", u"Keep both"_s, false, QStringList{u"Letter 2: copy"_s, u"Letter: original"_s});
+}
+
+void tst_browser::keepsVersions()
+{
+    QFETCH(QString, entry);
+    QFETCH(bool, isAsked);
+    const QString copy = u"Letter.sync-conflict-20261123-101500-ABCDEFG"_s;
+    BrowserBench bench;
+    bench.putDocument(u"Letter"_s, "original");
+    bench.putDocument(copy, "copy");
+    const auto browser = bench.open();
+    const int row = static_cast<int>(BrowserBench::shown(*browser, 1).indexOf(copy));
+    QCOMPARE(browser->cellForRow({1, row}).detail, u"Other version of Letter"_s);
+    bench.choose(browser, copy, entry);
+    QCOMPARE(bench.presenter.answerSheet(u"Yes"_s), isAsked);
+    bench.settle();
+    QStringList left;
+    for (const QString &title : BrowserBench::shown(*browser, 1))
+        left.append(QString(
+            title % u": " %
+            QString::fromUtf8(bench.rig.bytes(QString(bench.annsFolder() % u'/' % title % u".tamber")))));
+    QTEST(left, "left");
 }
 
 void tst_browser::secondQuestionIsDropped()

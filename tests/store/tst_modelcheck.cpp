@@ -62,11 +62,15 @@ class TestModelCheck : public QObject
 private slots:
     void local()
     {
-        QCOMPARE(faults([](quint32 seed) { return LocalRun(seed, false); }), 0);
+        QCOMPARE(faults([](quint32 seed) { return LocalRun(seed, LocalRun::Kind::Undisturbed); }), 0);
+    }
+    void localFailing()
+    {
+        QCOMPARE(faults([](quint32 seed) { return LocalRun(seed, LocalRun::Kind::Failing); }), 0);
     }
     void localDisturbed()
     {
-        QCOMPARE(faults([](quint32 seed) { return LocalRun(seed, true); }), 0);
+        QCOMPARE(faults([](quint32 seed) { return LocalRun(seed, LocalRun::Kind::Disturbed); }), 0);
     }
     void cloud()
     {

@@ -194,6 +194,8 @@ private slots:
     {
         QFETCH(QString, name);
         QTEST(isConflictCopy(name), "isConflict");
+        const QString title = name.endsWith(u".tamber"_s) ? name.chopped(7) : QString();
+        QCOMPARE(titleBehindConflictCopy(title).isEmpty(), title.isEmpty() || !isConflictCopy(name));
         QTEST(isSyncTemporary(name), "isTemporary");
     }
 

@@ -24,8 +24,8 @@ QString joined(const TamberUser &user)
 
 } // namespace
 
-LocalRun::LocalRun(quint32 seed, bool isDisturbed)
-    : _isDisturbed(isDisturbed)
+LocalRun::LocalRun(quint32 seed, Kind kind)
+    : _kind(kind)
     , _bench(seed, StoreRig::Place::Local)
 {}
 
@@ -34,7 +34,7 @@ QString LocalRun::run()
     for (int i = 0; i < Steps; ++i) {
         step();
         _bench.someBackgroundWork();
-        if (_isDisturbed && _bench.random.oneIn(4))
+        if (_kind != Kind::Undisturbed && _bench.random.oneIn(4))
             disturb();
         if (!_bench.random.oneIn(12) && i + 1 < Steps)
             continue;
@@ -163,11 +163,11 @@ void LocalRun::addFile()
     if (!container)
         return;
     QString title = _bench.anyTitle();
-    if (!_isDisturbed || _bench.random.oneIn(2))
+    if (!isDisturbed() || _bench.random.oneIn(2))
         title = nextFreeTitle(title, [&](const QString &one) { return container->fileExists(one); });
     const FileURL url = container->url().appendingFile(documentFileName(title));
     const QString place = _bench.placeOf(url);
-    if (!mayTouch(url) || (!_isDisturbed && _model.count(place) != 0))
+    if (!mayTouch(url) || (!isDisturbed() && _model.count(place) != 0))
         return;
     const QString text = _bench.freshText();
     tell(u"add"_s, url, text);
@@ -217,7 +217,7 @@ void LocalRun::moveFile()
         return;
     const FileURL to = target->url().appendingFile(file->name());
     const QString place = _bench.placeOf(to);
-    if (!mayTouch(to) || _bench.isDying(place) || (!_isDisturbed && _model.count(place) != 0))
+    if (!mayTouch(to) || _bench.isDying(place) || (!isDisturbed() && _model.count(place) != 0))
         return;
     tell(u"move"_s, file->url(), place);
     const QString from = _bench.placeOf(file->url());

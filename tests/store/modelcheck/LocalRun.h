@@ -8,12 +8,16 @@ namespace cvtamber {
 // Random operations on a local store, and what must be true whenever everything has come to rest.
 //
 // Undisturbed: what is listed, what a store that is opened anew lists, the directory and a plain model are the
-// same. Disturbed: disk calls fail, another program changes the directory, and operations come in the midst of
-// others; then the store opened anew lists what the directory holds, and no text that is owed is lost.
+// same. Failing: disk calls fail, from one on for some calls; the program starts anew in between; and users' directories are
+// copied in, their records last. Then what is listed is on the disk, but for what was deleted. Disturbed: another program
+// changes the directory as well, and operations come in the midst of others. In all of them the store opened anew lists what
+// the directory holds, and no text that is owed is lost.
 class LocalRun
 {
 public:
-    LocalRun(quint32 seed, bool isDisturbed);
+    enum class Kind { Undisturbed, Failing, Disturbed };
+
+    LocalRun(quint32 seed, Kind kind);
 
     // What was wrong, or null.
     QString run();
@@ -41,6 +45,10 @@ private:
     void editFile();
     void actFromOutside();
     void disturb();
+    void failCalls();
+    void startAnew();
+    void copyUserIn();
+    void finishCopies();
 
     User anyUser();
     Folder anyFolder(const User &user);
@@ -53,10 +61,16 @@ private:
     // The model: a place and all below it goes, or goes elsewhere.
     void forgetPlace(const QString &place);
     void rebase(const QString &from, const QString &to);
+    QString notOnDisk(const StoreListing &listed) const;
     QString faultAtRest();
 
-    bool _isDisturbed;
+    bool isDisturbed() const { return _kind == Kind::Disturbed; }
+
+    Kind _kind;
     StoreBench _bench;
+    // Directories that were copied in and have no record yet.
+    QStringList _copies;
+    int _copied = 0;
     StoreListing _model;
 };
 

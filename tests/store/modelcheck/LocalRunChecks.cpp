@@ -10,18 +10,61 @@ using namespace Qt::StringLiterals;
 
 void LocalRun::disturb()
 {
-    if (_bench.random.oneIn(2))
+    if (isDisturbed() && _bench.random.oneIn(2))
         return actFromOutside();
+    if (!isDisturbed() && _bench.random.oneIn(3))
+        return copyUserIn();
+    if (!isDisturbed() && _bench.random.oneIn(4))
+        return startAnew();
+    failCalls();
+}
+
+void LocalRun::failCalls()
+{
     using Call = FaultyFileOperations::Call;
     static const std::vector<std::errc> errors{std::errc::no_space_on_device, std::errc::permission_denied,
-                                               std::errc::read_only_file_system, std::errc::io_error};
+                                               std::errc::read_only_file_system, std::errc::io_error,
+                                               std::errc::no_such_device};
     const int first = 1 + _bench.random.below(5);
     const auto call = static_cast<Call>(_bench.random.below(int(Call::SyncFolder) + 1));
     const auto error = _bench.random.pick(errors);
     _bench.story.append(u"fail call %1 from the %2th on"_s.arg(int(call)).arg(first));
-    _bench.operations.add({std::make_error_code(error), call, {}, first, first + _bench.random.below(3)});
+    _bench.operations.add(
+        {std::make_error_code(error), call, {}, first, first + _bench.random.below(isDisturbed() ? 3 : 20)});
     if (_bench.random.oneIn(4))
         _bench.rig.trash.failure = {FileResult::Outcome::Failed, u"full"_s};
+}
+
+// The program ends, with what the disk takes of its work, and starts while the disk is as it is.
+void LocalRun::startAnew()
+{
+    _bench.story.append(u"start anew"_s);
+    _bench.storage->close();
+    _bench.rig.settle();
+    _bench.rig.context.saves.cancelAll();
+    _bench.open();
+    _bench.rig.settle();
+}
+
+// A user's directory is on its way, or arrives.
+void LocalRun::copyUserIn()
+{
+    if (_bench.random.oneIn(2))
+        return finishCopies();
+    const QString place = u"ActiveUsers/0000C0B1-0000-0000-0000-%1"_s.arg(++_copied, 12, 10, QChar(u'0'));
+    const QString text = _bench.freshText();
+    _bench.story.append(u"copy in "_s + place);
+    _bench.rig.put(place + u"/Copied.tamber", text.toUtf8());
+    _bench.owe(text, place);
+    _copies.append(place);
+}
+
+void LocalRun::finishCopies()
+{
+    for (const QString &place : std::exchange(_copies, {}))
+        // Unless the store has written one since.
+        if (!_bench.rig.has(place + u"/user.txt"))
+            _bench.rig.put(place + u"/user.txt", "Copied\n\n\n");
 }
 
 // Another program adds, edits, renames or removes a document, or a record.
@@ -96,7 +139,7 @@ LocalRun::File LocalRun::anyFile(const Container &container)
 
 bool LocalRun::mayTouch(const FileURL &url) const
 {
-    return _isDisturbed || _bench.isFree(url);
+    return isDisturbed() || _bench.isFree(url);
 }
 
 void LocalRun::tell(const QString &what, const FileURL &url, const QString &more)
@@ -117,6 +160,21 @@ void LocalRun::rebase(const QString &from, const QString &to)
     _model = moved;
 }
 
+// Null when all that is listed is on the disk as it is listed. What was deleted may be there and not be listed.
+QString LocalRun::notOnDisk(const StoreListing &listed) const
+{
+    const StoreListing directory = _bench.directoryListing();
+    for (const auto &[place, value] : listed) {
+        const auto found = directory.find(place);
+        // A record that could not be read leaves no name, and may not be there at all.
+        const bool isUnread = value.isEmpty() || value == u"||";
+        const bool isThere = found != directory.end() && found->second == value;
+        if (!isThere && !isUnread && !_bench.isDying(place))
+            return u"listed and not so on the disk: "_s + place;
+    }
+    return {};
+}
+
 QString LocalRun::faultAtRest()
 {
     _bench.story.append(u"rest"_s);
@@ -124,6 +182,10 @@ QString LocalRun::faultAtRest()
     _bench.rig.trash.failure = {};
     _bench.settleAll();
     const StoreListing listed = listingOf(*_bench.storage, _bench.rig.disk);
+    finishCopies();
+    const QString unlisted = _kind == Kind::Failing ? notOnDisk(listed) : QString();
+    if (!unlisted.isNull())
+        return unlisted;
     _bench.open();
     _bench.settleAll();
     _bench.atRest();
@@ -134,7 +196,7 @@ QString LocalRun::faultAtRest()
     const QStringList lost = _bench.lostTexts();
     if (!lost.isEmpty())
         return u"lost: "_s + lost.join(u", "_s);
-    if (_isDisturbed)
+    if (_kind != Kind::Undisturbed)
         return {};
     fault = difference(directory, _model);
     if (!fault.isEmpty())

@@ -73,6 +73,11 @@ void StoreBench::open()
     if (storage)
         storage->close();
     storage = TamberStorage::withURL(rig.context, rig.root());
+    // Where the disk refuses that, the program looks again later.
+    if (!storage) {
+        operations.clear();
+        storage = TamberStorage::withURL(rig.context, rig.root());
+    }
     for (const auto &registry : registries())
         registry->startQuery();
 }
