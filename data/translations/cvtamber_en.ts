@@ -1275,6 +1275,22 @@
         <source>This part of the page is fixed. Write after it.</source>
         <translation>This part of the page is fixed. Write after it.</translation>
     </message>
+    <message id="Other version of %@">
+        <source>Other version of %@</source>
+        <translation>Other version of %@</translation>
+    </message>
+    <message id="Keep this version">
+        <source>Keep this version</source>
+        <translation>Keep this version</translation>
+    </message>
+    <message id="Keep the other version">
+        <source>Keep the other version</source>
+        <translation>Keep the other version</translation>
+    </message>
+    <message id="Keep both">
+        <source>Keep both</source>
+        <translation>Keep both</translation>
+    </message>
     <message id="Not everything is saved">
         <source>Not everything is saved</source>
         <translation>Not everything is saved</translation>

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ContainerContents.h"
 
+#include <algorithm>
+
 namespace cvtamber {
 
 const void *ContainerItem::address() const
@@ -51,6 +53,17 @@ ContainerItem ContainerContents::itemAt(IndexPath path) const
     if (isFolderSection(path.section))
         return {nullptr, _user->folderAtIndex(path.row)};
     return {_filesContainer->files()[static_cast<size_t>(path.row)], nullptr};
+}
+
+std::shared_ptr<TamberDocument> ContainerContents::documentOfTitle(const QString &title) const
+{
+    if (!_filesContainer)
+        return nullptr;
+    const auto &files = _filesContainer->files();
+    const auto found = std::find_if(files.begin(), files.end(), [&title](const auto &file) {
+        return file->fileURL().nameWithoutExtension() == title;
+    });
+    return found == files.end() ? nullptr : *found;
 }
 
 StoreIndex ContainerContents::indexOf(const ContainerItem &item) const

@@ -49,6 +49,8 @@ public:
 
     // Empty outside the lists.
     ContainerItem itemAt(IndexPath path) const;
+    // Null when none has it.
+    std::shared_ptr<TamberDocument> documentOfTitle(const QString &title) const;
     // Index in its list now, NotFound when it is not in it any more.
     StoreIndex indexOf(const ContainerItem &item) const;
     bool holds(const ContainerItem &item) const { return indexOf(item) != NotFound; }

@@ -6,11 +6,11 @@
 #include "app/TamberContainerViewController.h"
 #include "base/SystemLog.h"
 #include "device/CVBTDevice.h"
-#include "device/DeviceNames.h"
-#include "device/TextForDevice.h"
 #include "store/StoreContext.h"
 #include "store/StoreDisk.h"
 #include "store/StoreNames.h"
+#include "text/DeviceNames.h"
+#include "text/TextForDevice.h"
 #include "ui/NavigationController.h"
 
 #include <utility>

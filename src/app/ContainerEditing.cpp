@@ -4,6 +4,10 @@
 #include "app/ContainerMenus.h"
 #include "app/ContainerScreen.h"
 #include "base/SystemLog.h"
+#include "store/CloudNames.h"
+#include "store/StoreNames.h"
+
+#include <utility>
 
 namespace cvtamber {
 
@@ -71,6 +75,11 @@ void ContainerEditing::rename(const ContainerItem &item, const QString &name)
 
 void ContainerEditing::handleDeleteFileCommand(const ContainerItem &item)
 {
+    askToDelete(item, [this, item] { remove(item); });
+}
+
+void ContainerEditing::askToDelete(const ContainerItem &item, std::function<void()> then)
+{
     if (item.isEmpty())
         return;
     ActionSheet sheet;
@@ -80,11 +89,52 @@ void ContainerEditing::handleDeleteFileCommand(const ContainerItem &item)
     sheet.destructiveButtonIndex = YesButton;
     sheet.cancelButtonIndex = NoButton;
     sheet.anchor = _screen.anchorOf(item);
-    sheet.didDismiss = [this, item](const ActionSheet &, int buttonIndex) {
+    sheet.didDismiss = [then = std::move(then)](const ActionSheet &, int buttonIndex) {
         if (buttonIndex == YesButton)
-            remove(item);
+            then();
     };
     _screen.ask(sheet);
+}
+
+void ContainerEditing::keepThisVersion(const ContainerItem &copy)
+{
+    if (!_screen.isStillThere(copy))
+        return;
+    const QString title = titleBehindConflictCopy(copy.title());
+    const auto original = _screen.contents().documentOfTitle(title);
+    if (!original) {
+        rename(copy, title);
+        return;
+    }
+    askToDelete({original, nullptr}, [this, original, copy] {
+        _screen.openText(copy.document,
+                         [this, original, copy](const QString &text) { replaceText(original, copy, text); });
+    });
+}
+
+// The copy goes only once its text is saved in the other's place.
+void ContainerEditing::replaceText(const std::shared_ptr<TamberDocument> &original, const ContainerItem &copy,
+                                   const QString &text)
+{
+    original->openWithCompletionHandler(
+        _screen.whileAlive([this, document = original.get(), copy, text](bool isOpen) {
+            if (!isOpen)
+                return;
+            document->setText(text);
+            document->closeWithCompletionHandler(_screen.whileAlive([this, copy](bool isSaved) {
+                if (isSaved)
+                    remove(copy);
+            }));
+        }));
+}
+
+void ContainerEditing::keepBothVersions(const ContainerItem &copy)
+{
+    const auto &container = _screen.contents().filesContainer();
+    if (container)
+        rename(copy, nextFreeTitle(titleBehindConflictCopy(copy.title()), [&container](const QString &title) {
+                   return container->fileExists(title);
+               }));
 }
 
 void ContainerEditing::remove(const ContainerItem &item)

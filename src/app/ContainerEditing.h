@@ -3,6 +3,8 @@
 
 #include "app/ContainerContents.h"
 
+#include <functional>
+
 namespace cvtamber {
 
 class ContainerScreen;
@@ -20,11 +22,19 @@ public:
     // Both buttons of the prompt rename, Cancel (and with it Escape) too.
     void askForNewName(const ContainerItem &item);
     void handleDeleteFileCommand(const ContainerItem &item);
+    // Of two versions of a document, of which `copy` is the one beside it. What is not kept is asked for first. Without the
+    // other one the copy takes its title.
+    void keepThisVersion(const ContainerItem &copy);
+    void keepOtherVersion(const ContainerItem &copy) { handleDeleteFileCommand(copy); }
+    void keepBothVersions(const ContainerItem &copy);
 
 private:
     void addFolder(const QString &name);
     void rename(const ContainerItem &item, const QString &name);
+    void askToDelete(const ContainerItem &item, std::function<void()> then);
     void remove(const ContainerItem &item);
+    void replaceText(const std::shared_ptr<TamberDocument> &original, const ContainerItem &copy,
+                     const QString &text);
 
     ContainerScreen &_screen;
 };

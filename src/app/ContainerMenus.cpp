@@ -15,6 +15,17 @@ constexpr std::array<MenuEntry<FileCommand>, 5> FileMenu{{
     {"Emboss", FileCommand::Emboss},
 }};
 
+constexpr std::array<MenuEntry<FileCommand>, 8> ConflictCopyMenu{{
+    {"4.7", FileCommand::Preview},
+    {"Keep this version", FileCommand::KeepThis},
+    {"Keep the other version", FileCommand::KeepOther},
+    {"Keep both", FileCommand::KeepBoth},
+    {"4.8", FileCommand::Send},
+    {"4.9", FileCommand::Move},
+    {"4.10", FileCommand::Mail},
+    {"Emboss", FileCommand::Emboss},
+}};
+
 constexpr std::array<MenuEntry<AddCommand>, 2> AddMenuOfUser{{
     {"4.1", AddCommand::NewFolder},
     {"4.2", AddCommand::FetchFile},
@@ -35,6 +46,11 @@ constexpr std::array<MenuEntry<EditCommand>, 3> EditMenu{{
 Menu<FileCommand> fileMenu()
 {
     return FileMenu;
+}
+
+Menu<FileCommand> conflictCopyMenu()
+{
+    return ConflictCopyMenu;
 }
 
 Menu<AddCommand> addMenu(bool isUserLevel)

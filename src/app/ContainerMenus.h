@@ -34,8 +34,10 @@ template<typename Command> struct MenuEntry
 };
 template<typename Command> using Menu = std::span<const MenuEntry<Command>>;
 
-enum class FileCommand { Preview, Send, Move, Mail, Emboss };
+enum class FileCommand { Preview, Send, Move, Mail, Emboss, KeepThis, KeepOther, KeepBoth };
 Menu<FileCommand> fileMenu();
+// Of a version that another program has put beside a document.
+Menu<FileCommand> conflictCopyMenu();
 
 enum class AddCommand { NewFolder = 1, FetchFile = 2 };
 Menu<AddCommand> addMenu(bool isUserLevel);

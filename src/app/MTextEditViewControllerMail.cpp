@@ -2,8 +2,8 @@
 #include "app/MTextEditViewController.h"
 
 #include "app/AppContext.h"
-#include "device/TextCodec.h"
 #include "store/CVFile.h"
+#include "text/TextCodec.h"
 #include "ui/MailComposer.h"
 #include "ui/Texts.h"
 

@@ -9,6 +9,7 @@
 #include "app/ContainerMoving.h"
 #include "app/ContainerScreen.h"
 #include "base/SystemLog.h"
+#include "store/CloudNames.h"
 #include "store/StoreContext.h"
 #include "store/StoreDisk.h"
 #include "ui/NavigationController.h"
@@ -150,7 +151,9 @@ TableCell TamberContainerViewController::cellForRow(IndexPath path) const
         cell.accessory = isPicking() ? TableCell::Accessory::None : TableCell::Accessory::Disclosure;
     } else if (item.document) {
         cell.image = u"doc.png"_s;
-        cell.detail = sizeText(*item.document);
+        const QString other = titleBehindConflictCopy(cell.text);
+        cell.detail =
+            other.isNull() ? sizeText(*item.document) : localizedFormat("Other version of %@", other);
     }
     return cell;
 }
@@ -322,10 +325,13 @@ void TamberContainerViewController::addButtonClicked()
 
 void TamberContainerViewController::fileSelected(const ContainerItem &item)
 {
-    ActionSheet sheet = menuSheet(FileMenuTag, item.title(), fileMenu());
+    const QString other = titleBehindConflictCopy(item.title());
+    const auto menu = other.isNull() ? fileMenu() : conflictCopyMenu();
+    ActionSheet sheet = menuSheet(
+        FileMenuTag, other.isNull() ? item.title() : localizedFormat("Other version of %@", other), menu);
     sheet.anchor = _screen->anchorOf(item);
-    sheet.didDismiss = [this, item](const ActionSheet &, int buttonIndex) {
-        if (const auto command = commandAt(fileMenu(), buttonIndex))
+    sheet.didDismiss = [this, item, menu](const ActionSheet &, int buttonIndex) {
+        if (const auto command = commandAt(menu, buttonIndex))
             runFileCommand(*command, item);
     };
     _screen->ask(sheet);
@@ -348,6 +354,15 @@ void TamberContainerViewController::runFileCommand(FileCommand command, const Co
         break;
     case FileCommand::Emboss:
         _deviceActions->emboss(item.document);
+        break;
+    case FileCommand::KeepThis:
+        _editing->keepThisVersion(item);
+        break;
+    case FileCommand::KeepOther:
+        _editing->keepOtherVersion(item);
+        break;
+    case FileCommand::KeepBoth:
+        _editing->keepBothVersions(item);
         break;
     }
 }

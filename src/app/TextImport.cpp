@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/TextImport.h"
 
-#include "device/TextCodec.h"
 #include "store/StoreDisk.h"
+#include "text/TextCodec.h"
 
 #include <QStringDecoder>
 #include <QTextBoundaryFinder>

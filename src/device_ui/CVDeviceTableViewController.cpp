@@ -6,9 +6,9 @@
 #include "chat/Chat2ViewController.h"
 #include "chat/ChatViewController.h"
 #include "device/CVBTDevice.h"
-#include "device/DeviceTables.h"
 #include "device/Reconnector.h"
 #include "device_ui/MCVFilesViewController.h"
+#include "text/DeviceTables.h"
 #include "ui/NavigationController.h"
 #include "ui/Texts.h"
 

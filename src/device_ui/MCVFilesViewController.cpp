@@ -6,12 +6,12 @@
 #include "base/SystemLog.h"
 #include "base/VisibleText.h"
 #include "device/CVBTDevice.h"
-#include "device/DeviceNames.h"
 #include "store/StoreContext.h"
 #include "store/StoreDisk.h"
 #include "store/StoreNames.h"
 #include "store/TamberDataFolder.h"
 #include "store/TamberUser.h"
+#include "text/DeviceNames.h"
 #include "ui/Texts.h"
 
 #include <QHash>
