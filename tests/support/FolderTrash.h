@@ -6,9 +6,12 @@
 #include <QDir>
 #include <QList>
 
+#include <mutex>
+
 namespace cvtamber {
 
-// A trash that is a folder: each item gets a folder of its own in it, "1", "2" ...
+// A trash that is a folder: each item gets a folder of its own in it, "1", "2" ... What it tells is read while nothing
+// runs.
 class FolderTrash final : public Trash
 {
 public:
@@ -18,6 +21,7 @@ public:
 
     FileResult moveToTrash(const FileURL &url) override
     {
+        const std::lock_guard lock(_mutex);
         if (!failure.ok())
             return failure;
         const QString place = _folder + u'/' + QString::number(items.size() + 1);
@@ -33,6 +37,7 @@ public:
     FileResult failure;
 
 private:
+    std::mutex _mutex;
     QString _folder;
 };
 
