@@ -59,7 +59,7 @@ QString ScreenWalk::run()
     for (int i = 0; i < Steps; ++i) {
         step();
         settle();
-        const QString fault = faultOfLists();
+        QString fault = faultOfLists();
         if (!fault.isNull())
             return fault;
     }
@@ -275,7 +275,7 @@ QString ScreenWalk::faultOfLists() const
         const auto navigation = std::dynamic_pointer_cast<NavigationController>(tab.controller);
         for (const auto &screen : navigation->viewControllers()) {
             const auto *const table = dynamic_cast<const TableViewController *>(screen.get());
-            const QString fault = table && screen->isViewLoaded() ? faultOf(*table) : QString();
+            QString fault = table && screen->isViewLoaded() ? faultOf(*table) : QString();
             if (!fault.isNull())
                 return fault;
         }

@@ -183,7 +183,7 @@ QString LocalRun::faultAtRest()
     _bench.settleAll();
     const StoreListing listed = listingOf(*_bench.storage, _bench.rig.disk);
     finishCopies();
-    const QString unlisted = _kind == Kind::Failing ? notOnDisk(listed) : QString();
+    QString unlisted = _kind == Kind::Failing ? notOnDisk(listed) : QString();
     if (!unlisted.isNull())
         return unlisted;
     _bench.open();
