@@ -96,6 +96,7 @@ bool TamberUser::openRecord()
                 clearDirectoryWithoutRecord(context(), url());
             return false;
         }
+        _isRecordDoubtful = true;
         if (record.outcome == Outcome::NotDownloaded && isUbiquitous())
             context().cloud.startDownloading(fileURL());
     }
@@ -201,7 +202,8 @@ bool TamberUser::cancelScheduledSave()
 
 void TamberUser::saveScheduledChanges()
 {
-    if (cancelScheduledSave())
+    // Without a record the next start would not list what was added meanwhile.
+    if (cancelScheduledSave() || (_isRecordDoubtful && isRecordLost()))
         saveUserData();
 }
 

@@ -100,6 +100,8 @@ private:
     // The last write of the record has failed.
     bool _isRecordOwed = false;
     bool _isDirectoryOwed = false;
+    // It could not be read, for another reason than being absent.
+    bool _isRecordDoubtful = false;
     std::vector<std::function<void(bool isSaved)>> _waitForRecord;
     std::weak_ptr<TamberUsers> _users;
 };
