@@ -170,7 +170,12 @@ void ScreenWalk::remember(const TableViewController &table, IndexPath path)
     _pressed.title = model.data(model.index(row), TableModel::TextRole).toString();
     if (const auto *const browser = dynamic_cast<const TamberContainerViewController *>(&table)) {
         _pressed.isFolder = browser->sectionsCount() == 2 && path.section == 0;
-        _pressed.container = browser->container() ? browser->container()->url() : FileURL();
+        const auto container = browser->container();
+        _pressed.container = container ? container->url() : FileURL();
+        // Its name on the disk may be an older one.
+        const auto user = std::dynamic_pointer_cast<TamberUser>(container);
+        if (const auto folder = user && _pressed.isFolder ? user->folderAtIndex(path.row) : nullptr)
+            _pressed.container = folder->url();
     } else if (const auto *const users = dynamic_cast<const MUsersViewController *>(&table)) {
         // Rows of users are checked by identity after each step, and two may have one name.
         const auto &shown = users->sortedUsers();
@@ -347,16 +352,10 @@ void ScreenWalk::forgive(const QString &path)
 void ScreenWalk::forgivePressed()
 {
     const QString container = _pressed.container.path();
-    if (_pressed.isUser) {
+    if (_pressed.isUser || _pressed.isFolder)
         forgive(container);
-    } else if (!_pressed.isFolder) {
+    else
         forgive(container % u'/' % _pressed.title % u".tamber");
-    } else {
-        for (const QString &name : QDir(container).entryList(QDir::Dirs | QDir::NoDotAndDotDot))
-            if (textOf(container % u'/' % name % u"/folder.dat").section(u'\n', 0, 0) == _pressed.title ||
-                _pressed.title == u"Folder without a name")
-                forgive(container % u'/' % name);
-    }
 }
 
 } // namespace cvtamber

@@ -28,6 +28,7 @@ private:
     // A row as it was shown when it was pressed.
     struct Pressed
     {
+        // A document's, or the user's or folder's own directory.
         FileURL container;
         bool isUser = false;
         bool isFolder = false;
