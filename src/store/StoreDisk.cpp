@@ -2,7 +2,6 @@
 #include "store/StoreDisk.h"
 
 #include "store/CloudNames.h"
-#include "store/ConflictCopies.h"
 #include "store/CrossDeviceMove.h"
 #include "store/DiskResults.h"
 #include "store/DiskTree.h"
