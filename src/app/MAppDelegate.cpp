@@ -124,6 +124,8 @@ bool MAppDelegate::windowShouldClose(std::function<void()> mayClose)
     }
     if (_closesUnsaved || _services.store.problems.unsaved().empty())
         return true;
+    if (std::exchange(_isAskingAboutUnsaved, true))
+        return false;
     _services.store.problems.saveUnsaved([delegate = weak_from_this(), mayClose = std::move(mayClose)] {
         if (const auto self = delegate.lock())
             self->askAboutUnsaved(mayClose);
@@ -136,6 +138,7 @@ void MAppDelegate::askAboutUnsaved(const std::function<void()> &mayClose)
 {
     const auto &unsaved = _services.store.problems.unsaved();
     if (unsaved.empty()) {
+        _isAskingAboutUnsaved = false;
         mayClose();
         return;
     }
@@ -153,7 +156,10 @@ void MAppDelegate::askAboutUnsaved(const std::function<void()> &mayClose)
     alert.didDismiss = [delegate = weak_from_this(), mayClose](const AlertView &asked, int button,
                                                                const QString &) {
         const auto self = delegate.lock();
-        if (!self || button == asked.cancelButtonIndex)
+        if (!self)
+            return;
+        self->_isAskingAboutUnsaved = false;
+        if (button == asked.cancelButtonIndex)
             return;
         self->_closesUnsaved = true;
         mayClose();
@@ -292,7 +298,7 @@ void MAppDelegate::lookForStoreAgain()
     }
     const FileURL place = wishedStorageURL();
     if (!_services.store.disk.isFolder(place)) {
-        _lookLater.start(StoreLook, [this] { lookForStoreAgain(); });
+        lookLater();
         return;
     }
     makeStorage(_services.store, place);
@@ -301,6 +307,28 @@ void MAppDelegate::lookForStoreAgain()
     if (gTamberStorage->isUbiquitous())
         moveToiCloud();
     showRegistries();
+}
+
+// In the background: a place over a network may take long to say that it is not there.
+void MAppDelegate::lookLater()
+{
+    _lookLater.start(StoreLook, [this] {
+        const auto isThere = std::make_shared<bool>(false);
+        const bool isCloud = _services.defaults.boolValue(CloudOn);
+        const FileURL local = isCloud ? FileURL() : localStorageURL();
+        _services.tasks.run(
+            [isThere, isCloud, local, &store = _services.store] {
+                *isThere =
+                    store.disk.isFolder(isCloud ? TamberStorage::ubiquotusStorageURL(store.cloud) : local);
+            },
+            [isThere, delegate = weak_from_this()] {
+                const auto self = delegate.lock();
+                if (self && *isThere)
+                    self->lookForStoreAgain();
+                else if (self && self->_tabController && !gTamberStorage)
+                    self->lookLater();
+            });
+    });
 }
 
 FileURL MAppDelegate::wishedStorageURL() const
@@ -317,7 +345,7 @@ void MAppDelegate::showRegistries()
     _activeUsersController->setTamberUsers(storage ? storage->activeUsers() : nullptr);
     _archivedUsersController->setTamberUsers(storage ? storage->archivedUsers() : nullptr);
     if (!storage)
-        _lookLater.start(StoreLook, [this] { lookForStoreAgain(); });
+        lookLater();
 }
 
 // What shows users or documents of the store before. An editor stays: its text may be saved nowhere.

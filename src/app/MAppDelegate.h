@@ -105,6 +105,7 @@ private:
     void leaveOldStore();
     void askAboutUnsaved(const std::function<void()> &mayClose);
     void lookForStoreAgain();
+    void lookLater();
     FileURL wishedStorageURL() const;
     FileURL localStorageURL() const;
     FileURL ubiquotusStorageURL() const;
@@ -131,7 +132,8 @@ private:
     std::shared_ptr<MUsersViewController> _archivedUsersController;
     FileURL _docToOpenURL;
     bool _isLocating = false;
-    // What the disk did not take is given up.
+    // What the disk did not take is being asked about, or is given up.
+    bool _isAskingAboutUnsaved = false;
     bool _closesUnsaved = false;
     // The first one is being presented or waits until nothing else is.
     std::deque<FileURL> _imports;

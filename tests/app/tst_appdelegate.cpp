@@ -303,7 +303,9 @@ private slots:
         ann->addFileWithName(u"Letter"_s, u"text"_s);
         bench.rig.settle();
         QVERIFY(!bench.delegate->windowShouldClose(mayClose));
+        QVERIFY(!bench.delegate->windowShouldClose(mayClose));
         bench.rig.settle();
+        QCOMPARE(bench.presenter->alertCount(), 1U);
         QVERIFY(bench.presenter->alert()->message.contains(u"Letter"_s));
         bench.presenter->answerAlert(u"Cancel"_s);
         QCOMPARE(closes, 1);
