@@ -61,6 +61,13 @@ ViewController *rootOf(ViewController *screen)
     return navigation && navigation->depth() > 0 ? navigation->viewControllers().front().get() : screen;
 }
 
+// One that shows users or documents.
+bool isOfStore(ViewController &screen)
+{
+    return dynamic_cast<TamberPickUserOrFolderViewController *>(&screen) ||
+           dynamic_cast<MEditUserDialog *>(rootOf(&screen));
+}
+
 QString shownAddress(const void *object)
 {
     return u"0x"_s % QString::number(reinterpret_cast<quintptr>(object), 16);
@@ -352,9 +359,7 @@ void MAppDelegate::showRegistries()
 void MAppDelegate::leaveOldStore()
 {
     for (ViewController *screen : presentedScreens(_tabController)) {
-        const bool isOfStore = dynamic_cast<TamberPickUserOrFolderViewController *>(screen) ||
-                               dynamic_cast<MEditUserDialog *>(rootOf(screen));
-        const auto below = isOfStore ? screen->presentingViewController() : nullptr;
+        const auto below = isOfStore(*screen) ? screen->presentingViewController() : nullptr;
         if (below) {
             below->dismissViewController(false);
             break;
