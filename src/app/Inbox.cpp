@@ -7,7 +7,6 @@
 #include "base/SystemLog.h"
 #include "base/TaskRunner.h"
 #include "base/VisibleText.h"
-#include "store/CoordinatedFiles.h"
 #include "store/FileCoordinator.h"
 #include "store/StoreNames.h"
 #include "store/TamberStorage.h"

@@ -5,7 +5,6 @@
 #include "app/TextImport.h"
 #include "base/UserDefaults.h"
 #include "base/VisibleText.h"
-#include "store/CoordinatedFiles.h"
 #include "store/FileCoordinator.h"
 #include "store/StoreDisk.h"
 #include "store/StoreNames.h"

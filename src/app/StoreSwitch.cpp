@@ -3,8 +3,7 @@
 
 #include "app/MGlobals.h"
 #include "base/SystemLog.h"
-#include "store/CoordinatedFiles.h"
-#include "store/StoreDisk.h"
+#include "store/ContainerDisk.h"
 #include "store/TamberStorage.h"
 #include "store/TamberUsers.h"
 
@@ -18,13 +17,10 @@ std::shared_ptr<TamberStorage> gTamberStorage;
 
 namespace {
 
-constexpr QStringView UsersFolders[] = {u"ActiveUsers", u"ArchivedUsers"};
-
 bool isOpen(StoreContext &context, const FileURL &root)
 {
-    return std::all_of(std::begin(UsersFolders), std::end(UsersFolders), [&](QStringView name) {
-        return context.disk.isFolder(root.appendingDirectory(name.toString()));
-    });
+    return context.disk.isFolder(root.appendingDirectory(ActiveUsersName.toString())) &&
+           context.disk.isFolder(root.appendingDirectory(ArchivedUsersName.toString()));
 }
 
 void moveFolderToCloud(StoreContext &context, const FileURL &from, const FileURL &to)
@@ -43,12 +39,13 @@ void moveFolderToCloud(StoreContext &context, const FileURL &from, const FileURL
             return isFolder ? folder.appendingDirectory(entry.name) : folder.appendingFile(entry.name);
         };
         const FileURL item = itemIn(from);
-        coordinatedMoveItemAtURL(context, item, itemIn(to), [&context, item](const FileResult &result) {
-            if (result.ok())
-                return;
-            context.log.info(u"Error"_s);
-            tellProblem(context, StoreProblem::What::Move, item, result);
-        });
+        ContainerDisk(context).coordinatedMoveItemAtURL(
+            item, itemIn(to), [&context, item](const FileResult &result) {
+                if (result.ok())
+                    return;
+                context.log.info(u"Error"_s);
+                tellProblem(context, StoreProblem::What::Move, item, result);
+            });
     }
 }
 
@@ -86,7 +83,7 @@ void moveUsersToCloud(StoreContext &context, const FileURL &local, const FileURL
 {
     if (local.isNil() || cloud.isNil() || local == cloud)
         return;
-    for (const QStringView name : UsersFolders)
+    for (const QStringView name : {ActiveUsersName, ArchivedUsersName})
         moveFolderToCloud(context, local.appendingDirectory(name.toString()),
                           cloud.appendingDirectory(name.toString()));
 }

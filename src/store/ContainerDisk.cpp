@@ -28,24 +28,24 @@ bool mustSettleFirst(const std::shared_ptr<Document> &document)
     return document->hasUnsavedChanges() || isNotOnDisk(*document);
 }
 
-// Moves once the documents are settled, or says why not.
-template<typename Move>
-void moveSettled(const StoreContext &context, const FileURL &from, const DocumentGroup &documents,
-                 const Move &move, const FileCompletion &completion)
+// Several closings that end together.
+struct Settling
 {
-    settleDocuments(
-        context, documents, [&context, from, documents, move, completion](const FileResult &settled) {
-            const auto notOnDisk =
-                std::find_if(documents.begin(), documents.end(), [&](const auto &document) {
-                    return document->fileURL() == from && isNotOnDisk(*document);
-                });
-            const FileResult refusal = notOnDisk == documents.end() ? settled : (*notOnDisk)->lastResult();
-            if (refusal.ok())
-                move(completion);
-            else
-                context.runLoop.performAfter({}, [completion, refusal] { completion(refusal); });
-        });
-}
+    size_t remaining = 0;
+    FileResult first;
+    FileCompletion settled;
+
+    void closed(const Document &document, bool success)
+    {
+        if (!success && first.ok()) {
+            first = document.lastResult();
+            if (first.ok())
+                first.outcome = Outcome::Failed;
+        }
+        if (--remaining == 0)
+            settled(first);
+    }
+};
 
 } // namespace
 
@@ -60,49 +60,89 @@ ContainerListing ContainerDisk::read(const FileURL &directory) const
     return ContainerListing::of(listing);
 }
 
+bool ContainerDisk::isSettled(const Document &document) const
+{
+    const bool isClosed = (document.documentState() & Document::Closed) != 0;
+    return isClosed && !document.hasUnsavedChanges() && !_context.coordinator.isBusy(document.fileURL());
+}
+
+// At once when all are settled.
+void ContainerDisk::settle(const DocumentGroup &documents, FileCompletion settled) const
+{
+    DocumentGroup open;
+    std::copy_if(documents.begin(), documents.end(), std::back_inserter(open),
+                 [&](const auto &document) { return !isSettled(*document); });
+    if (open.empty()) {
+        settled({});
+        return;
+    }
+    const auto settling = std::make_shared<Settling>(Settling{open.size(), {}, std::move(settled)});
+    for (const auto &document : open)
+        document->closeWithCompletionHandler([settling, weak = std::weak_ptr<Document>(document)](bool ok) {
+            // The document lives until it has been closed.
+            if (const auto closing = weak.lock())
+                settling->closed(*closing, ok);
+        });
+}
+
 void ContainerDisk::removeDocument(const std::shared_ptr<Document> &document, FileCompletion completion) const
 {
-    abandonDocument(_context, document, [&context = _context, document, done = std::move(completion)] {
+    if (!isSettled(*document))
+        document->updateChangeCount(Document::ChangeKind::Cleared);
+    settle({document}, [disk = *this, document, done = std::move(completion)](const FileResult &) {
         if (isNotOnDisk(*document))
-            context.runLoop.performAfter({}, [done] { done({}); });
+            disk._context.runLoop.performAfter({}, [done] { done({}); });
         else
-            coordinatedRemoveItemAtURL(context, document->fileURL(), done);
+            disk.coordinatedRemoveItemAtURL(document->fileURL(), done);
     });
 }
 
-void ContainerDisk::move(const FileURL &from, const FileURL &to, const DocumentGroup &documents,
-                         const FileCompletion &completion) const
+void ContainerDisk::move(MoveKind kind, const FileURL &from, const FileURL &to,
+                         const DocumentGroup &documents, const FileCompletion &completion) const
 {
-    moveSettled(
-        _context, from, documents,
-        [&context = _context, from, to](const FileCompletion &done) {
-            coordinatedMoveItemAtURL(context, from, to, done);
-        },
-        completion);
-}
-
-void ContainerDisk::moveQuietly(const FileURL &from, const FileURL &to, const DocumentGroup &documents,
-                                const FileCompletion &completion) const
-{
-    moveSettled(
-        _context, from, documents,
-        [&context = _context, from, to](const FileCompletion &done) {
-            context.coordinator.move(from, to, done);
-        },
-        completion);
-}
-
-void ContainerDisk::moveAtOnce(const FileURL &from, const FileURL &to, const DocumentGroup &documents,
-                               const FileCompletion &completion) const
-{
-    const bool isBusy = _context.coordinator.isBusy(from) || _context.coordinator.isBusy(to);
-    if (isBusy || std::any_of(documents.begin(), documents.end(), &mustSettleFirst)) {
-        moveQuietly(from, to, documents, completion);
+    if (kind == MoveKind::AtOnce && !_context.coordinator.isBusy(from) && !_context.coordinator.isBusy(to) &&
+        std::none_of(documents.begin(), documents.end(), &mustSettleFirst)) {
+        // Closing has nothing to write here; it only ends what the old document could still write later.
+        settle(documents, [](const FileResult &) {});
+        completion(_context.disk.move(from, to));
         return;
     }
-    // Closing has nothing to write here; it only ends what the old document could still write later.
-    settleDocuments(_context, documents, [](const FileResult &) {});
-    completion(_context.disk.move(from, to));
+    settle(documents, [disk = *this, kind, from, to, documents, completion](const FileResult &settled) {
+        const auto notOnDisk = std::find_if(documents.begin(), documents.end(), [&](const auto &document) {
+            return document->fileURL() == from && isNotOnDisk(*document);
+        });
+        const FileResult refusal = notOnDisk == documents.end() ? settled : (*notOnDisk)->lastResult();
+        if (!refusal.ok())
+            disk._context.runLoop.performAfter({}, [completion, refusal] { completion(refusal); });
+        else if (kind == MoveKind::Coordinated)
+            disk.coordinatedMoveItemAtURL(from, to, completion);
+        else
+            disk._context.coordinator.move(from, to, completion);
+    });
+}
+
+void ContainerDisk::coordinatedMoveItemAtURL(const FileURL &from, const FileURL &to,
+                                             FileCompletion completion) const
+{
+    _context.log.info(loggedURL(from));
+    _context.log.info(loggedURL(to));
+    _context.coordinator.move(from, to, logged(from, std::move(completion)));
+}
+
+void ContainerDisk::coordinatedRemoveItemAtURL(const FileURL &url, FileCompletion completion) const
+{
+    _context.log.info(u"[fm removeItemAtURL:" % loggedURL(url) % u']');
+    _context.coordinator.remove(url, logged(url, std::move(completion)));
+}
+
+FileCompletion ContainerDisk::logged(const FileURL &url, FileCompletion completion) const
+{
+    return [&log = _context.log, url, done = std::move(completion)](const FileResult &result) {
+        if (!result.ok())
+            log.error(loggedURL(url) % u" - " % result.message);
+        if (done)
+            done(result);
+    };
 }
 
 bool ContainerDisk::hasMoved(const FileURL &from, const FileURL &to, const FileResult &result) const
@@ -159,8 +199,7 @@ FileURL ContainerDisk::makeUniqueFolder(const FileURL &parent) const
         if (result.ok())
             return folder;
     }
-    _context.log.error(result.message);
-    tellProblem(_context, StoreProblem::What::Create, parent, result);
+    logProblem(_context, StoreProblem::What::Create, parent, result);
     return {};
 }
 

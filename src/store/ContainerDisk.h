@@ -2,14 +2,17 @@
 #pragma once
 
 #include "store/ContainerListing.h"
-#include "store/CoordinatedFiles.h"
-#include "store/DocumentSettling.h"
+#include "store/Document.h"
 
 namespace cvtamber {
 
+using FileCompletion = std::function<void(const FileResult &)>;
+
 // What a container does on the disk; it knows nothing of lists. Cheap to make. Main thread.
 //
-// Completions run once: from the loop, or inside the call where a function says so.
+// Completions run once: from the loop, or inside the call where a function says so. Before a document's file is moved
+// or removed the document must have nothing left to write, or its next autosave would make the old file again: it is closed
+// first, and waited for, unless it is closed, holds nothing unsaved and nobody is working on its file.
 class ContainerDisk
 {
 public:
@@ -25,17 +28,21 @@ public:
     // in use has no file: what stands there is another's and stays.
     void removeDocument(const std::shared_ptr<Document> &document, FileCompletion completion) const;
 
+    enum class MoveKind {
+        // With the log lines of a coordinated move.
+        Coordinated,
+        Quiet,
+        // Quiet, and inside the call, unless something else is at work on either place or a document is not saved yet.
+        AtOnce,
+    };
     // A file, or a folder with the documents in it: in the background, once they have saved and closed. When one
-    // cannot be saved nothing is moved.
-    void move(const FileURL &from, const FileURL &to, const DocumentGroup &documents,
+    // cannot be saved it stays open with its changes, and nothing is moved.
+    void move(MoveKind kind, const FileURL &from, const FileURL &to, const DocumentGroup &documents,
               const FileCompletion &completion) const;
-    // The same without the log lines of a coordinated move.
-    void moveQuietly(const FileURL &from, const FileURL &to, const DocumentGroup &documents,
-                     const FileCompletion &completion) const;
-    // Inside the call, unless something else is at work on either place or a document is not saved yet: then as
-    // moveQuietly.
-    void moveAtOnce(const FileURL &from, const FileURL &to, const DocumentGroup &documents,
-                    const FileCompletion &completion) const;
+    // In the background, with the log lines that go with it; the completion may be empty. Telling StoreProblems is the
+    // caller's business, who knows what was meant.
+    void coordinatedMoveItemAtURL(const FileURL &from, const FileURL &to, FileCompletion completion) const;
+    void coordinatedRemoveItemAtURL(const FileURL &url, FileCompletion completion) const;
 
     // What such a move has done: a failure may come after the item has its new place, when a folder could not be synced.
     bool hasMoved(const FileURL &from, const FileURL &to, const FileResult &result) const;
@@ -55,6 +62,10 @@ public:
     FileResult makeFolders(const FileURL &directory) const;
 
 private:
+    bool isSettled(const Document &document) const;
+    void settle(const DocumentGroup &documents, FileCompletion settled) const;
+    FileCompletion logged(const FileURL &url, FileCompletion completion) const;
+
     StoreContext &_context;
 };
 

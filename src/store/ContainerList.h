@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/Observers.h"
 #include "store/ContainerDelegates.h"
 
 #include <algorithm>
@@ -10,12 +11,13 @@
 
 namespace cvtamber {
 
-// A list of documents or folders, kept in ascending order of their names without regard to letter case once it
+// A list of documents, folders or users, kept in ascending order of their names without regard to letter case once it
 // has been sorted; a list that was only appended to stays in the order of appending.
 //
 // Sorting: n log n when the list is not in order, else nothing. Inserting into a sorted list: a binary
-// search and a move of the pointers behind it. Looking an URL up: constant, through an index that is built at the
-// first look. Item has url() and name(). Thread: main thread.
+// search and a move of the pointers behind it. Looking an URL up: constant, through an index of the URLs' last
+// components, which the place of the store may change under, that is built at the first look. Item has url() and name().
+// Thread: main thread.
 template<typename Item> class ContainerList
 {
 public:
@@ -83,15 +85,23 @@ public:
         return found == from ? NotFound : found - _items.begin();
     }
 
-    // The first item of that URL.
-    StoreIndex indexOfURL(const FileURL &url) const
+    // The first item of that URL; null, NotFound when there is none.
+    Item *itemOfURL(const FileURL &url) const
     {
         indexAll();
-        StoreIndex first = NotFound;
-        const auto [from, to] = _byURL.equal_range(url);
-        for (auto it = from; it != to; ++it)
-            first = std::min(first, indexOf(it->second));
+        Item *first = nullptr;
+        const auto [from, to] = _byFileName.equal_range(url.lastPathComponent());
+        for (auto it = from; it != to; ++it) {
+            Item *const item = it->second;
+            if (item->url() == url && (!first || indexOf(item) < indexOf(first)))
+                first = item;
+        }
         return first;
+    }
+    StoreIndex indexOfURL(const FileURL &url) const
+    {
+        const Item *const item = itemOfURL(url);
+        return item ? indexOf(item) : NotFound;
     }
 
 private:
@@ -116,27 +126,27 @@ private:
         if (_isIndexed)
             return;
         for (const Pointer &item : _items)
-            _byURL.emplace(item->url(), item.get());
+            _byFileName.emplace(item->url().lastPathComponent(), item.get());
         _isIndexed = true;
     }
     void remember(const Pointer &item)
     {
         if (_isIndexed)
-            _byURL.emplace(item->url(), item.get());
+            _byFileName.emplace(item->url().lastPathComponent(), item.get());
     }
     void forget(const Pointer &item)
     {
         if (!_isIndexed)
             return;
-        const auto [from, to] = _byURL.equal_range(item->url());
+        const auto [from, to] = _byFileName.equal_range(item->url().lastPathComponent());
         const auto found =
             std::find_if(from, to, [&](const auto &entry) { return entry.second == item.get(); });
         if (found != to) {
-            _byURL.erase(found);
+            _byFileName.erase(found);
             return;
         }
         // Its URL has changed since: the index is built again at the next look.
-        _byURL.clear();
+        _byFileName.clear();
         _isIndexed = false;
     }
 
@@ -144,7 +154,59 @@ private:
     bool _isSorted = true;
     // Built at the first look-up, so that opening a store does not pay for it.
     mutable bool _isIndexed = false;
-    mutable std::unordered_multimap<FileURL, Item *> _byURL;
+    mutable std::unordered_multimap<QString, Item *> _byFileName;
+};
+
+// A container's list with the delegate and the observers that hear of its changes: each change is told once it has been
+// made. The delegate is weak; whoever hears may change the list.
+template<typename Item, typename Delegate, void (Delegate::*Added)(StoreIndex),
+         void (Delegate::*Deleted)(StoreIndex)>
+class ToldList final : public ContainerList<Item>
+{
+public:
+    using Pointer = typename ContainerList<Item>::Pointer;
+
+    void setDelegate(std::weak_ptr<Delegate> delegate) { _delegate = std::move(delegate); }
+    std::shared_ptr<Delegate> delegate() const { return _delegate.lock(); }
+
+    void addObserver(Delegate &observer) { _observers.add(observer); }
+    void removeObserver(Delegate &observer) { _observers.remove(observer); }
+
+    // Nothing for an URL that is listed: two rows would share one file, and a deletion of either would take it.
+    void insertAndTell(const Pointer &item)
+    {
+        if (this->indexOfURL(item->url()) == NotFound)
+            tellAdded(this->insertSorted(item));
+    }
+    void tellAdded(StoreIndex index) const { tell(Added, index); }
+    void tell(void (Delegate::*change)(StoreIndex), StoreIndex index) const
+    {
+        if (const auto delegate = _delegate.lock())
+            ((*delegate).*change)(index);
+        _observers.tell(change, index);
+    }
+
+    // Finds the item by identity, wherever it stands by now; false when it has gone.
+    bool removeAndTell(const Item *item)
+    {
+        const StoreIndex index = this->remove(item);
+        if (index == NotFound)
+            return false;
+        tell(Deleted, index);
+        return true;
+    }
+
+    // The delegate is not told, only the observers.
+    void removeQuietly(const Item *item)
+    {
+        const StoreIndex index = this->remove(item);
+        if (index != NotFound)
+            _observers.tell(Deleted, index);
+    }
+
+private:
+    std::weak_ptr<Delegate> _delegate;
+    Observers<Delegate> _observers;
 };
 
 } // namespace cvtamber

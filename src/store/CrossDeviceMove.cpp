@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "store/CrossDeviceMove.h"
 
-#include "store/DiskResults.h"
 #include "store/DiskTree.h"
 #include "store/StoreNames.h"
 

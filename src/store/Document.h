@@ -4,10 +4,10 @@
 #include "store/FileResult.h"
 #include "store/StoreContext.h"
 #include "store/StoreDisk.h"
-#include "store/StoreProblems.h"
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace cvtamber {
 
@@ -93,5 +93,7 @@ private:
     // Only for a document that was opened or changed: a list of many holds none of it.
     std::unique_ptr<Session> _session;
 };
+
+using DocumentGroup = std::vector<std::shared_ptr<Document>>;
 
 } // namespace cvtamber

@@ -2,7 +2,6 @@
 #include "store/FileReplacement.h"
 
 #include "store/CloudNames.h"
-#include "store/DiskResults.h"
 
 #include "base/HiddenFile.h"
 

@@ -18,4 +18,19 @@ QString loggedURL(const FileURL &url)
     return url.path().chopped(name.size()) % shown % ending;
 }
 
+void tellProblem(const StoreContext &context, StoreProblem::What what, const FileURL &url,
+                 const FileResult &result)
+{
+    if (!result.ok())
+        context.problems.tell({what, url, result.message, {}});
+}
+
+void logProblem(const StoreContext &context, StoreProblem::What what, const FileURL &url,
+                const FileResult &result)
+{
+    if (!result.ok())
+        context.log.error(result.message);
+    tellProblem(context, what, url, result);
+}
+
 } // namespace cvtamber

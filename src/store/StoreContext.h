@@ -2,7 +2,8 @@
 #pragma once
 
 #include "base/CallGroup.h"
-#include "store/FileURL.h"
+#include "store/FileResult.h"
+#include "store/StoreProblems.h"
 
 namespace cvtamber {
 
@@ -11,7 +12,6 @@ class FileCoordinator;
 class Locations;
 class NotificationCenter;
 class StoreDisk;
-class StoreProblems;
 class SystemLog;
 class Trash;
 
@@ -32,5 +32,12 @@ struct StoreContext
 
 // The URL for a log line: a document's title is masked, the store's own names are not.
 QString loggedURL(const FileURL &url);
+
+// Tells StoreProblems what failed; nothing when it did not.
+void tellProblem(const StoreContext &context, StoreProblem::What what, const FileURL &url,
+                 const FileResult &result);
+// The same, and a line in the log.
+void logProblem(const StoreContext &context, StoreProblem::What what, const FileURL &url,
+                const FileResult &result);
 
 } // namespace cvtamber

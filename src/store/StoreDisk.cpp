@@ -3,7 +3,6 @@
 
 #include "store/CloudNames.h"
 #include "store/CrossDeviceMove.h"
-#include "store/DiskResults.h"
 #include "store/DiskTree.h"
 #include "store/FileReplacement.h"
 #include "store/StoreNames.h"
@@ -18,10 +17,10 @@
 
 namespace cvtamber {
 
-namespace {
-
 using Kind = FileStatus::Kind;
 using Outcome = FileResult::Outcome;
+
+namespace {
 
 constexpr qint64 NanosecondsPerMillisecond = 1000000;
 constexpr qint64 YoungAge = qint64{60} * 60 * 1000 * NanosecondsPerMillisecond;

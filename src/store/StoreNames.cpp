@@ -133,8 +133,8 @@ bool isHighOf(QStringView text, qsizetype at)
 
 bool isStoreName(const QString &name)
 {
-    return name == UserRecordName || name == FolderRecordName || name == QLatin1String("ActiveUsers") ||
-           name == QLatin1String("ArchivedUsers") || isUuid(name);
+    return name == UserRecordName || name == FolderRecordName || name == ActiveUsersName ||
+           name == ArchivedUsersName || isUuid(name);
 }
 
 QString repairedTitle(const QString &title)

@@ -12,6 +12,9 @@ namespace cvtamber {
 // devices, files and other programs. Pure functions; any thread.
 
 inline constexpr QStringView DocumentExtension = u"tamber";
+// Of the two registries.
+inline constexpr QStringView ActiveUsersName = u"ActiveUsers";
+inline constexpr QStringView ArchivedUsersName = u"ArchivedUsers";
 inline constexpr QStringView UserRecordName = u"user.txt";
 inline constexpr QStringView FolderRecordName = u"folder.dat";
 

@@ -73,31 +73,6 @@ TamberDataFolder::withFolder(StoreContext &context, const QString &folderName,
     return folder;
 }
 
-std::shared_ptr<TamberDataFolder> TamberDataFolder::withURL(StoreContext &context, const FileURL &url)
-{
-    auto folder = std::make_shared<TamberDataFolder>(context);
-    folder->place(url.deletingLastPathComponent(), url.lastPathComponent());
-    const ReadResult record = context.disk.read(folder->_folderDocument->fileURL());
-    if (!record.ok()) {
-        context.log.error(record.message);
-        return nullptr;
-    }
-    folder->_folderDocument->setInitialName(folderNameFromBytes(record.bytes));
-    folder->setUbiquitous(context.cloud.isUbiquitousItem(folder->_parentURL));
-    if (!folder->isUbiquitous())
-        folder->readDocuments(folder->url());
-    return folder;
-}
-
-std::shared_ptr<TamberDataFolder> TamberDataFolder::withURL(StoreContext &context, const FileURL &url,
-                                                            Completion completion)
-{
-    auto folder = withURL(context, url);
-    if (folder)
-        folder->openRecord(std::move(completion));
-    return folder;
-}
-
 void TamberDataFolder::openRecord(Completion completion)
 {
     _folderDocument->openWithCompletionHandler([folder = self(), completion = std::move(completion)](bool) {
@@ -165,7 +140,7 @@ void TamberDataFolder::removeRecord(const StorageCompletion &completion)
         _folderDocument, [folder = self(), report](const FileResult &result) {
             // A crash can leave a folder without its record, which must be deletable.
             if (result.ok() || result.outcome == FileResult::Outcome::Missing)
-                coordinatedRemoveItemAtURL(folder->context(), folder->url(), report);
+                ContainerDisk(folder->context()).coordinatedRemoveItemAtURL(folder->url(), report);
             else
                 report(result);
         });

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "store/DocumentSettling.h"
 #include "store/TamberDataFolderDocument.h"
 #include "store/TamberFilesContainer.h"
 

@@ -4,7 +4,6 @@
 #include "base/SystemLog.h"
 #include "store/ContainerDisk.h"
 #include "store/StoreNames.h"
-#include "store/TamberUbiquitousFolderMonitor.h"
 
 #include <utility>
 
@@ -36,11 +35,8 @@ void TamberFilesAndFoldersContainer::initWithFolder(const QString &folderName,
                                                     const std::shared_ptr<TamberDiskLocation> &parent)
 {
     ContainerListing listing = TamberFilesContainer::initWithFolder(folderName, parent);
-    const FileURL directory = parent->url().appendingDirectory(folderName);
     if (!isUbiquitous())
         _listingAtOpening = std::move(listing);
-    else if (!directory.isNil())
-        _foldersMonitor = makeIdleMonitor(directory, UuidPattern % u"/"_s % FolderRecordName);
 }
 
 void TamberFilesAndFoldersContainer::setDelegate(
@@ -71,16 +67,6 @@ TamberFilesAndFoldersContainer::folderAtIndex(StoreIndex index) const
 StoreIndex TamberFilesAndFoldersContainer::indexOfFolder(const FolderPointer &folder) const
 {
     return _folders.indexOf(folder.get());
-}
-
-StoreIndex TamberFilesAndFoldersContainer::indexOfFolderWithURL(const FileURL &url) const
-{
-    return _folders.indexOfURL(url);
-}
-
-void TamberFilesAndFoldersContainer::sortFolders()
-{
-    _folders.sort();
 }
 
 TamberFilesAndFoldersContainer::FolderPointer
@@ -173,10 +159,10 @@ void TamberFilesAndFoldersContainer::moveFolder(const FolderPointer &folder,
     };
     if (to.isNil())
         context().problems.tell({StoreProblem::What::Move, from, {}, {}});
-    else if (isUbiquitous())
-        ContainerDisk(context()).move(from, to, folder->documents(), done);
     else
-        ContainerDisk(context()).moveAtOnce(from, to, folder->documents(), done);
+        ContainerDisk(context()).move(isUbiquitous() ? ContainerDisk::MoveKind::Coordinated
+                                                     : ContainerDisk::MoveKind::AtOnce,
+                                      from, to, folder->documents(), done);
 }
 
 void TamberFilesAndFoldersContainer::finishMovingFolder(

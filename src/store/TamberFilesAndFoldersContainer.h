@@ -99,11 +99,7 @@ private:
     ReportedItem reportedItem(const TamberUbiquitousItem &item, const FileURL &folderURL,
                               const FolderPointer &folder) const;
     void handleReport(CloudReport report, const Item &item);
-    // Of a monitor of its own. False: it is another's, which the log hears.
-    bool handleMonitorReport(const TamberUbiquitousFolderMonitor &monitor, CloudReport report,
-                             const Item &item);
 
-    std::shared_ptr<TamberUbiquitousFolderMonitor> _foldersMonitor;
     FoldersList _folders;
     // What was found when the container was opened, until its folders are scanned.
     std::optional<ContainerListing> _listingAtOpening;

@@ -2,7 +2,6 @@
 // What a container with folders does when the cloud reports an item.
 #include "base/SystemLog.h"
 #include "store/CloudContainer.h"
-#include "store/CoordinatedFiles.h"
 #include "store/StoreNames.h"
 #include "store/TamberFilesAndFoldersContainer.h"
 
@@ -37,12 +36,6 @@ void TamberFilesAndFoldersContainer::listReportedFolder(const FolderPointer &fol
     _folders.tellAdded(index);
 }
 
-TamberUbiquitousItems
-TamberFilesAndFoldersContainer::orphanedItemsForFolder(const TamberDataFolder &folder) const
-{
-    return _orphanedItems.withPathPrefix(folder.url().path());
-}
-
 void TamberFilesAndFoldersContainer::unlistFolder(const FileURL &folderURL)
 {
     _foldersBeingOpened.erase(folderURL);
@@ -66,10 +59,7 @@ void TamberFilesAndFoldersContainer::reloadFolder(const FolderPointer &folder)
 
 void TamberFilesAndFoldersContainer::startDownloading(const FileURL &url)
 {
-    const FileResult asked = context().cloud.startDownloading(url);
-    if (!asked.ok())
-        context().log.error(asked.message);
-    tellProblem(context(), StoreProblem::What::Download, url, asked);
+    logProblem(context(), StoreProblem::What::Download, url, context().cloud.startDownloading(url));
 }
 
 ReportedItem TamberFilesAndFoldersContainer::reportedItem(const TamberUbiquitousItem &item,
@@ -141,44 +131,6 @@ void TamberFilesAndFoldersContainer::ubiquotusItemDownloaded(const Item &item)
 void TamberFilesAndFoldersContainer::ubiquotusItemDownloadedAgain(const Item &item)
 {
     handleReport(CloudReport::DownloadedAgain, item);
-}
-
-bool TamberFilesAndFoldersContainer::handleMonitorReport(const TamberUbiquitousFolderMonitor &monitor,
-                                                         CloudReport report, const Item &item)
-{
-    if (&monitor != _foldersMonitor.get()) {
-        context().log.info(QStringLiteral("x-x-x-x-x-x-x"));
-        return false;
-    }
-    if (item->url().lastPathComponent() == FolderRecordName)
-        handleReport(report, item);
-    return true;
-}
-
-void TamberFilesAndFoldersContainer::ubiquitousMonitorItemAdded(TamberUbiquitousFolderMonitor &monitor,
-                                                                const Item &item)
-{
-    if (!handleMonitorReport(monitor, CloudReport::Added, item))
-        TamberFilesContainer::ubiquitousMonitorItemAdded(monitor, item);
-}
-
-void TamberFilesAndFoldersContainer::ubiquitousMonitorItemDeleted(TamberUbiquitousFolderMonitor &monitor,
-                                                                  const Item &item)
-{
-    if (!handleMonitorReport(monitor, CloudReport::Deleted, item))
-        TamberFilesContainer::ubiquitousMonitorItemDeleted(monitor, item);
-}
-
-void TamberFilesAndFoldersContainer::ubiquitousMonitorItemDownloaded(TamberUbiquitousFolderMonitor &monitor,
-                                                                     const Item &item)
-{
-    handleMonitorReport(monitor, CloudReport::Downloaded, item);
-}
-
-void TamberFilesAndFoldersContainer::ubiquitousMonitorItemDownloadedAgain(
-    TamberUbiquitousFolderMonitor &monitor, const Item &item)
-{
-    handleMonitorReport(monitor, CloudReport::DownloadedAgain, item);
 }
 
 } // namespace cvtamber

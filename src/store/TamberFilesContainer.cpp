@@ -8,7 +8,6 @@
 #include "store/ContainerDisk.h"
 #include "store/FileCoordinator.h"
 #include "store/StoreNames.h"
-#include "store/TamberUbiquitousFolderMonitor.h"
 
 #include <algorithm>
 #include <unordered_set>
@@ -72,18 +71,9 @@ ContainerListing TamberFilesContainer::initWithFolder(const QString &folderName,
         return {};
     if (!_isUbiquitous)
         return readDocuments(directory);
-    _filesMonitor = makeIdleMonitor(directory, u"*.tamber"_s);
     // Nobody lists this directory here, so nobody has met them.
     _context.coordinator.sweep(directory, {});
     return {};
-}
-
-std::shared_ptr<TamberUbiquitousFolderMonitor> TamberFilesContainer::makeIdleMonitor(const FileURL &directory,
-                                                                                     const QString &filter)
-{
-    auto monitor = std::make_shared<TamberUbiquitousFolderMonitor>(_context, directory, filter);
-    monitor->setDelegate(weak_from_this());
-    return monitor;
 }
 
 FileURL TamberFilesContainer::url() const
@@ -95,12 +85,6 @@ FileURL TamberFilesContainer::url() const
 void TamberFilesContainer::setDelegate(std::weak_ptr<TamberFilesContainerDelegate> delegate)
 {
     _files.setDelegate(std::move(delegate));
-}
-
-void TamberFilesContainer::scanForFiles(const QString &folderName)
-{
-    if (const auto location = parent())
-        readDocuments(location->url().appendingDirectory(folderName));
 }
 
 ContainerListing TamberFilesContainer::readDocuments(const FileURL &directory)
@@ -197,19 +181,15 @@ void TamberFilesContainer::renameFileAtIndex(StoreIndex index, const QString &ne
     const auto done = [self = shared_from_this(), file, to](const FileResult &result) {
         self->finishRenaming(file, to, result);
     };
-    if (_isUbiquitous)
-        ContainerDisk(_context).moveQuietly(from, to, {file}, done);
-    else
-        ContainerDisk(_context).moveAtOnce(from, to, {file}, done);
+    ContainerDisk(_context).move(_isUbiquitous ? ContainerDisk::MoveKind::Quiet
+                                               : ContainerDisk::MoveKind::AtOnce,
+                                 from, to, {file}, done);
 }
 
 void TamberFilesContainer::finishRenaming(const FilePointer &file, const FileURL &newURL,
                                           const FileResult &result)
 {
-    if (!result.ok()) {
-        _context.log.error(result.message);
-        tellProblem(_context, StoreProblem::What::Rename, file->fileURL(), result);
-    }
+    logProblem(_context, StoreProblem::What::Rename, file->fileURL(), result);
     if (!ContainerDisk(_context).hasMoved(file->fileURL(), newURL, result))
         return;
     if (!_isUbiquitous && _files.removeAndTell(file.get()))
@@ -232,7 +212,7 @@ void TamberFilesContainer::moveFile(const FilePointer &file,
             {StoreProblem::What::Move, file->fileURL(), u"this title is in use there"_s, {}});
         return;
     }
-    ContainerDisk(_context).move(file->fileURL(), to, {file},
+    ContainerDisk(_context).move(ContainerDisk::MoveKind::Coordinated, file->fileURL(), to, {file},
                                  [self = shared_from_this(), file, target, to](const FileResult &result) {
                                      self->finishMoving(file, to, target, result);
                                  });
@@ -261,11 +241,6 @@ void TamberFilesContainer::loadFileWithFilename(const QString &fileName)
 StoreIndex TamberFilesContainer::indexOfFile(const FilePointer &file) const
 {
     return _files.indexOf(file.get());
-}
-
-StoreIndex TamberFilesContainer::indexOfFileWithURL(const FileURL &url) const
-{
-    return _files.indexOfURL(url);
 }
 
 bool TamberFilesContainer::fileExists(const QString &title) const
@@ -342,24 +317,5 @@ void TamberFilesContainer::ubiquotusItemDeleted(const Item &item)
 void TamberFilesContainer::ubiquotusItemDownloaded(const Item &) {}
 
 void TamberFilesContainer::ubiquotusItemDownloadedAgain(const Item &) {}
-
-void TamberFilesContainer::ubiquitousMonitorItemAdded(TamberUbiquitousFolderMonitor &, const Item &item)
-{
-    TamberFilesContainer::ubiquotusItemAdded(item);
-}
-
-void TamberFilesContainer::ubiquitousMonitorItemDeleted(TamberUbiquitousFolderMonitor &, const Item &item)
-{
-    TamberFilesContainer::ubiquotusItemDeleted(item);
-}
-
-void TamberFilesContainer::ubiquitousMonitorItemDownloaded(TamberUbiquitousFolderMonitor &, const Item &) {}
-
-void TamberFilesContainer::ubiquitousMonitorItemDownloadedAgain(TamberUbiquitousFolderMonitor &, const Item &)
-{}
-
-void TamberFilesContainer::ubiquitousMonitorContentGathered(TamberUbiquitousFolderMonitor &,
-                                                            const TamberUbiquitousItems &)
-{}
 
 } // namespace cvtamber

@@ -2,11 +2,11 @@
 #pragma once
 
 #include "store/ContainerDelegates.h"
+#include "store/ContainerList.h"
 #include "store/ContainerListing.h"
 #include "store/StoreContext.h"
 #include "store/TamberDocument.h"
 #include "store/TamberUbiquitousFolderMonitorDelegate.h"
-#include "store/ToldList.h"
 
 #include <functional>
 #include <memory>
@@ -112,9 +112,6 @@ protected:
     bool isDirectChild(const TamberUbiquitousItem &item) const;
     StoreContext &context() const { return _context; }
     std::shared_ptr<TamberFilesContainerDelegate> filesDelegate() const { return _files.delegate(); }
-    // Never started: what the cloud has to say comes from the registry's monitor.
-    std::shared_ptr<TamberUbiquitousFolderMonitor> makeIdleMonitor(const FileURL &directory,
-                                                                   const QString &filter);
 
 private:
     struct StorageDeletion;
@@ -129,7 +126,6 @@ private:
     void storedFileRemoved(StorageDeletion &deletion, const TamberDocument &file, bool success);
 
     StoreContext &_context;
-    std::shared_ptr<TamberUbiquitousFolderMonitor> _filesMonitor;
     bool _isUbiquitous = false;
     std::weak_ptr<TamberDiskLocation> _parent;
     QString _folderName;

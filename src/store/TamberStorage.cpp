@@ -6,6 +6,7 @@
 #include "store/CloudContainer.h"
 #include "store/ContainerDisk.h"
 #include "store/StoreDisk.h"
+#include "store/StoreNames.h"
 #include "store/TamberUser.h"
 #include "store/TamberUsers.h"
 
@@ -14,9 +15,6 @@
 namespace cvtamber {
 
 namespace {
-
-const QString ActiveUsersName = QStringLiteral("ActiveUsers");
-const QString ArchivedUsersName = QStringLiteral("ArchivedUsers");
 
 // A person may keep the folder elsewhere behind a link; below the root the store follows none.
 FileURL resolved(const FileURL &root)
@@ -54,7 +52,7 @@ bool TamberStorage::openRoot(const FileURL &url)
 {
     _storeURL = FileURL::directory(url.path());
     _isUbiquitous = _context.cloud.isUbiquitousItem(_storeURL);
-    if (!createSubfolder(ActiveUsersName) || !createSubfolder(ArchivedUsersName))
+    if (!createSubfolder(ActiveUsersName.toString()) || !createSubfolder(ArchivedUsersName.toString()))
         return false;
     if (_isUbiquitous)
         _context.cloud.storeOpened();
@@ -94,14 +92,16 @@ void TamberStorage::close()
 const std::shared_ptr<TamberUsers> &TamberStorage::activeUsers()
 {
     if (!_activeUsers)
-        _activeUsers = TamberUsers::withTamberStorage(_context, shared_from_this(), ActiveUsersName);
+        _activeUsers =
+            TamberUsers::withTamberStorage(_context, shared_from_this(), ActiveUsersName.toString());
     return _activeUsers;
 }
 
 const std::shared_ptr<TamberUsers> &TamberStorage::archivedUsers()
 {
     if (!_archivedUsers)
-        _archivedUsers = TamberUsers::withTamberStorage(_context, shared_from_this(), ArchivedUsersName);
+        _archivedUsers =
+            TamberUsers::withTamberStorage(_context, shared_from_this(), ArchivedUsersName.toString());
     return _archivedUsers;
 }
 
@@ -121,7 +121,7 @@ void TamberStorage::moveUser(const std::shared_ptr<TamberUser> &user,
         context.log.error(u"Error: " + result.message);
         tellProblem(context, StoreProblem::What::Move, from, result);
     };
-    ContainerDisk(_context).moveQuietly(from, to, user->documents(), done);
+    ContainerDisk(_context).move(ContainerDisk::MoveKind::Quiet, from, to, user->documents(), done);
 }
 
 } // namespace cvtamber

@@ -157,18 +157,6 @@ void TamberUbiquitousFolderMonitor::stopMonitoring()
         _query->stop();
 }
 
-std::shared_ptr<TamberUbiquitousItem> TamberUbiquitousFolderMonitor::findItemWithURL(const FileURL &url) const
-{
-    const auto found = _itemsByURL.find(url);
-    return found == _itemsByURL.end() ? nullptr : found->second;
-}
-
-void TamberUbiquitousFolderMonitor::checkIfDeleted(const std::shared_ptr<TamberUbiquitousItem> &item)
-{
-    if (!_context.disk.exists(item->url()))
-        report(&Delegate::ubiquitousMonitorItemDeleted, item);
-}
-
 void TamberUbiquitousFolderMonitor::makeQuery()
 {
     const FileURL documents = _context.cloud.url().appendingDirectory(QStringLiteral("Documents"));

@@ -67,24 +67,6 @@ QString TamberUser::description() const
     return _displayName + u" (" + _firstName + u' ' + _lastName + u')';
 }
 
-MetadataQuery &TamberUser::foldersQuery()
-{
-    if (!_foldersQuery) {
-        _foldersQuery = context().cloud.makeQuery();
-        _foldersQuery->setSearchScope(MetadataQuery::Scope::Data);
-    }
-    return *_foldersQuery;
-}
-
-MetadataQuery &TamberUser::filesQuery()
-{
-    if (!_filesQuery) {
-        _filesQuery = context().cloud.makeQuery();
-        _filesQuery->setSearchScope(MetadataQuery::Scope::Data);
-    }
-    return *_filesQuery;
-}
-
 bool TamberUser::openRecord()
 {
     const ReadResult record = context().disk.read(fileURL());
@@ -104,18 +86,6 @@ bool TamberUser::openRecord()
         parseUserFileData({});
     loadContent();
     return true;
-}
-
-void TamberUser::load()
-{
-    loadFromURL(url());
-}
-
-void TamberUser::loadFromURL(const FileURL &userDirectory)
-{
-    if (!takeRecord(context().disk.read(userDirectory.appendingFile(UserRecordName.toString()))))
-        parseUserFileData({});
-    loadContent();
 }
 
 bool TamberUser::takeRecord(const ReadResult &record)
@@ -273,10 +243,8 @@ void TamberUser::recordSaved(const WriteResult &result)
 
 void TamberUser::keepTrying(const WriteResult &failed)
 {
-    if (!std::exchange(_isRecordOwed, true)) {
-        context().log.error(failed.message);
-        tellProblem(context(), StoreProblem::What::Save, url(), failed);
-    }
+    if (!std::exchange(_isRecordOwed, true))
+        logProblem(context(), StoreProblem::What::Save, url(), failed);
     // A directory that has gone since takes its user along.
     const bool isGone = !_isDirectoryOwed && context().disk.status(url()).kind == FileStatus::Kind::Missing;
     if (isGone || _isSavingStopped) {
@@ -305,11 +273,8 @@ void TamberUser::storeInUsers(const std::shared_ptr<TamberUsers> &users, const C
     setParent(users);
     _folderName = uniqueUserFolderName(context(), users->url());
     const FileResult made = ContainerDisk(context()).makeFolders(url());
-    if (!made.ok()) {
-        context().log.error(made.message);
-        tellProblem(context(), StoreProblem::What::Create, url(), made);
-        _isDirectoryOwed = true;
-    }
+    logProblem(context(), StoreProblem::What::Create, url(), made);
+    _isDirectoryOwed = !made.ok();
     saveUserData();
 }
 
@@ -322,9 +287,9 @@ void TamberUser::deleteStorageWithCompletion(StorageCompletion completion)
 void TamberUser::removeRecord(const StorageCompletion &completion)
 {
     stopSaving();
-    coordinatedRemoveItemAtURL(context(), fileURL(), [user = self(), completion](const FileResult &result) {
-        user->recordRemoved(result, completion);
-    });
+    ContainerDisk(context()).coordinatedRemoveItemAtURL(
+        fileURL(),
+        [user = self(), completion](const FileResult &result) { user->recordRemoved(result, completion); });
 }
 
 void TamberUser::recordRemoved(const FileResult &result, const StorageCompletion &completion)

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "base/RunLoop.h"
-#include "store/DocumentSettling.h"
 #include "store/TamberFilesAndFoldersContainer.h"
 
 namespace cvtamber {
@@ -30,6 +29,8 @@ public:
     const QString &firstName() const { return _firstName; }
     const QString &lastName() const { return _lastName; }
     const QString &displayName() const { return _displayName; }
+    // By which a list would be sorted; the registry's never is.
+    const QString &name() const { return _displayName; }
     // A name that differs is saved at the next turn of the main loop, several of them in one write.
     void setFirstName(const QString &name);
     void setLastName(const QString &name);

@@ -59,10 +59,7 @@ void TamberUsers::loadFromStorage()
 void TamberUsers::loadLocalUsers()
 {
     const StoreDisk::Listing listing = _context.disk.list(url());
-    if (!listing.ok()) {
-        _context.log.error(listing.message);
-        tellProblem(_context, StoreProblem::What::List, url(), listing);
-    }
+    logProblem(_context, StoreProblem::What::List, url(), listing);
     if (!listing.leftovers.isEmpty())
         _context.coordinator.sweep(url(), listing.leftovers);
     for (const StoreDisk::Entry &entry : listing.entries) {
@@ -78,22 +75,6 @@ void TamberUsers::watchCloud()
     _ubiquitousMonitor = std::make_shared<TamberUbiquitousFolderMonitor>(_context, url(), registryFilter());
     _ubiquitousMonitor->setDelegate(weak_from_this());
     _context.coordinator.sweep(url(), {});
-}
-
-void TamberUsers::setStorage(const std::shared_ptr<TamberStorage> &storage)
-{
-    if (storage == _storage)
-        return;
-    saveScheduledChanges();
-    while (!_users.users().empty()) {
-        const User user = _users.users().back();
-        tellUserWillDelete(user);
-        _users.remove(user);
-    }
-    _ubiquitousMonitor.reset();
-    _orphanedItems = {};
-    _storage = storage;
-    loadFromStorage();
 }
 
 void TamberUsers::startQuery()
@@ -142,7 +123,7 @@ void TamberUsers::deleteUser(const User &user)
     _context.log.info(QStringLiteral("TamberUsers::deleteUser"));
     tellUserWillDelete(user);
     user->deleteStorageWithCompletion([registry = shared_from_this(), user](bool) {
-        registry->_users.remove(user);
+        registry->_users.remove(user.get());
         registry->_context.log.info(QStringLiteral("User storage deleted!"));
     });
 }
@@ -153,7 +134,7 @@ void TamberUsers::moveUser(const User &user, const std::shared_ptr<TamberUsers> 
     const FileURL to = target->url().appendingDirectory(user->folder());
     if (isUbiquitous()) {
         user->prepareToMove();
-        ContainerDisk(_context).move(from, to, user->documents(),
+        ContainerDisk(_context).move(ContainerDisk::MoveKind::Coordinated, from, to, user->documents(),
                                      [&context = _context, from](const FileResult &result) {
                                          tellProblem(context, StoreProblem::What::Move, from, result);
                                      });
@@ -161,26 +142,22 @@ void TamberUsers::moveUser(const User &user, const std::shared_ptr<TamberUsers> 
     }
     tellUserWillDelete(user);
     user->prepareToMove();
-    ContainerDisk(_context).moveAtOnce(
-        from, to, user->documents(),
-        [registry = shared_from_this(), user, to, target](const FileResult &result) {
-            registry->userMoved(result, user, to, target);
-        });
+    ContainerDisk(_context).move(ContainerDisk::MoveKind::AtOnce, from, to, user->documents(),
+                                 [registry = shared_from_this(), user, to, target](const FileResult &result) {
+                                     registry->userMoved(result, user, to, target);
+                                 });
 }
 
 void TamberUsers::userMoved(const FileResult &result, const User &user, const FileURL &to,
                             const std::shared_ptr<TamberUsers> &target)
 {
-    if (!result.ok()) {
-        _context.log.error(result.message);
-        tellProblem(_context, StoreProblem::What::Move, user->url(), result);
-    }
+    logProblem(_context, StoreProblem::What::Move, user->url(), result);
     if (!ContainerDisk(_context).hasMoved(user->url(), to, result)) {
         // It was told as leaving before the move.
         postUserAddedNotification(user);
         return;
     }
-    _users.remove(user);
+    _users.remove(user.get());
     target->openAndNotify(to.lastPathComponent());
 }
 
@@ -210,12 +187,8 @@ TamberUsers::User TamberUsers::openAndNotify(const QString &folderName)
 
 TamberUsers::User TamberUsers::findUserWithURL(const FileURL &url) const
 {
-    return url.isNil() ? nullptr : _users.findByURL(url);
-}
-
-TamberUbiquitousItems TamberUsers::orphanedItemsForUser(const TamberUser &user) const
-{
-    return _orphanedItems.withPathPrefix(user.url().path());
+    TamberUser *const user = url.isNil() ? nullptr : _users.itemOfURL(url);
+    return user ? std::static_pointer_cast<TamberUser>(user->shared_from_this()) : nullptr;
 }
 
 void TamberUsers::postUserAddedNotification(const User &user)
@@ -223,13 +196,6 @@ void TamberUsers::postUserAddedNotification(const User &user)
     _context.notifications.post({TamberUsersUserAddedNotification.toString(),
                                  this,
                                  {{QStringLiteral("user"), QVariant::fromValue(user)}}});
-}
-
-void TamberUsers::delayedDeleteFolder(const FileURL &url)
-{
-    coordinatedRemoveItemAtURL(_context, url, [&context = _context, url](const FileResult &result) {
-        tellProblem(context, StoreProblem::What::Delete, url, result);
-    });
 }
 
 } // namespace cvtamber

@@ -2,13 +2,12 @@
 #pragma once
 
 #include "base/Observers.h"
-#include "store/ContainerDelegates.h"
+#include "store/ContainerList.h"
 #include "store/FileResult.h"
 #include "store/OrphanedItems.h"
 #include "store/RegistryRouting.h"
 #include "store/StoreContext.h"
 #include "store/TamberUbiquitousFolderMonitorDelegate.h"
-#include "store/UserList.h"
 
 #include <memory>
 #include <vector>
@@ -61,7 +60,7 @@ public:
                                                           const QString &folderName);
     ~TamberUsers() override;
 
-    const std::vector<User> &users() const { return _users.users(); }
+    const std::vector<User> &users() const { return _users.items(); }
     std::shared_ptr<TamberUsersDelegate> delegate() const { return _delegate.lock(); }
     void setDelegate(std::weak_ptr<TamberUsersDelegate> delegate) { _delegate = std::move(delegate); }
     // Hears what the delegate hears, after it; removed before it goes. Screens observe, since several may show one registry.
@@ -134,7 +133,7 @@ private:
     StoreContext &_context;
     std::shared_ptr<TamberStorage> _storage;
     QString _folderName;
-    UserList _users;
+    ContainerList<TamberUser> _users;
     std::shared_ptr<TamberUbiquitousFolderMonitor> _ubiquitousMonitor;
     OrphanedItems _orphanedItems;
     bool _contentGathered = false;

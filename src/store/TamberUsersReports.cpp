@@ -2,7 +2,6 @@
 // What a registry does with the reports of its monitor.
 #include "base/SystemLog.h"
 #include "store/CloudContainer.h"
-#include "store/CoordinatedFiles.h"
 #include "store/FileCoordinator.h"
 #include "store/StoreNames.h"
 #include "store/TamberUbiquitousFolderMonitor.h"
@@ -126,7 +125,7 @@ void TamberUsers::removeReportedUser(const User &user)
 {
     const FileURL directory = user->url();
     tellUserWillDelete(user);
-    _users.remove(user);
+    _users.remove(user.get());
     user->stopSaving();
     _context.log.info(loggedURL(directory));
     if (holdsDocuments(_context.disk, directory)) {
@@ -154,11 +153,8 @@ void TamberUsers::keepItemsBelow(const FileURL &directory)
 
 void TamberUsers::downloadRecord(const FileURL &record)
 {
-    const FileResult asked = _context.cloud.startDownloading(record);
-    if (asked.ok())
-        return;
-    _context.log.error(asked.message);
-    tellProblem(_context, StoreProblem::What::Download, record.deletingLastPathComponent(), asked);
+    logProblem(_context, StoreProblem::What::Download, record.deletingLastPathComponent(),
+               _context.cloud.startDownloading(record));
 }
 
 } // namespace cvtamber

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "store/ToldList.h"
+#include "store/ContainerList.h"
 
 #include <QRandomGenerator>
 #include <QTest>

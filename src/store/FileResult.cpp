@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "store/DiskResults.h"
+#include "store/FileResult.h"
 
 #include "base/ErrorText.h"
 
