@@ -30,6 +30,11 @@ void TamberFilesAndFoldersContainer::listReportedFolder(const FolderPointer &fol
     if (opening == to)
         return;
     _foldersBeingOpened.erase(opening);
+    if (const FolderPointer listed = folderAtIndex(_folders.indexOfURL(folder->url()))) {
+        // It was moved here before its record was reported; two rows would share one directory.
+        reloadFolder(listed);
+        return;
+    }
     const StoreIndex index = _folders.insertSorted(folder);
     for (const Item &item : _orphanedItems.takeWithPathPrefix(folder->url().path()))
         folder->ubiquotusItemAdded(item);

@@ -181,6 +181,10 @@ void tst_CloudContainers::opensAFolderOnceItIsHere()
     bench.box->ubiquotusItemDownloaded(bench.record());
     bench.rig.settle();
     QCOMPARE(ContainerBench::folderNames(*bench.box), QStringList({u"Maths"_qs}));
+    bench.putRecord("Art\n");
+    bench.box->ubiquotusItemDownloaded(bench.record());
+    bench.rig.settle();
+    QCOMPARE(ContainerBench::folderNames(*bench.box), QStringList({u"Art"_qs}));
     bench.rig.cloud.setDownloadResult({FileResult::Outcome::Failed, u"no network"_qs});
     bench.box->ubiquotusItemAdded(bench.item(u"11111111-1111-1111-1111-111111111111/folder.dat"_qs, false));
     QCOMPARE(bench.told(What::Download), 1);
