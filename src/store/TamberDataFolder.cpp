@@ -7,8 +7,20 @@
 #include "store/Records.h"
 #include "store/StoreNames.h"
 #include "store/TamberFilesAndFoldersContainer.h"
+#include "store/UserDirectories.h"
 
 namespace cvtamber {
+
+namespace {
+
+void writeFirst(TamberDataFolderDocument &record, const QString &name)
+{
+    record.setInitialName(name);
+    record.saveToURL(record.fileURL(), Document::SaveOperation::ForCreating, {});
+    record.closeWithCompletionHandler({});
+}
+
+} // namespace
 
 TamberDataFolder::TamberDataFolder(StoreContext &context)
     : TamberFilesContainer(context)
@@ -53,10 +65,7 @@ std::shared_ptr<TamberDataFolder> TamberDataFolder::withName(StoreContext &conte
     if (url.isNil())
         return nullptr;
     folder->place(parentURL, folder->_storageName);
-    const auto document = folder->_folderDocument;
-    document->setInitialName(name);
-    document->saveToURL(document->fileURL(), Document::SaveOperation::ForCreating, {});
-    document->closeWithCompletionHandler({});
+    writeFirst(*folder->_folderDocument, name);
     return folder;
 }
 
@@ -99,6 +108,14 @@ void TamberDataFolder::saveWhatIsOwed()
 {
     if (const std::shared_ptr<TamberFilesContainer> container = user())
         container->saveWhatIsOwed();
+}
+
+void TamberDataFolder::writeLostRecord(const FileURL &directory) const
+{
+    const auto record = std::make_shared<TamberDataFolderDocument>(
+        context(), directory.appendingFile(FolderRecordName.toString()));
+    if (!name().isNull() && isCertainlyAbsent(context().disk, record->fileURL()))
+        writeFirst(*record, name());
 }
 
 DocumentGroup TamberDataFolder::documents() const

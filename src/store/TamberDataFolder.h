@@ -43,6 +43,9 @@ public:
     const QString &storageName() const { return _storageName; }
     FileURL url() const override;
 
+    // After a move to the directory: another program may have taken the record before, and without it nobody would find what
+    // has come there.
+    void writeLostRecord(const FileURL &directory) const;
     // Reads the record again.
     void reloadWithCompletion(StorageCompletion completion);
     void deleteStorageWithCompletion(StorageCompletion completion) override;

@@ -170,6 +170,7 @@ void TamberFilesAndFoldersContainer::finishMovingFolder(
     const std::shared_ptr<TamberFilesAndFoldersContainer> &target)
 {
     _folders.removeAndTell(folder.get());
+    folder->writeLostRecord(newURL);
     target->loadLocalFolderWithUrl(newURL);
 }
 

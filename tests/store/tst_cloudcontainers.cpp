@@ -49,6 +49,7 @@ private slots:
     void handsOrphansToTheirFolder();
     void movesTheSameWhetherReportedBeforeOrAfter_data();
     void movesTheSameWhetherReportedBeforeOrAfter();
+    void movesAFolderWhoseRecordHasGone();
     void opensAFolderOnceItIsHere();
     void forgetsAFolderThatGoesWhileItIsOpened();
     void tellsOfAReloadWhereTheFolderIsNow();
@@ -168,6 +169,21 @@ void tst_CloudContainers::movesTheSameWhetherReportedBeforeOrAfter()
     QCOMPARE(ContainerBench::names(*other), QStringList({u"b.tamber"_qs}));
     QCOMPARE(ContainerBench::folderNames(*other), QStringList({u"Maths"_qs}));
     QCOMPARE(ContainerBench::names(*other->folderAtIndex(0)), QStringList({u"a.tamber"_qs}));
+}
+
+void tst_CloudContainers::movesAFolderWhoseRecordHasGone()
+{
+    CloudBench bench;
+    bench.putRecord("Maths\n");
+    bench.rig.put(u"one/" + Folder + u"/a.tamber", "text");
+    bench.box->ubiquotusItemAdded(bench.record());
+    bench.rig.settle();
+    bench.rig.erase(u"one/" + Folder + u"/folder.dat");
+    const auto other = bench.open(u"two"_qs);
+    bench.box->moveFolder(bench.box->folderAtIndex(0), other);
+    bench.rig.settle();
+    QCOMPARE(ContainerBench::folderNames(*other), QStringList({u"Maths"_qs}));
+    QCOMPARE(bench.rig.bytes(u"two/" + Folder + u"/folder.dat"), QByteArray("Maths\n"));
 }
 
 void tst_CloudContainers::opensAFolderOnceItIsHere()
