@@ -40,6 +40,10 @@ private slots:
                         u"b.sync-conflict-20261123-101500-ABCDEFG.tamber.nextcloud"_s},
             QStringList{u"a (conflicted copy 2026-11-23 101500).tamber here!"_s, u"a.tamber here"_s,
                         u"b.sync-conflict-20261123-101500-ABCDEFG.tamber cloud!"_s});
+        row("conflict copies of records",
+            QStringList{u"user.txt"_s, u"user.sync-conflict-20261123-101500-ABCDEFG.txt"_s,
+                        u"U/folder (Anna's conflicted copy 2026-11-23).dat"_s},
+            QStringList{u"user.txt here"_s});
         row("on their way, and records",
             QStringList{u".syncthing.a.tamber.tmp"_s, u".cvtamber-0000000000001"_s, u".stversions/a.tamber"_s,
                         u"desktop.ini"_s},

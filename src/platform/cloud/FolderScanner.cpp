@@ -24,6 +24,17 @@ QString nameBehindDownload(const QString &name)
     return name.startsWith(u'.') && mark > 1 ? name.sliced(1, mark - 1) : QString();
 }
 
+// Another version of a user's or a folder's record, which nobody reads.
+bool isCopyOfRecord(const QString &name)
+{
+    const qsizetype dot = name.lastIndexOf(u'.');
+    const QString title = dot > 0 ? titleBehindConflictCopy(name.first(dot)) : QString();
+    if (title.isNull())
+        return false;
+    const QString record = title % name.sliced(dot);
+    return record == UserRecordName || record == FolderRecordName;
+}
+
 bool isHeldBack(const QString &folderName)
 {
     return folderName.startsWith(u'.') || isSyncTemporary(folderName);
@@ -158,7 +169,8 @@ void FolderScanner::addFile(const QString &name, Names &names) const
     const QString behind = nameBehindPlaceholder(name);
     const QString &document = behind.isNull() ? name : behind;
     // No title begins with a dot: it is what some program keeps for itself, or writes before it gets its name.
-    if (!document.startsWith(u'.') && isLike(QString(names.below % document), _request.filter))
+    if (!document.startsWith(u'.') && !isCopyOfRecord(document) &&
+        isLike(QString(names.below % document), _request.filter))
         names.documents.push_back({document, name, !behind.isNull()});
 }
 
