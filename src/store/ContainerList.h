@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <memory>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace cvtamber {
@@ -196,6 +197,21 @@ public:
         return true;
     }
 
+    // Of what a container in the cloud lists before the cloud has reported it: when it goes before that, nobody reports that
+    // it has gone.
+    void expectReport(const FileURL &url)
+    {
+        if (this->indexOfURL(url) == NotFound)
+            _unreported.insert(url);
+    }
+    void noteReport(const FileURL &url) { _unreported.erase(url); }
+    // It is not on the disk any more. Nothing for what has been reported.
+    void removeUnreported(const Item *item)
+    {
+        if (_unreported.erase(item->url()) > 0)
+            removeAndTell(item);
+    }
+
     // The delegate is not told, only the observers.
     void removeQuietly(const Item *item)
     {
@@ -207,6 +223,7 @@ public:
 private:
     std::weak_ptr<Delegate> _delegate;
     Observers<Delegate> _observers;
+    std::unordered_set<FileURL> _unreported;
 };
 
 } // namespace cvtamber

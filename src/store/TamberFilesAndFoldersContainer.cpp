@@ -130,7 +130,9 @@ void TamberFilesAndFoldersContainer::deleteFolderAtIndex(StoreIndex index)
     if (!folder)
         return;
     folder->deleteStorageWithCompletion([container = self(), folder](bool success) {
-        if (success && !container->isUbiquitous())
+        if (success && container->isUbiquitous())
+            container->_folders.removeUnreported(folder.get());
+        else if (success)
             container->_folders.removeAndTell(folder.get());
     });
 }
@@ -184,8 +186,10 @@ void TamberFilesAndFoldersContainer::loadLocalFolderWithUrl(const FileURL &url)
     }
     // The cloud may report the folder and what is in it before or after.
     const FileURL folderURL = this->url().appendingDirectory(url.lastPathComponent());
-    if (_folders.indexOfURL(folderURL) == NotFound && !_foldersBeingOpened.contains(folderURL))
-        openReportedFolder(folderURL.lastPathComponent());
+    if (_folders.indexOfURL(folderURL) != NotFound || _foldersBeingOpened.contains(folderURL))
+        return;
+    _folders.expectReport(folderURL);
+    openReportedFolder(folderURL.lastPathComponent());
 }
 
 QString TamberFilesAndFoldersContainer::uniqueUserFolderName(const StoreContext &context,

@@ -82,6 +82,8 @@ void TamberFilesAndFoldersContainer::handleReport(CloudReport report, const Item
 {
     const FileURL folderURL = item->url().deletingLastPathComponent();
     const FolderPointer folder = folderAtIndex(_folders.indexOfURL(folderURL));
+    if (item->url().lastPathComponent() == FolderRecordName)
+        _folders.noteReport(folderURL);
     switch (stepFor(report, reportedItem(*item, folderURL, folder))) {
     case CloudStep::Nothing:
         break;

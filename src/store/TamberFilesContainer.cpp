@@ -161,6 +161,8 @@ void TamberFilesContainer::deleteFileAtIndex(StoreIndex index)
             tellProblem(self->_context, StoreProblem::What::Delete, file->fileURL(), result);
         if (!self->_isUbiquitous)
             self->_files.removeAndTell(file.get());
+        else if (result.ok() || result.outcome == Outcome::Missing)
+            self->_files.removeUnreported(file.get());
     });
 }
 
@@ -192,7 +194,9 @@ void TamberFilesContainer::finishRenaming(const FilePointer &file, const FileURL
     logProblem(_context, StoreProblem::What::Rename, file->fileURL(), result);
     if (!ContainerDisk(_context).hasMoved(file->fileURL(), newURL, result))
         return;
-    if (!_isUbiquitous && _files.removeAndTell(file.get()))
+    if (_isUbiquitous)
+        _files.removeUnreported(file.get());
+    else if (_files.removeAndTell(file.get()))
         _files.insertAndTell(std::make_shared<TamberDocument>(_context, newURL));
 }
 
@@ -234,8 +238,11 @@ void TamberFilesContainer::finishMoving(const FilePointer &file, const FileURL &
 void TamberFilesContainer::loadFileWithFilename(const QString &fileName)
 {
     const FileURL fileURL = url().appendingFile(fileName);
-    if (!fileURL.isNil())
-        _files.insertAndTell(std::make_shared<TamberDocument>(_context, fileURL));
+    if (fileURL.isNil())
+        return;
+    if (_isUbiquitous)
+        _files.expectReport(fileURL);
+    _files.insertAndTell(std::make_shared<TamberDocument>(_context, fileURL));
 }
 
 StoreIndex TamberFilesContainer::indexOfFile(const FilePointer &file) const
@@ -303,8 +310,10 @@ bool TamberFilesContainer::isDirectChild(const TamberUbiquitousItem &item) const
 
 void TamberFilesContainer::ubiquotusItemAdded(const Item &item)
 {
-    if (isDirectChild(*item))
-        _files.insertAndTell(std::make_shared<TamberDocument>(_context, item->url()));
+    if (!isDirectChild(*item))
+        return;
+    _files.noteReport(item->url());
+    _files.insertAndTell(std::make_shared<TamberDocument>(_context, item->url()));
 }
 
 void TamberFilesContainer::ubiquotusItemDeleted(const Item &item)

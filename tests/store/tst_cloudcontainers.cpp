@@ -50,6 +50,7 @@ private slots:
     void movesTheSameWhetherReportedBeforeOrAfter_data();
     void movesTheSameWhetherReportedBeforeOrAfter();
     void movesAFolderWhoseRecordHasGone();
+    void unlistsWhatGoesBeforeItIsReported();
     void opensAFolderOnceItIsHere();
     void forgetsAFolderThatGoesWhileItIsOpened();
     void tellsOfAReloadWhereTheFolderIsNow();
@@ -184,6 +185,33 @@ void tst_CloudContainers::movesAFolderWhoseRecordHasGone()
     bench.rig.settle();
     QCOMPARE(ContainerBench::folderNames(*other), QStringList({u"Maths"_qs}));
     QCOMPARE(bench.rig.bytes(u"two/" + Folder + u"/folder.dat"), QByteArray("Maths\n"));
+}
+
+// A move lists at once, everything else waits for reports; of what has come and gone meanwhile there is none.
+void tst_CloudContainers::unlistsWhatGoesBeforeItIsReported()
+{
+    CloudBench bench;
+    bench.putRecord("Maths\n");
+    bench.box->ubiquotusItemAdded(bench.record());
+    for (const QString &name : {u"a.tamber"_qs, u"b.tamber"_qs, u"c.tamber"_qs}) {
+        bench.rig.put(u"one/" + name, "text");
+        bench.box->ubiquotusItemAdded(bench.item(name));
+    }
+    bench.rig.settle();
+    const auto other = bench.open(u"two"_qs);
+    for (const auto &file : std::vector(bench.box->files()))
+        bench.box->moveFile(file, other);
+    bench.box->moveFolder(bench.box->folderAtIndex(0), other);
+    bench.rig.settle();
+    QCOMPARE(other->files().size(), size_t(3));
+    other->ubiquotusItemAdded(bench.itemOf(u"two/c.tamber"_qs));
+    other->deleteFileAtIndex(2);
+    other->deleteFileAtIndex(1);
+    other->renameFileAtIndex(0, u"d"_qs);
+    other->deleteFolderAtIndex(0);
+    bench.rig.settle();
+    QCOMPARE(ContainerBench::names(*other), QStringList({u"c.tamber"_qs}));
+    QCOMPARE(other->foldersCount(), 0);
 }
 
 void tst_CloudContainers::opensAFolderOnceItIsHere()
