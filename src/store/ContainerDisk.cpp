@@ -155,7 +155,11 @@ void ContainerDisk::removeStrayDocuments(const FileURL &directory) const
     for (const StoreDisk::Entry &entry : _context.disk.list(directory).entries) {
         const QString behind = nameBehindPlaceholder(entry.name);
         const QString &name = behind.isNull() ? entry.name : behind;
-        if (entry.kind == FileStatus::Kind::File && hasDocumentExtension(name))
+        if (entry.kind != FileStatus::Kind::File || !hasDocumentExtension(name))
+            continue;
+        if (behind.isNull())
+            _context.trash.moveToTrash(directory.appendingFile(name));
+        else
             _context.disk.remove(directory.appendingFile(name));
     }
 }

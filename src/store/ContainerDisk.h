@@ -47,8 +47,8 @@ public:
     // What such a move has done: a failure may come after the item has its new place, when a folder could not be synced.
     bool hasMoved(const FileURL &from, const FileURL &to, const FileResult &result) const;
 
-    // Removes every document in the directory, also those that only a placeholder stands for, at once
-    // and without a word about failures.
+    // Takes every document out of the directory, at once and without a word about failures: to the trash, since nobody has
+    // seen it in a list; those that only a placeholder stands for are removed.
     void removeStrayDocuments(const FileURL &directory) const;
     // The same for every "folder.dat" below the directory.
     void removeStrayFolderRecords(const FileURL &directory) const;

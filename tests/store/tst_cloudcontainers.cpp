@@ -282,6 +282,8 @@ void tst_CloudContainers::removesWhatNobodyListed()
     QCOMPARE(reports, QList<bool>({true}));
     QCOMPARE(bench.rig.names(u"one"_qs), QStringList({Folder, u"keep.txt"_qs}));
     QVERIFY(bench.rig.names(u"one/" + Folder).isEmpty());
+    // Nobody has seen it: another computer may have written it a moment ago.
+    QCOMPARE(bench.rig.trash.items, QList<FileURL>({bench.item(u"a.tamber"_qs)->url()}));
 }
 
 void tst_CloudContainers::keepsADocumentThatIsReportedDuringADeletion()
