@@ -7,6 +7,8 @@
 #include "store/CloudNames.h"
 #include "store/FileCoordinator.h"
 #include "store/StoreNames.h"
+#include "store/Trash.h"
+#include "store/Trash.h"
 
 #include <algorithm>
 
