@@ -197,13 +197,14 @@ public:
         return true;
     }
 
-    // Of what a container in the cloud lists before the cloud has reported it: when it goes before that, nobody reports that
-    // it has gone.
+    // In the cloud a move changes the lists before the reports do. What then comes or goes at that place before it has been
+    // looked at is never reported as such. Nothing for what is listed.
     void expectReport(const FileURL &url)
     {
         if (this->indexOfURL(url) == NotFound)
             _unreported.insert(url);
     }
+    bool isReportExpected(const FileURL &url) const { return _unreported.contains(url); }
     void noteReport(const FileURL &url) { _unreported.erase(url); }
     // It is not on the disk any more. Nothing for what has been reported.
     void removeUnreported(const Item *item)

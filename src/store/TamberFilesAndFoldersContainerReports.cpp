@@ -86,6 +86,10 @@ void TamberFilesAndFoldersContainer::handleReport(CloudReport report, const Item
         _folders.noteReport(folderURL);
     switch (stepFor(report, reportedItem(*item, folderURL, folder))) {
     case CloudStep::Nothing:
+        if (report == CloudReport::DownloadedAgain && folder)
+            folder->ubiquotusItemDownloadedAgain(item);
+        else if (report == CloudReport::DownloadedAgain)
+            TamberFilesContainer::ubiquotusItemDownloadedAgain(item);
         break;
     case CloudStep::ListDocument:
         TamberFilesContainer::ubiquotusItemAdded(item);

@@ -234,6 +234,8 @@ void TamberFilesContainer::finishMoving(const FilePointer &file, const FileURL &
     if (hasMoved)
         target->loadFileWithFilename(to.lastPathComponent());
 }
+    if (_isUbiquitous)
+        _files.expectReport(file->fileURL());
 
 void TamberFilesContainer::loadFileWithFilename(const QString &fileName)
 {
@@ -321,10 +323,16 @@ void TamberFilesContainer::ubiquotusItemDeleted(const Item &item)
     const StoreIndex index = _files.indexOfURL(item->url());
     if (index != NotFound)
         _files.removeAndTell(_files.at(index).get());
+    _files.noteReport(item->url());
 }
 
 void TamberFilesContainer::ubiquotusItemDownloaded(const Item &) {}
 
-void TamberFilesContainer::ubiquotusItemDownloadedAgain(const Item &) {}
+// Another version has come where a document was that has been moved away.
+void TamberFilesContainer::ubiquotusItemDownloadedAgain(const Item &item)
+{
+    if (_files.isReportExpected(item->url()))
+        TamberFilesContainer::ubiquotusItemAdded(item);
+}
 
 } // namespace cvtamber

@@ -51,6 +51,7 @@ private slots:
     void movesTheSameWhetherReportedBeforeOrAfter();
     void movesAFolderWhoseRecordHasGone();
     void unlistsWhatGoesBeforeItIsReported();
+    void listsWhatComesWhereADocumentWasMovedAway();
     void opensAFolderOnceItIsHere();
     void forgetsAFolderThatGoesWhileItIsOpened();
     void tellsOfAReloadWhereTheFolderIsNow();
@@ -212,6 +213,32 @@ void tst_CloudContainers::unlistsWhatGoesBeforeItIsReported()
     bench.rig.settle();
     QCOMPARE(ContainerBench::names(*other), QStringList({u"c.tamber"_qs}));
     QCOMPARE(other->foldersCount(), 0);
+}
+
+// Nobody looked at the folder in between: for the cloud it is another version of the same document.
+void tst_CloudContainers::listsWhatComesWhereADocumentWasMovedAway()
+{
+    CloudBench bench;
+    bench.putRecord("Maths\n");
+    const QStringList paths{u"a.tamber"_qs, Folder + u"/b.tamber"};
+    bench.box->ubiquotusItemAdded(bench.record());
+    bench.rig.settle();
+    for (const QString &path : paths) {
+        bench.rig.put(u"one/" + path, "text");
+        bench.box->ubiquotusItemAdded(bench.item(path));
+    }
+    const auto folder = bench.box->folderAtIndex(0);
+    const auto other = bench.open(u"two"_qs);
+    bench.box->moveFile(bench.box->files().front(), other);
+    folder->moveFile(folder->files().front(), other);
+    bench.rig.settle();
+    QVERIFY(bench.box->files().empty() && folder->files().empty());
+    for (const QString &path : paths) {
+        bench.rig.put(u"one/" + path, "newer");
+        bench.box->ubiquotusItemDownloadedAgain(bench.item(path));
+    }
+    QCOMPARE(ContainerBench::names(*bench.box), QStringList({u"a.tamber"_qs}));
+    QCOMPARE(ContainerBench::names(*folder), QStringList({u"b.tamber"_qs}));
 }
 
 void tst_CloudContainers::opensAFolderOnceItIsHere()
