@@ -231,11 +231,11 @@ void TamberFilesContainer::finishMoving(const FilePointer &file, const FileURL &
     const bool hasMoved = ContainerDisk(_context).hasMoved(file->fileURL(), to, result);
     if (hasMoved || result.outcome == Outcome::Missing)
         _files.removeAndTell(file.get());
+    if (_isUbiquitous)
+        _files.expectReport(file->fileURL());
     if (hasMoved)
         target->loadFileWithFilename(to.lastPathComponent());
 }
-    if (_isUbiquitous)
-        _files.expectReport(file->fileURL());
 
 void TamberFilesContainer::loadFileWithFilename(const QString &fileName)
 {
@@ -320,10 +320,10 @@ void TamberFilesContainer::ubiquotusItemAdded(const Item &item)
 
 void TamberFilesContainer::ubiquotusItemDeleted(const Item &item)
 {
+    _files.noteReport(item->url());
     const StoreIndex index = _files.indexOfURL(item->url());
     if (index != NotFound)
         _files.removeAndTell(_files.at(index).get());
-    _files.noteReport(item->url());
 }
 
 void TamberFilesContainer::ubiquotusItemDownloaded(const Item &) {}
