@@ -77,14 +77,17 @@ void BluetoothLink::connectToFoundPeripheral(const BluetoothPeripheralPtr &perip
 
 void BluetoothLink::disconnectPeripheral()
 {
-    if (!_connectedPeripheral)
+    // An attempt that has no link yet ends as well.
+    const auto peripheral =
+        _connectedPeripheral || !_bluetoothTimer.isActive() ? _connectedPeripheral : _deviceToConnectTo;
+    if (!peripheral)
         return;
     _context.log.debug(QStringLiteral("cancelPeripheralConnection:%1 - 2").arg(shown(_deviceToConnectTo)));
     // The steps that are under way end here, and their time-outs with them.
     stopBluetoothTimer();
     _connectPCCall.cancel();
     _cancelAsked = true;
-    cancelConnection(_connectedPeripheral);
+    cancelConnection(peripheral);
 }
 
 void BluetoothLink::cancelConnection(const BluetoothPeripheralPtr &peripheral)

@@ -415,6 +415,11 @@ void CVBTDevice::embossString(const QString &text, int useTranslation)
     _rooms->files.embossString(text, useTranslation);
 }
 
+bool CVBTDevice::cancelUpload()
+{
+    return _rooms->files.cancelUpload();
+}
+
 void CVBTDevice::deleteFile(const QString &name)
 {
     _rooms->files.deleteFile(name);

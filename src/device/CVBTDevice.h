@@ -72,7 +72,7 @@ public:
     void connectAsCVCommWithPeripheral(const BluetoothPeripheralPtr &peripheral);
     void connectAsCVComm(); // without a chosen device
     void connectPC();
-    void disconnectAsCVComm();
+    void disconnectAsCVComm(); // also ends an attempt to connect
     void disconnectPeripheral();
     // The one that the link is with; null without one.
     BluetoothPeripheralPtr peripheral() const;
@@ -148,6 +148,11 @@ public:
     void getFile(const QString &name, int useTranslation);
     void sendFileWithName(const QString &name, const QString &text, int useTranslation);
     void embossString(const QString &text, int useTranslation);
+    // Ends the store or emboss that is under way, and the link stays: what has not left of the text is dropped, the
+    // commands behind it still close the file and switch the modes back, and no delegate is told of an end. Whether any
+    // text was dropped, which leaves an incomplete file. A fetch has no such end, since the device sends all of it: it
+    // keeps its turn until it is through.
+    bool cancelUpload();
     void deleteFile(const QString &name);
 
     // Sound. The block is at least 15 bytes; a shorter one is refused.

@@ -154,6 +154,18 @@ bool DeviceFiles::abandonTransfer(bool isFetching)
     return wasUploading;
 }
 
+bool DeviceFiles::cancelUpload()
+{
+    const qint64 queued = _sender.queuedBytes();
+    abandonTransfer(false);
+    const qint64 dropped = queued - _sender.queuedBytes();
+    for (CVFileData &file : _cvFiles) {
+        if (!_storedName.isNull() && file.name() == _storedName)
+            file.setSize(file.size() - std::min(file.size(), static_cast<quint64>(dropped)));
+    }
+    return dropped > 0;
+}
+
 void DeviceFiles::restoreAfterLoss()
 {
     const SwitchedModes left = _leftSwitched.take(_identity.cvSerialNumber());
@@ -219,11 +231,13 @@ void DeviceFiles::sendFileWithName(const QString &name, const QString &text, int
     if (std::exchange(_context.restoreAdvancedMode, false))
         _engine.sendCommand(QStringLiteral("ADV"));
     _cvFiles.append(CVFileData(name, static_cast<quint64>(text.size())));
+    _storedName = name;
 }
 
 void DeviceFiles::embossString(const QString &text, int useTranslation)
 {
     bool toggleForwardTranslation = false;
+    _storedName.clear();
     if (useTranslation == ForwardTranslation) {
         turnOnAdvancedMode();
         toggleForwardTranslation = _identity.record()[DeviceStateRecord::ForwardTranslationForEmbossing] == 0;

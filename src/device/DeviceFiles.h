@@ -53,6 +53,8 @@ public:
 
     // Ends the transfer that is under way and sends what it owes the device. Tells whether it was an upload.
     bool abandonTransfer(bool isFetching);
+    // As CVBTDevice::cancelUpload().
+    bool cancelUpload();
     // All that was sent has reached the device.
     void allIsWritten() { _switched = {}; }
     // The state record of this link is known.
@@ -89,6 +91,7 @@ private:
     QList<CVFileData> _cvFiles;
     std::function<void()> _dirCommandHandler;
     qint64 _downloadFileSize = 0; // -1: the file is not in the list
+    QString _storedName;          // of the store that was begun last; null after an emboss
 };
 
 } // namespace cvtamber

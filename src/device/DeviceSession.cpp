@@ -156,6 +156,11 @@ void DeviceSession::disconnectAsCVComm()
         }
         tellWorkFailed(wasFetching, wasUploading, QStringLiteral("the device was disconnected"));
         _context.tellState(CVDeviceStateDelegate::DisconnectedOrNotConnectable);
+    } else if (!_context.serialPort) {
+        // An attempt owes the device nothing: it ends at once, and its answer is nobody's.
+        _rooms.engine.drop();
+        _context.isConnectingAsCVComm = false;
+        _link->disconnectPeripheral();
     }
     _rooms.files.setFiles({});
 }

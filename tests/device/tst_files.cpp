@@ -339,6 +339,13 @@ private slots:
         row("store, all written", 's', Fields{}, 1000, end);
         row("emboss", 'e', Fields{}, 5, "{FE}{ADV}" + end);
         row("nothing", 'n', Fields{}, 0, end);
+        // Cancelled: the link stays.
+        row("cancelled store, in its command", 'S', Fields{}, 0,
+            "AAAAAAAAAAAAAA}{FM END}{S1 OFF}{EM ON}{ADV}"_ba);
+        row("cancelled store, later in it", 'S', Fields{}, 9, "{FM END}{S1 OFF}{EM ON}{ADV}"_ba);
+        row("cancelled store, all written", 'S', Fields{}, 1000, ""_ba);
+        row("cancelled emboss", 'E', Fields{}, 5, "{FE}{ADV}"_ba);
+        row("nothing to cancel", 'N', Fields{}, 0, ""_ba);
     }
 
     void anAskedForEndSwitchesBack()
@@ -349,22 +356,29 @@ private slots:
         DeviceRig rig;
         rig.identify(DeviceRig::pcrReply(fields));
         rig.device->setCvDownloadDelegate(rig.told);
+        const QString name(30, u'A');
         if (operation == 'f')
             rig.device->getFile(u"A"_s, BackTranslation);
-        else if (operation == 's')
-            rig.device->sendFileWithName(QString(30, u'A'), QString(500, u'x'), ForwardTranslation);
-        else if (operation == 'e')
+        else if (operation == 's' || operation == 'S')
+            rig.device->sendFileWithName(name, QString(500, u'x'), ForwardTranslation);
+        else if (operation == 'e' || operation == 'E')
             rig.device->embossString(QString(500, u'x'), ForwardTranslation);
         for (; confirmed > 0 && rig.peripheral->unconfirmed() > 0; --confirmed)
             rig.peripheral->confirmWrite();
         rig.sent();
         rig.told->take();
         const bool isUnderWay = rig.device->queuedBytes() > 0 || rig.device->pendingCommand() != 0;
-        rig.device->disconnectAsCVComm();
+        const bool cancels = isupper(operation);
+        if (cancels)
+            QCOMPARE(rig.device->cancelUpload(), isUnderWay);
+        else
+            rig.device->disconnectAsCVComm();
         QTEST(rig.drain(), "sent");
         const QStringList told = rig.told->take();
-        QVERIFY(told.contains(u"state 2"_s));
-        QCOMPARE(told.filter(u"failed"_s).size(), isUnderWay ? 1 : 0);
+        QCOMPARE(told.contains(u"state 2"_s), !cancels);
+        QCOMPARE(told.filter(u"failed"_s).size(), isUnderWay && !cancels ? 1 : 0);
+        if (operation == 'S')
+            QCOMPARE(rig.device->getSizeOfFileWithName(name), rig.peripheral->writes().join().count('x'));
         QVERIFY(!told.contains(u"uploaded"_s));
     }
 
