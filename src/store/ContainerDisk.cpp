@@ -8,7 +8,6 @@
 #include "store/FileCoordinator.h"
 #include "store/StoreNames.h"
 #include "store/Trash.h"
-#include "store/Trash.h"
 
 #include <algorithm>
 

@@ -229,7 +229,10 @@ void TamberFilesContainer::finishMoving(const FilePointer &file, const FileURL &
     _context.log.info(u"success: "_s % QString::number(int(result.ok())));
     tellProblem(_context, StoreProblem::What::Move, file->fileURL(), result);
     const bool hasMoved = ContainerDisk(_context).hasMoved(file->fileURL(), to, result);
-    if (hasMoved || result.outcome == Outcome::Missing)
+    // Where the whole folder is away, or was meanwhile, it may come back.
+    const bool isGone = result.outcome == Outcome::Missing && _context.disk.isFolder(url()) &&
+                        !_context.disk.exists(file->fileURL());
+    if (hasMoved || isGone)
         _files.removeAndTell(file.get());
     if (_isUbiquitous)
         _files.expectReport(file->fileURL());

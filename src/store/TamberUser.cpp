@@ -71,7 +71,8 @@ bool TamberUser::openRecord()
 {
     const ReadResult record = context().disk.read(fileURL());
     if (!record.ok()) {
-        if (!context().disk.isFolder(url()))
+        const auto kind = context().disk.status(url()).kind;
+        if (kind != FileStatus::Kind::Folder && kind != FileStatus::Kind::Unknown)
             return false;
         if (record.outcome == Outcome::Missing && isCertainlyAbsent(context().disk, fileURL())) {
             if (!isUbiquitous())

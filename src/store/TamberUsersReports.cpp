@@ -114,7 +114,10 @@ void TamberUsers::takeStep(RegistryStep step, const Report &report)
 
 void TamberUsers::loadReportedUser(const QString &folderName)
 {
-    const User user = loadUserFromFolderAndNotifyDelegate(folderName);
+    // One that cannot be looked at now is not told a second time.
+    const auto kind = _context.disk.status(url().appendingDirectory(folderName)).kind;
+    const bool mayBeFolder = kind == FileStatus::Kind::Folder || kind == FileStatus::Kind::Unknown;
+    const User user = mayBeFolder ? openAndNotify(folderName) : nullptr;
     if (!user)
         return;
     for (const Item &item : _orphanedItems.takeWithPathPrefix(user->url().path()))

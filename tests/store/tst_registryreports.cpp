@@ -264,10 +264,9 @@ private slots:
 
     void aRegistryOutsideTheContainerIsAMistake()
     {
-        rig().cloud.setMissing(true);
-        QVERIFY_THROWS_EXCEPTION(TamberUbiquitousFolderMonitorException, _bench->storage->archivedUsers());
-        rig().cloud.setMissing(false);
-        QVERIFY(_bench->storage->archivedUsers());
+        QVERIFY_THROWS_EXCEPTION(
+            TamberUbiquitousFolderMonitorException,
+            TamberUbiquitousFolderMonitor(rig().context, rig().localRoot(), registryFilter()));
     }
 };
 

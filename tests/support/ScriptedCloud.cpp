@@ -180,7 +180,7 @@ MetadataQuery::Scope ScriptedCloud::scope() const
 bool ScriptedCloud::isUbiquitousItem(const FileURL &url) const
 {
     const QString path = url.path() + u'/';
-    return !_isMissing && !url.isNil() && path.startsWith(_url.path() + u'/');
+    return !url.isNil() && path.startsWith(_url.path() + u'/');
 }
 
 FileResult ScriptedCloud::startDownloading(const FileURL &url)

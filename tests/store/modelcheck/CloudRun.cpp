@@ -24,8 +24,9 @@ bool isRecord(const QString &place)
 
 } // namespace
 
-CloudRun::CloudRun(quint32 seed)
-    : _bench(seed, StoreRig::Place::Cloud)
+CloudRun::CloudRun(quint32 seed, Kind kind)
+    : _kind(kind)
+    , _bench(seed, StoreRig::Place::Cloud)
 {}
 
 QString CloudRun::run()
@@ -34,6 +35,8 @@ QString CloudRun::run()
         step();
         numberDirectories();
         _bench.someBackgroundWork();
+        if (_kind == Kind::Failing && _bench.random.oneIn(4))
+            disturb();
         if (!_bench.random.oneIn(15) && i + 1 < Steps)
             continue;
         QString fault = faultAtRest();
@@ -49,10 +52,28 @@ void CloudRun::step()
     static const std::vector<Step> steps{
         &CloudRun::changeUsers, &CloudRun::changeFolders, &CloudRun::changeFiles, &CloudRun::changeFiles,
         &CloudRun::syncAdds,    &CloudRun::syncAdds,      &CloudRun::syncRemoves, &CloudRun::syncChanges};
-    if (_bench.random.oneIn(3))
+    // Nothing is synced where the folder is not.
+    const auto step = _bench.random.below(_bench.isAway() ? 4 : steps.size());
+    if (_bench.random.oneIn(3) && !_bench.isAway())
         report(false);
     else
-        (this->*_bench.random.pick(steps))();
+        (this->*steps[static_cast<size_t>(step)])();
+}
+
+void CloudRun::disturb()
+{
+    if (_bench.random.oneIn(3))
+        _bench.isAway() ? _bench.mount() : _bench.unmount();
+    else if (_bench.random.oneIn(3) && !_bench.isAway())
+        startAnew();
+    else
+        _bench.failCalls(20);
+}
+
+void CloudRun::startAnew()
+{
+    _bench.startAnew();
+    _seenDownloaded.clear();
 }
 
 void CloudRun::changeUsers()
@@ -135,14 +156,13 @@ void CloudRun::addFile(const Container &container)
     if (_bench.isReserved(place))
         return;
     const QString text = _bench.freshText();
-    tell(u"add"_s, place);
+    tell(u"add "_s + text, place);
     container->addFileWithName(title, text, [this, text, place](const FileResult &result) {
         if (result.ok())
             _bench.owe(text, place);
     });
 }
 
-// A move that fails takes the row from the list all the same, so none is asked for that would.
 void CloudRun::renameOrMove(const Container &container, const File &file)
 {
     const Container target = _bench.random.pick(_bench.containers());
@@ -153,12 +173,20 @@ void CloudRun::renameOrMove(const Container &container, const File &file)
     }
     const FileURL to = target->url().appendingFile(file->name());
     if (!_bench.isFree(to) || _bench.rig.disk.exists(to) || !_bench.rig.disk.exists(file->url()) ||
-        !_bench.rig.disk.isFolder(target->url()))
+        !_bench.rig.disk.isFolder(target->url()) || isOwedAt(file->url()))
         return;
     tell(u"move to "_s + _bench.placeOf(to), _bench.placeOf(file->url()));
     _bench.reserve(_bench.placeOf(file->url()));
     _bench.reserve(_bench.placeOf(to));
     container->moveFile(file, target);
+}
+
+// A text waits to be saved in that place: whoever takes the place between two reports is not told of.
+bool CloudRun::isOwedAt(const FileURL &url) const
+{
+    const auto &unsaved = _bench.rig.problems.unsaved();
+    return std::any_of(unsaved.begin(), unsaved.end(),
+                       [&](const auto &entry) { return entry.second.url == url; });
 }
 
 void CloudRun::syncAdds()
@@ -183,7 +211,7 @@ void CloudRun::syncAdds()
 
 void CloudRun::bring(const QString &place, const QString &text)
 {
-    tell(u"sync brings"_s, place);
+    tell(u"sync brings "_s + text.trimmed(), place);
     _bench.rig.put(place, text.toUtf8());
     if (!isRecord(place))
         _bench.owe(text, place);
@@ -304,8 +332,12 @@ QStringList CloudRun::places() const
             all.append(
                 _bench.placeOf(real.isNull() ? url : url.deletingLastPathComponent().appendingFile(real)));
     }
-    std::sort(all.begin(), all.end(),
-              [this](const QString &one, const QString &other) { return numbered(one) < numbered(other); });
+    std::map<QString, QString> sorted;
+    for (const QString &place : std::as_const(all))
+        sorted.emplace(numbered(place), place);
+    all.clear();
+    for (const auto &[key, place] : sorted)
+        all.append(place);
     return all;
 }
 
@@ -386,13 +418,19 @@ QString CloudRun::faultInLists(const QString &when)
     StoreListing wanted = expected();
     leaveOutFoldersOnTheirWay(found);
     leaveOutFoldersOnTheirWay(wanted);
+    // What could not be deleted is there and not listed until the next start.
+    if (_kind == Kind::Failing)
+        std::erase_if(wanted, [&](const auto &entry) {
+            return found.count(entry.first) == 0 && _bench.isDying(entry.first);
+        });
     for (auto &[place, text] : wanted) {
         // A user's record is not read again, so that only where it is counts.
         const auto listed = found.find(place);
         if (listed == found.end() || place.endsWith(u".tamber"_s))
             continue;
         const bool isUser = place.count(u'/') == 1;
-        text = isUser ? listed->second : text.section(u'\n', 0, 0);
+        // Nor is a folder's, where the disk has refused it.
+        text = isUser || _kind == Kind::Failing ? listed->second : text.section(u'\n', 0, 0);
     }
     QString fault = difference(found, wanted);
     for (qsizetype i = 0; i < _directories.size(); ++i)
@@ -403,18 +441,23 @@ QString CloudRun::faultInLists(const QString &when)
 QString CloudRun::faultAtRest()
 {
     _bench.story.append(u"rest"_s);
+    _bench.endFailures();
+    if (_bench.isAway())
+        _bench.mount();
+    if (_bench.isAway())
+        return u"written to while it was not there: "_s + _bench.rig.names().join(u", "_s);
     for (int i = 0; i < 3; ++i) {
         _bench.settleAll();
         report(true);
     }
     _bench.settleAll();
-    _bench.atRest();
     const QStringList lost = _bench.lostTexts();
     if (!lost.isEmpty())
         return u"lost: "_s + lost.join(u", "_s);
     QString fault = faultInLists(u"lists, against what was reported"_s);
     if (!fault.isNull())
         return fault;
+    _bench.atRest();
     _bench.open();
     _seenDownloaded.clear();
     report(true);

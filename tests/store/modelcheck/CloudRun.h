@@ -10,10 +10,13 @@ namespace cvtamber {
 //
 // Whenever everything has come to rest, the lists are what was reported: a user or a folder from the moment
 // when its record has been downloaded, and every document below it. No text that is owed is lost.
+// Failing: disk calls fail for some time, the program starts anew in between, and the folder is unmounted and comes back.
 class CloudRun
 {
 public:
-    explicit CloudRun(quint32 seed);
+    enum class Kind { Undisturbed, Failing };
+
+    CloudRun(quint32 seed, Kind kind);
 
     // What was wrong, or null.
     QString run();
@@ -25,11 +28,14 @@ private:
     using File = std::shared_ptr<TamberDocument>;
 
     void step();
+    void disturb();
+    void startAnew();
     void changeUsers();
     void changeFolders();
     void changeFiles();
     void addFile(const Container &container);
     void renameOrMove(const Container &container, const File &file);
+    bool isOwedAt(const FileURL &url) const;
     void syncAdds();
     void syncRemoves();
     void syncChanges();
@@ -55,6 +61,7 @@ private:
     void leaveOutFoldersOnTheirWay(StoreListing &listing) const;
     QString faultInLists(const QString &when);
 
+    Kind _kind;
     StoreBench _bench;
     QStringList _directories;
     // Items that have been reported as downloaded since they were first reported.

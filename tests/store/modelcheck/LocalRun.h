@@ -45,8 +45,6 @@ private:
     void editFile();
     void actFromOutside();
     void disturb();
-    void failCalls();
-    void startAnew();
     void copyUserIn();
     void finishCopies();
 

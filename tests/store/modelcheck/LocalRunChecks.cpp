@@ -15,35 +15,8 @@ void LocalRun::disturb()
     if (!isDisturbed() && _bench.random.oneIn(3))
         return copyUserIn();
     if (!isDisturbed() && _bench.random.oneIn(4))
-        return startAnew();
-    failCalls();
-}
-
-void LocalRun::failCalls()
-{
-    using Call = FaultyFileOperations::Call;
-    static const std::vector<std::errc> errors{std::errc::no_space_on_device, std::errc::permission_denied,
-                                               std::errc::read_only_file_system, std::errc::io_error,
-                                               std::errc::no_such_device};
-    const int first = 1 + _bench.random.below(5);
-    const auto call = static_cast<Call>(_bench.random.below(int(Call::SyncFolder) + 1));
-    const auto error = _bench.random.pick(errors);
-    _bench.story.append(u"fail call %1 from the %2th on"_s.arg(int(call)).arg(first));
-    _bench.operations.add(
-        {std::make_error_code(error), call, {}, first, first + _bench.random.below(isDisturbed() ? 3 : 20)});
-    if (_bench.random.oneIn(4))
-        _bench.rig.trash.failure = {FileResult::Outcome::Failed, u"full"_s};
-}
-
-// The program ends, with what the disk takes of its work, and starts while the disk is as it is.
-void LocalRun::startAnew()
-{
-    _bench.story.append(u"start anew"_s);
-    _bench.storage->close();
-    _bench.rig.settle();
-    _bench.rig.context.saves.cancelAll();
-    _bench.open();
-    _bench.rig.settle();
+        return _bench.startAnew();
+    _bench.failCalls(isDisturbed() ? 3 : 20);
 }
 
 // A user's directory is on its way, or arrives.
@@ -180,8 +153,7 @@ QString LocalRun::notOnDisk(const StoreListing &listed) const
 QString LocalRun::faultAtRest()
 {
     _bench.story.append(u"rest"_s);
-    _bench.operations.clear();
-    _bench.rig.trash.failure = {};
+    _bench.endFailures();
     _bench.settleAll();
     const StoreListing listed = listingOf(*_bench.storage, _bench.rig.disk);
     finishCopies();

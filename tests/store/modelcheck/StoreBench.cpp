@@ -82,6 +82,60 @@ void StoreBench::open()
         registry->startQuery();
 }
 
+void StoreBench::startAnew()
+{
+    story.append(u"start anew"_s);
+    storage->close();
+    rig.settle();
+    rig.context.saves.cancelAll();
+    open();
+    rig.settle();
+}
+
+void StoreBench::failCalls(int most)
+{
+    using Call = FaultyFileOperations::Call;
+    static const std::vector<std::errc> errors{std::errc::no_space_on_device, std::errc::permission_denied,
+                                               std::errc::read_only_file_system, std::errc::io_error,
+                                               std::errc::no_such_device};
+    const int first = 1 + random.below(5);
+    const auto call = static_cast<Call>(random.below(int(Call::SyncFolder) + 1));
+    const auto error = random.pick(errors);
+    story.append(u"fail call %1 from the %2th on"_s.arg(int(call)).arg(first));
+    operations.add({std::make_error_code(error), call, {}, first, first + random.below(most)});
+    if (random.oneIn(4))
+        rig.trash.failure = {FileResult::Outcome::Failed, u"full"_s};
+}
+
+void StoreBench::unmount()
+{
+    story.append(u"unmount"_s);
+    _isAway = true;
+    QDir().rename(rig.path(), realPath(rig.path()));
+    QDir().mkdir(rig.path());
+    rig.cloud.setMissing(true);
+}
+
+void StoreBench::mount()
+{
+    story.append(u"mount"_s);
+    if (!QDir().rmdir(rig.path()) || !QDir().rename(realPath(rig.path()), rig.path()))
+        return;
+    _isAway = false;
+    rig.cloud.setMissing(false);
+}
+
+QString StoreBench::realPath(const QString &path) const
+{
+    return _isAway ? QString(rig.path() % u".away" % path.sliced(rig.path().size())) : path;
+}
+
+void StoreBench::endFailures()
+{
+    operations.clear();
+    rig.trash.failure = {};
+}
+
 std::vector<std::shared_ptr<TamberUsers>> StoreBench::registries() const
 {
     return {storage->activeUsers(), storage->archivedUsers()};
@@ -191,7 +245,7 @@ void StoreBench::forgiveListed(const TamberFilesContainer &container)
 
 void StoreBench::forgiveAll(const QString &place)
 {
-    QDirIterator files(rig.path(place), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    QDirIterator files(realPath(rig.path(place)), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
     while (files.hasNext())
         forgive(textOf(files.next()));
 }
@@ -212,7 +266,7 @@ QString StoreBench::textAt(const FileURL &url) const
     QStringList names = placeholderNames(url.lastPathComponent());
     names.prepend(url.lastPathComponent());
     for (const QString &name : names) {
-        const QString path = url.deletingLastPathComponent().appendingFile(name).path();
+        const QString path = realPath(url.deletingLastPathComponent().appendingFile(name).path());
         if (QFile::exists(path))
             return textOf(path);
     }

@@ -26,6 +26,15 @@ public:
 
     // The store anew, as after a start of the program.
     void open();
+    // The program ends, with what the disk takes of its work, and starts while the disk is as it is.
+    void startAnew();
+    // Disk calls of a kind fail, from one of the next on, for up to so many.
+    void failCalls(int most);
+    void endFailures();
+    // The root is not there, only the empty place of the mount; then it is back, unless something was written to that place.
+    void unmount();
+    void mount();
+    bool isAway() const { return _isAway; }
     std::vector<std::shared_ptr<TamberUsers>> registries() const;
     std::vector<User> users() const;
     // Users and folders.
@@ -72,7 +81,10 @@ public:
     QStringList story;
 
 private:
+    QString realPath(const QString &path) const;
+
     quint32 _seed;
+    bool _isAway = false;
     int _texts = 0;
     std::set<QString> _owed;
     QStringList _dying;
