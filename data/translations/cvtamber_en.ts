@@ -923,9 +923,9 @@
         <source>The Corvane does not answer.</source>
         <translation>The Corvane does not answer.</translation>
     </message>
-    <message id="The Corvane does not answer. You can wait, or leave with OK.">
-        <source>The Corvane does not answer. You can wait, or leave with OK.</source>
-        <translation>The Corvane does not answer. You can wait, or leave with OK.</translation>
+    <message id="The Corvane does not answer. You can wait, or choose Cancel.">
+        <source>The Corvane does not answer. You can wait, or choose Cancel.</source>
+        <translation>The Corvane does not answer. You can wait, or choose Cancel.</translation>
     </message>
     <message id="The Corvane is not connected.">
         <source>The Corvane is not connected.</source>
@@ -1342,6 +1342,26 @@
     <message id="The file has been fetched. It may be incomplete.">
         <source>The file has been fetched. It may be incomplete.</source>
         <translation>The file has been fetched. It may be incomplete.</translation>
+    </message>
+    <message id="You have cancelled. The file on the Corvane is incomplete.">
+        <source>You have cancelled. The file on the Corvane is incomplete.</source>
+        <translation>You have cancelled. The file on the Corvane is incomplete.</translation>
+    </message>
+    <message id="You have cancelled. The rest of the text does not come onto the paper.">
+        <source>You have cancelled. The rest of the text does not come onto the paper.</source>
+        <translation>You have cancelled. The rest of the text does not come onto the paper.</translation>
+    </message>
+    <message id="The Corvane goes on sending the file. It is busy until it has finished, or has said nothing for half a minute.">
+        <source>The Corvane goes on sending the file. It is busy until it has finished, or has said nothing for half a minute.</source>
+        <translation>The Corvane goes on sending the file. It is busy until it has finished, or has said nothing for half a minute.</translation>
+    </message>
+    <message id="All of the text had been sent already. The Corvane has not confirmed it yet.">
+        <source>All of the text had been sent already. The Corvane has not confirmed it yet.</source>
+        <translation>All of the text had been sent already. The Corvane has not confirmed it yet.</translation>
+    </message>
+    <message id="No Corvane seen. Is it on, charged and near? Is another phone or computer connected to it?">
+        <source>No Corvane seen. Is it on, charged and near? Is another phone or computer connected to it?</source>
+        <translation>No Corvane seen. Is it on, charged and near? Is another phone or computer connected to it?</translation>
     </message>
     <message id="The connection to the Corvane was lost. The file on it is incomplete.">
         <source>The connection to the Corvane was lost. The file on it is incomplete.</source>

@@ -7,6 +7,7 @@
 #include "chat/ChatViewController.h"
 #include "device/CVBTDevice.h"
 #include "device/Reconnector.h"
+#include "device_ui/CVTransferViewController.h"
 #include "device_ui/MCVFilesViewController.h"
 #include "text/DeviceTables.h"
 #include "ui/NavigationController.h"
@@ -264,13 +265,25 @@ void CVDeviceTableViewController::linkLost(const QString &)
 {
     _isAway = _context.reconnector.isAway();
     if (std::exchange(_isLinkIdentified, false) && _connectWindowsClosed)
-        presenter().showNotice(
-            _isAway ? localized("The connection to the Corvane was lost. Trying to connect again.")
-                    : localized("The connection to the Corvane was lost."));
+        tellLoss();
     // A link that ended without an error leaves the device object connected to nothing.
     if (!_isAway && _context.device.isConnectedAsCVComm())
         _context.device.disconnectAsCVComm();
     updateStateLabels();
+}
+
+// A transfer says what has become of it.
+void CVDeviceTableViewController::tellLoss() const
+{
+    const auto transfer =
+        std::dynamic_pointer_cast<CVTransferViewController>(_context.device.cvUploadDelegate());
+    const bool isTold = transfer && transfer->tellsLoss();
+    if (_isAway)
+        presenter().showNotice(
+            isTold ? localized("Trying to connect again.")
+                   : localized("The connection to the Corvane was lost. Trying to connect again."));
+    else if (!isTold)
+        presenter().showNotice(localized("The connection to the Corvane was lost."));
 }
 
 void CVDeviceTableViewController::linkClosed()

@@ -92,6 +92,7 @@ private:
     TableCell filesCell() const;
     TableCell uebcCell() const;
     void updateStateLabels();
+    void tellLoss() const;
     void showChatSection(bool shows);
     Details connectedDetails() const;
     void connectButtonClicked();

@@ -111,6 +111,11 @@ QString CVTransferViewController::okTitle() const
     return localized("OK");
 }
 
+QString CVTransferViewController::cancelTitle() const
+{
+    return localized("Cancel");
+}
+
 QString CVTransferViewController::statusText() const
 {
     if (isBusy())
@@ -135,7 +140,7 @@ QString CVTransferViewController::statusText() const
 QString CVTransferViewController::problemText() const
 {
     if (_isStalled)
-        return localized("The Corvane does not answer. You can wait, or leave with OK.");
+        return localized("The Corvane does not answer. You can wait, or choose Cancel.");
     return _problem ? localized(_problem) : QString();
 }
 
@@ -160,6 +165,12 @@ const char *CVTransferViewController::lossProblem() const
         break;
     }
     return "The connection to the Corvane was lost. The file has not been fetched.";
+}
+
+const char *CVTransferViewController::cancelProblem() const
+{
+    return kind() == Kind::Store ? "You have cancelled. The file on the Corvane is incomplete."
+                                 : "You have cancelled. The rest of the text does not come onto the paper.";
 }
 
 bool CVTransferViewController::hasFetchedNothing() const
@@ -246,6 +257,8 @@ void CVTransferViewController::ask(const char *title, const QStringList &buttons
     ActionSheet sheet;
     sheet.title = localized(title);
     sheet.buttons = buttons;
+    sheet.buttons.append(localized("Cancel"));
+    sheet.cancelButtonIndex = CancelButton;
     sheet.didDismiss = [this](const ActionSheet &, int button) { questionAnswered(button); };
     showActionSheet(std::move(sheet));
 }
@@ -254,6 +267,11 @@ void CVTransferViewController::questionAnswered(int button)
 {
     if (_step != Step::Asking)
         return;
+    if (button == CancelButton) {
+        setStep(Step::Failed);
+        close();
+        return;
+    }
     _isTranslated = button == TranslateButton;
     if (const char *problem = obstacle())
         fail(problem);
@@ -286,7 +304,7 @@ void CVTransferViewController::startTransfer()
     if (_inputText.isEmpty())
         finish();
     else
-        fail(lossProblem());
+        failByLoss();
 }
 
 // How it gets on
@@ -356,6 +374,8 @@ void CVTransferViewController::linkWritesConfirmed()
     goesOn();
     if (isSending())
         finishSending();
+    else
+        emit changed();
 }
 
 void CVTransferViewController::finishSending()
@@ -369,7 +389,7 @@ void CVTransferViewController::finishSending()
 void CVTransferViewController::cvFileUploadFailed(const QString &)
 {
     if (isSending())
-        fail(lossProblem());
+        failByLoss();
 }
 
 void CVTransferViewController::cvFileDownloadOutcome(const FetchOutcome &outcome)
@@ -404,19 +424,20 @@ void CVTransferViewController::tellDoubts() const
 void CVTransferViewController::cvFileDownloadFailed(const QString &)
 {
     if (isFetching())
-        fail(lossProblem());
+        failByLoss();
 }
 
 void CVTransferViewController::linkLost(const QString &)
 {
     if (_step == Step::Running)
-        fail(lossProblem());
+        failByLoss();
     emit changed();
 }
 
 // The transfer is offered again.
 void CVTransferViewController::linkConnected()
 {
+    _hasToldLoss = false;
     emit changed();
 }
 
@@ -441,11 +462,18 @@ void CVTransferViewController::fail(const char *problem)
     _context.device.turn().whenFree(this, [this](DeviceTurn::End) { emit changed(); });
 }
 
+void CVTransferViewController::failByLoss()
+{
+    _hasToldLoss = true;
+    fail(lossProblem());
+}
+
 // The whole again
 
 bool CVTransferViewController::isAgainVisible() const
 {
-    return _step == Step::Failed && kind() != Kind::Nothing && !obstacle();
+    // What a cancelled store still owes the device goes before.
+    return _step == Step::Failed && kind() != Kind::Nothing && !obstacle() && isAllWritten();
 }
 
 QString CVTransferViewController::againTitle() const
@@ -503,13 +531,32 @@ void CVTransferViewController::deleteClicked()
 
 void CVTransferViewController::okClicked()
 {
-    if (!isOkVisible() || !takesActions())
+    if (isOkVisible())
+        close();
+}
+
+void CVTransferViewController::cancelClicked()
+{
+    if (!isCancelVisible() || !takesActions())
+        return;
+    if (kind() != Kind::Fetch && _context.device.cancelUpload()) {
+        fail(cancelProblem());
+        return;
+    }
+    presenter().showNotice(
+        kind() == Kind::Fetch
+            ? localized("The Corvane goes on sending the file. It is busy until it has finished, or has said "
+                        "nothing for half a minute.")
+            : localized("All of the text had been sent already. The Corvane has not confirmed it yet."));
+    setStep(Step::Failed);
+    close();
+}
+
+void CVTransferViewController::close()
+{
+    if (!takesActions())
         return;
     const auto self = this->self();
-    if (_step == Step::Running) {
-        _problem = "The Corvane does not answer.";
-        setStep(Step::Failed);
-    }
     if (const auto delegate = _delegate.lock())
         delegate->cvTransferCloseClicked();
     // Not every presenting screen listens to that.

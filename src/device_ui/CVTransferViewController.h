@@ -25,19 +25,21 @@ public:
 
     // Once, when all of it has arrived; never for a transfer that failed. The screen is still up and may be dismissed.
     virtual void cvTransferControllerTransferFinished(CVTransferViewController & /*transfer*/) {}
-    // OK was hit. A screen that is not dismissed in this call dismisses itself.
+    // A person closes it. A screen that is not dismissed in this call dismisses itself.
     virtual void cvTransferCloseClicked() = 0;
 };
 
 // Runs one transfer with the device: asks whether to translate, shows how far it is, and says how it ended.
 //
 //   idle     -> asking (it appears) | failed (the device is not connected or busy) | ended (nothing to transfer)
-//   asking   -> running (the question is answered) | failed (as above)
-//   running  -> ended (all of it has arrived) | failed (by the link, by the device, or left with OK while stalled)
+//   asking   -> running (the question is answered) | failed (as above, or closed with Cancel)
+//   running  -> ended (all of it has arrived) | failed (by the link, by the device, or with Cancel)
 //   failed   -> running, or asking where nothing was answered (the whole again, once the device is there)
 //
-// A running transfer that no confirmation comes for is stalled until one does. OK shows when ended, failed or stalled,
-// and always closes. What the device says when no transfer runs is dropped. A store that failed on its way has left an
+// A running transfer that no confirmation comes for is stalled until one does. OK shows when ended or failed, and always
+// closes; Cancel has its place while the transfer runs. It ends a store or an emboss on its way and says what the device
+// has of it. It leaves a fetch, which the device goes on with, and whatever has been sent to its end: both close the
+// screen. What the device says when no transfer runs is dropped. A store that failed on its way has left an
 // incomplete file on the device: that is said, and the file can be deleted. A fetched text that may lack its end is
 // handed over and says so, see mayBeIncomplete().
 // From viewDidLoad until it has gone the screen is the device's upload and download delegate, and all its life a link
@@ -62,9 +64,11 @@ class CVTransferViewController final : public cvtamber::ViewController,
     Q_PROPERTY(QString statusText READ statusText NOTIFY changed)
     // What went wrong or is stalled, and what to do; empty for none.
     Q_PROPERTY(QString problemText READ problemText NOTIFY changed)
-    // The OK button; Escape is OK where it is visible, else nothing.
+    // The OK button, and Cancel in its place; Escape is the one that is visible.
     Q_PROPERTY(bool okVisible READ isOkVisible NOTIFY changed)
     Q_PROPERTY(QString okTitle READ okTitle CONSTANT)
+    Q_PROPERTY(bool cancelVisible READ isCancelVisible NOTIFY changed)
+    Q_PROPERTY(QString cancelTitle READ cancelTitle CONSTANT)
     // The whole again, and away with what a store has left; only after a failure, and while the device is there.
     Q_PROPERTY(bool againVisible READ isAgainVisible NOTIFY changed)
     Q_PROPERTY(QString againTitle READ againTitle CONSTANT)
@@ -73,7 +77,7 @@ class CVTransferViewController final : public cvtamber::ViewController,
 
 public:
     // The buttons of the question.
-    enum QuestionButton : int { TranslateButton = 0, AsItIsButton = 1 };
+    enum QuestionButton : int { TranslateButton = 0, AsItIsButton = 1, CancelButton = 2 };
 
     // The context outlives the screen. A null text is no text.
     static std::shared_ptr<CVTransferViewController>
@@ -109,15 +113,20 @@ public:
     bool isFinished() const { return _step == Step::Ended; }
     QString statusText() const;
     QString problemText() const;
-    bool isOkVisible() const { return isFinished() || _step == Step::Failed || _isStalled; }
+    bool isOkVisible() const { return isFinished() || _step == Step::Failed; }
     QString okTitle() const;
+    bool isCancelVisible() const { return _step == Step::Running; }
+    QString cancelTitle() const;
     bool isAgainVisible() const;
     QString againTitle() const;
     bool isDeleteVisible() const;
     QString deleteTitle() const;
+    // It says itself that the link has ended under it, or is about to.
+    bool tellsLoss() const { return _step == Step::Running || _hasToldLoss; }
 
     // What a person does, through the view; nothing where the button is not visible.
     Q_INVOKABLE void okClicked();
+    Q_INVOKABLE void cancelClicked();
     Q_INVOKABLE void againClicked();
     Q_INVOKABLE void deleteClicked();
 
@@ -157,6 +166,7 @@ private:
     // Keys of the texts, null for none: why it cannot start now, what the end of the link did.
     const char *obstacle() const;
     const char *lossProblem() const;
+    const char *cancelProblem() const;
     bool hasFetchedNothing() const;
     void makeLabelText();
     void askForBackTranslation();
@@ -170,6 +180,8 @@ private:
     void finishSending();
     void finish();
     void fail(const char *problem);
+    void failByLoss();
+    void close();
     void setStep(Step step);
     void tellDoubts() const;
     std::shared_ptr<CVTransferViewController> self();
@@ -194,6 +206,7 @@ private:
     bool _isStalled = false;
     std::optional<bool> _isTranslated; // the answer to the question
     bool _hasFailedWrite = false;
+    bool _hasToldLoss = false; // until the link is there again
     // The store has begun, and what is on the device under its name is not the whole.
     bool _hasLeftPart = false;
 };

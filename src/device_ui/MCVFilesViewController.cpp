@@ -231,7 +231,7 @@ bool MCVFilesViewController::isWithinReach(const QString &fileName) const
 {
     if (!_context.device.turn().isLinked())
         presenter().showNotice(localized("The Corvane is not connected."));
-    else if (_isRefreshing)
+    else if (!_context.device.turn().isFree())
         presenter().showNotice(localized("The Corvane is still busy. Try again in half a minute."));
     else if (rowOf(fileName) < 0)
         presenter().showNotice(localizedFormat("%@ is not on the Corvane any more.", visibleText(fileName)));

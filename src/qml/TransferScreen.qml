@@ -3,7 +3,7 @@ import QtQuick
 import QtQuick.Controls.Basic
 import CVTamber
 
-// How far a transfer is, what stops it, and the button that closes it.
+// How far a transfer is, what stops it, and the button that ends or closes it.
 ScreenView {
     id: view
 
@@ -20,7 +20,15 @@ ScreenView {
     function cancel(): bool {
         if (controller.okVisible)
             controller.okClicked();
+        else if (controller.cancelVisible)
+            controller.cancelClicked();
         return true;
+    }
+
+    // A button that goes would keep the focus, unseen.
+    function passFocusOn(button: Item): void {
+        if (!button.visible && button.activeFocus)
+            takeFocus();
     }
 
     spokenTitle: about.text
@@ -112,6 +120,7 @@ ScreenView {
                     wraps: true
 
                     onClicked: view.controller.againClicked()
+                    onVisibleChanged: view.passFocusOn(this)
                 }
                 PlainButton {
                     text: view.controller.deleteTitle
@@ -120,6 +129,17 @@ ScreenView {
                     wraps: true
 
                     onClicked: view.controller.deleteClicked()
+                    onVisibleChanged: view.passFocusOn(this)
+                }
+                PlainButton {
+                    surface: Theme.background
+                    text: view.controller.cancelTitle
+                    visible: view.controller.cancelVisible
+                    width: parent.width
+                    wraps: true
+
+                    onClicked: view.controller.cancelClicked()
+                    onVisibleChanged: view.passFocusOn(this)
                 }
                 PlainButton {
                     id: ok

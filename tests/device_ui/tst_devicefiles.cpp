@@ -218,6 +218,10 @@ private slots:
         QCOMPARE(bench.shown(), u"A.TXT C.TXT"_s);
         QCOMPARE(bench.screen->rowAnimation(), RowAnimation::Fade);
         QVERIFY(!bench.simulated().firmware().storage().find("B.TXT"));
+        // Not in the middle of a fetch that somebody has left.
+        bench.device.getFile(u"A.TXT"_s, PlainTransfer);
+        QVERIFY(bench.choose(1, u"Delete"_s) && !bench.presenter.sheet());
+        QVERIFY(bench.presenter.notices().constLast().contains(u"busy"));
     }
 
     void deletesByName_data()

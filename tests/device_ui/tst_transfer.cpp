@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ConnectedBench.h"
 #include "FormatTexts.h"
+#include "device_ui/CVDeviceTableViewController.h"
 #include "device_ui/CVTransferViewController.h"
 
 using namespace cvtamber;
@@ -16,6 +17,18 @@ enum What { Fetch, Store, Emboss, Data };
 
 constexpr int translate = Transfer::TranslateButton;
 constexpr int asItIs = Transfer::AsItIsButton;
+constexpr int cancel = Transfer::CancelButton;
+
+// What a transfer switches.
+QList<int> modesOf(const FirmwareModel &firmware)
+{
+    using Field = DeviceStateRecord::Field;
+    QList<int> modes;
+    for (const auto field : {Field::EmbosserOutput, Field::AdvancedMode, Field::BackTranslationOnS2,
+                             Field::ForwardTranslationForEmbossing})
+        modes.append(firmware.record()[field]);
+    return modes;
+}
 
 // The screen that presents the transfer: keeps what it is told, and does nothing about it.
 class Host final : public ViewController, public CVTransferControllerDelegate
@@ -76,6 +89,10 @@ struct TransferBench : ConnectedBench
     {
         transfer->okClicked();
         transfer->okClicked();
+        return hasClosed();
+    }
+    bool hasClosed()
+    {
         advance(10ms);
         return !host->presentedViewController() && presenter.front() == host;
     }
@@ -94,8 +111,8 @@ private slots:
     void asks_data()
     {
         columns<What, QString, QString, QStringList>("what", "label", "title", "buttons");
-        const QStringList forSending{u"3.7"_s, u"3.8"_s};
-        row("fetch", Fetch, u"3.2 NOTE.TXT"_s, u"3.3"_s, QStringList{u"3.4"_s, u"3.5"_s});
+        const QStringList forSending{u"3.7"_s, u"3.8"_s, u"Cancel"_s};
+        row("fetch", Fetch, u"3.2 NOTE.TXT"_s, u"3.3"_s, QStringList{u"3.4"_s, u"3.5"_s, u"Cancel"_s});
         row("store", Store, u"3.1 NEW.TXT"_s, u"3.6"_s, forSending);
         row("emboss", Emboss, u"caption"_s, u"3.6"_s, forSending);
         row("data", Data, QString(), QString(), QStringList());
@@ -112,9 +129,15 @@ private slots:
         const ActionSheet sheet = bench.presenter.sheet() ? *bench.presenter.sheet() : ActionSheet();
         QTEST(sheet.title, "title");
         QTEST(sheet.buttons, "buttons");
-        QVERIFY(sheet.cancelButtonIndex == -1 && bench.host->finished == 0);
+        QVERIFY(sheet.cancelButtonIndex == (what == Data ? -1 : cancel) && bench.host->finished == 0);
         QCOMPARE(transfer->downloadedFileName(), what == Fetch ? u"NOTE.TXT"_s : QString());
         QCOMPARE(transfer->remoteOutputFilename(), what == Store || what == Data ? u"NEW.TXT"_s : QString());
+        // Cancelled, it closes with nothing sent.
+        const int writes = bench.simulated().counters().writes;
+        QCOMPARE(bench.presenter.cancelSheet(), what != Data);
+        QVERIFY(bench.hasClosed() && bench.host->closed == 1);
+        bench.advance(30s);
+        QCOMPARE(bench.simulated().counters().writes, writes);
     }
 
     void runs_data()
@@ -235,7 +258,11 @@ private slots:
             const bool isHeard = losses % 2 == 0;
             if (!isHeard)
                 transfer->setDelegate({});
+            const auto screen = std::make_shared<CVDeviceTableViewController>(bench.context);
+            screen->linkConnected();
             bench.dropLink(isHeard);
+            // Each thing is said once.
+            QCOMPARE(bench.presenter.notices(), QStringList{u"Trying to connect again."_s});
             QVERIFY(transfer->isOkVisible() && !transfer->isFinished() && !transfer->isBusy());
             QCOMPARE(transfer->problemText(), problem);
             QCOMPARE(bench.presenter.announcements().count(problem), 1);
@@ -290,13 +317,15 @@ private slots:
                 bench.advance(5900ms);
                 QVERIFY(transfer->isBusy() && !bench.okCloses(transfer));
                 bench.advance(200ms);
-                QVERIFY(transfer->isStalled() && transfer->isOkVisible() && !transfer->isBusy());
+                QVERIFY(transfer->isStalled() && transfer->isCancelVisible() && !transfer->isBusy());
                 QCOMPARE(bench.presenter.announcements().constLast(), transfer->problemText());
                 transfer->cvUploadProgress(0.5F);
                 transfer->cvDownloadProgress(0.5F);
                 QVERIFY(transfer->isBusy() && !transfer->isOkVisible() && transfer->problemText().isEmpty());
                 transfer->linkStalled();
-                QVERIFY(bench.okCloses(transfer) && bench.host->closed == time);
+                transfer->cancelClicked();
+                QVERIFY(what == Fetch ? bench.hasClosed() : bench.okCloses(transfer));
+                QCOMPARE(bench.host->closed, time);
                 bench.advance(60s);
                 QCOMPARE(bench.host->finished, 0);
             }
@@ -309,8 +338,8 @@ private slots:
         TransferBench bench;
         bench.simulated().faults().add(fault(Kind::LateAnswer, "PR", {}, 10s));
         const auto left = bench.start(Fetch);
-        left->linkStalled();
-        QVERIFY(bench.okCloses(left));
+        left->cancelClicked();
+        QVERIFY(bench.hasClosed() && bench.presenter.notices().constLast().contains(u"busy until"));
         for (const auto what : {Emboss, Fetch}) {
             const auto refused = bench.open(what);
             QVERIFY(!bench.presenter.sheet() && refused->problemText().contains(u"busy"));
@@ -325,6 +354,59 @@ private slots:
         QVERIFY(bench.presenter.answerSheet(asItIs) && bench.waitForOk(refused));
         QVERIFY(left->downloadedString().isNull());
         QCOMPARE(bench.host->text, u"hello"_s);
+    }
+
+    void cancelledAtAnyMoment_data()
+    {
+        columns<What, int>("what", "button");
+        row("fetch", Fetch, asItIs);
+        row("fetch, translated", Fetch, translate);
+        row("store", Store, asItIs);
+        row("store, translated", Store, translate);
+        row("emboss", Emboss, asItIs);
+        row("emboss, translated", Emboss, translate);
+    }
+    // The link stays, the device is as it was, and what it has of the text is said; the next transfer is whole.
+    void cancelledAtAnyMoment()
+    {
+        QFETCH(What, what);
+        QFETCH(int, button);
+        int cuts = 0;
+        for (auto time = 0ms; time < 5s; time += 15ms) {
+            TransferBench bench(QByteArray(1000, 'a'));
+            const FirmwareModel &firmware = bench.simulated().firmware();
+            const auto modes = modesOf(firmware);
+            const auto transfer = bench.open(what, QString(1000, u'a'));
+            QVERIFY(bench.presenter.answerSheet(button));
+            bench.advance(time);
+            if (transfer->isFinished())
+                break;
+            QVERIFY(transfer->isCancelVisible() && !transfer->isOkVisible());
+            transfer->cancelClicked();
+            const QString problem = transfer->problemText();
+            const bool isCut = !problem.isEmpty();
+            cuts += isCut ? 1 : 0;
+            QCOMPARE(bench.presenter.announcements().count(problem), isCut ? 1 : 0);
+            QCOMPARE(bench.presenter.notices().size(), isCut ? 0 : 1);
+            // What closes the file is still on its way.
+            QVERIFY(!transfer->isAgainVisible() && !transfer->isDeleteVisible());
+            bench.advance(30s);
+            QVERIFY(bench.device.turn().isFree() && bench.device.queuedBytes() == 0);
+            QCOMPARE(modesOf(firmware), modes);
+            const QByteArray text(1000, 'a');
+            const QByteArray whole =
+                button == translate ? QByteArray("<braille 1>" + text + "</braille>") : text;
+            QCOMPARE(firmware.storage().find("NEW.TXT") == whole, what == Store && !isCut);
+            QVERIFY(!isCut || transfer->isDeleteVisible() == (what == Store));
+            transfer->deleteClicked();
+            QVERIFY(isCut ? bench.okCloses(transfer) : bench.hasClosed());
+            bench.advance(1s);
+            QCOMPARE(firmware.storage().find("NEW.TXT").has_value(), what == Store && !isCut);
+            QVERIFY(bench.host->closed == 1 && bench.host->finished == 0);
+            QVERIFY(bench.waitForOk(bench.start(Fetch)));
+            QCOMPARE(bench.host->text, QString(1000, u'a'));
+        }
+        QVERIFY(what == Fetch ? cuts == 0 : cuts > 6);
     }
 
     // Dismissed with its question open, and while it runs.

@@ -277,6 +277,8 @@ void Walk::startTransfer()
 int Walk::answerFor(const CVTransferViewController &transfer)
 {
     const bool isEmboss = !transfer.inputText().isNull() && transfer.remoteOutputFilename().isNull();
+    if (_dice.oneIn(8))
+        return CVTransferViewController::CancelButton;
     const bool isTranslated = isEmboss || _embossesTranslated ? _embossesTranslated : _dice.oneIn(2);
     return isTranslated ? CVTransferViewController::TranslateButton : CVTransferViewController::AsItIsButton;
 }
@@ -284,12 +286,16 @@ int Walk::answerFor(const CVTransferViewController &transfer)
 void Walk::actOnTransfer(CVTransferViewController &transfer)
 {
     const QByteArray name = transfer.remoteOutputFilename().toLatin1();
-    switch (_dice.below(3)) {
+    switch (_dice.below(4)) {
     case 0:
+        note(u"cancel"_s);
+        transfer.cancelClicked();
+        break;
+    case 1:
         note(u"again"_s);
         transfer.againClicked();
         break;
-    case 1:
+    case 2:
         note(u"delete"_s);
         if (transfer.isDeleteVisible())
             _mayBeGone.insert(name);
@@ -342,6 +348,7 @@ bool Walk::leaveScreens()
         if (front == _screen)
             return true;
         if (const auto transfer = std::dynamic_pointer_cast<CVTransferViewController>(front)) {
+            transfer->cancelClicked();
             transfer->okClicked();
         } else if (const auto dialog = std::dynamic_pointer_cast<CVConnectViewController>(front)) {
             dialog->cancelButtonClicked();
