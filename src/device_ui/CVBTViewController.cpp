@@ -60,10 +60,12 @@ TableCell CVBTViewController::waitCell() const
     cell.style = problem.isEmpty() ? TableCell::Style::Wait : TableCell::Style::Centered;
     cell.canHighlight = false;
     // The same text whatever has been found: a row that is only moved by an insertion must not change with it.
-    if (problem.isEmpty())
-        cell.text = localized("Looking for devices. Switch the Corvane on and keep it near.");
-    else
+    if (!problem.isEmpty())
         cell.text = problem;
+    else if (_hint)
+        cell.text = localized(_hint);
+    else
+        cell.text = localized("Looking for devices. Switch the Corvane on and keep it near.");
     return cell;
 }
 
@@ -111,9 +113,9 @@ void CVBTViewController::viewDidAppear()
     _context.manager.setDelegate(std::static_pointer_cast<CVBTViewController>(shared_from_this()));
     _context.manager.startDeviceScan();
     _isScanning = true;
-    _silence.start(silenceTime, [this] { tellSilentDevice(); });
+    watchForSilence();
+    // What keeps the radio from searching is in the row that takes the focus.
     reloadData();
-    tellRadioProblem();
 }
 
 void CVBTViewController::viewDidDisappear()
@@ -130,7 +132,7 @@ void CVBTViewController::newDeviceFound(const CVBTPeripheralPtr &device)
         return;
     const int row = static_cast<int>(_context.manager.devices().size()) - 1;
     insertRow({0, row}, RowAnimation::Automatic);
-    reloadRow({0, row + 1});
+    setHint(nullptr);
     presenter().announce(localizedFormat("Found %@", shownName(*device)));
 }
 
@@ -141,7 +143,8 @@ void CVBTViewController::bluetoothStateChanged()
     // A scan does not outlive the radio.
     if (_context.manager.centralManager().state() == BluetoothCentral::State::PoweredOn)
         _context.manager.internalStartScan();
-    reloadRow({0, numberOfRows(0) - 1});
+    setHint(nullptr);
+    watchForSilence();
     tellRadioProblem();
 }
 
@@ -152,15 +155,31 @@ void CVBTViewController::tellRadioProblem()
         presenter().announce(problem);
 }
 
-void CVBTViewController::tellSilentDevice()
+void CVBTViewController::watchForSilence()
+{
+    _silence.start(silenceTime, [this] { tellSilence(); });
+}
+
+// Goes on until a device is found: one that was not seen may be seen and say nothing.
+void CVBTViewController::tellSilence()
 {
     if (!_context.manager.devices().isEmpty())
         return;
-    if (_context.manager.hasSilentDevice() && radioProblem().isEmpty())
-        presenter().showNotice(
-            localized("A Corvane is near but does not answer. Switch it off and on, and keep it near."));
-    else
-        _silence.start(silenceTime, [this] { tellSilentDevice(); });
+    watchForSilence();
+    const char *found = _context.manager.hasSilentDevice()
+                            ? "A Corvane is near but does not answer. Switch it off and on, and keep it near."
+                            : "No Corvane seen. Is it on, charged and near? Is another phone or computer "
+                              "connected to it?";
+    if (!radioProblem().isEmpty() || _hint == found)
+        return;
+    setHint(found);
+    presenter().announce(localized(_hint));
+}
+
+void CVBTViewController::setHint(const char *hint)
+{
+    _hint = hint;
+    reloadRow({0, numberOfRows(0) - 1});
 }
 
 void CVBTViewController::didSelectRow(IndexPath path)

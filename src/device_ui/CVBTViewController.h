@@ -24,7 +24,8 @@ public:
 
 // The devices that a scan finds, for a person to choose one: a row for each, in the order found, and a last row that
 // says that the search goes on, or what keeps Bluetooth from searching. A device that is seen but does not answer gets
-// no row: when 25 seconds bring no other a notice says so, once.
+// no row. When 25 seconds bring none, the last row says what to look at: another thing where a device was seen than
+// where none was.
 //
 // The scan runs from viewDidAppear until the person has chosen or cancelled, or the picker is gone; a radio that comes
 // back is made to scan again. Thread: main thread. Owner: whoever presents it, which is the delegate (weak) and dismisses it.
@@ -60,7 +61,9 @@ private:
     // What keeps the radio from searching and what a person can do about it; empty when nothing does.
     QString radioProblem() const;
     void tellRadioProblem();
-    void tellSilentDevice();
+    void watchForSilence();
+    void tellSilence();
+    void setHint(const char *hint);
     void cancelButtonClicked();
     void answer(const CVBTPeripheralPtr &device);
 
@@ -69,6 +72,8 @@ private:
     bool _isScanning = false;
     bool _isAnswered = false;
     DelayedCall _silence;
+    // A key of the texts, for the last row after a silence; null before.
+    const char *_hint = nullptr;
 };
 
 } // namespace cvtamber

@@ -204,8 +204,12 @@ void CVConnectViewController::retryButtonClicked()
 
 void CVConnectViewController::cancelButtonClicked()
 {
-    if (isCancelVisible() && takesActions())
-        actionButtonClicked(CVConnectViewDelegate::CancelButton);
+    if (!isCancelVisible() || !takesActions())
+        return;
+    // What the attempt still says is nobody's.
+    _connectLimit.cancel();
+    setStep(Step::Idle, false);
+    actionButtonClicked(CVConnectViewDelegate::CancelButton);
 }
 
 void CVConnectViewController::doneButtonClicked()
@@ -229,14 +233,11 @@ void CVConnectViewController::tellDelegate(CVConnectViewDelegate::Button button)
         delegate->connectViewControllerDidClickedWithButton(*this, button);
 }
 
-// An attempt that failed may leave the link up, and a late answer would connect a dialog that said otherwise.
+// An attempt may leave the link up, and a late answer would connect a dialog that said otherwise or has gone.
 void CVConnectViewController::letGoOfLink()
 {
     _context.reconnector.stop();
-    if (_context.device.isConnectedAsCVComm())
-        _context.device.disconnectAsCVComm();
-    else
-        _context.manager.releasePeripherals({});
+    _context.device.disconnectAsCVComm();
 }
 
 } // namespace cvtamber

@@ -36,13 +36,13 @@ public:
 // The connect dialog: lets a person pick a device, has the device object connect to it, and shows how it goes.
 //
 //   choosing    the picker is up                                  -> connecting, or closed with CancelButton
-//   connecting  busy; nothing to press                            -> connected | failed
+//   connecting  busy; Cancel                                      -> connected | failed, or closed
 //   connected   "Connected!", Done                                -> failed (the link was lost), or closed
 //   failed      "Not connected!", Retry and Cancel                -> choosing (Retry), connected (it came late), or closed
 //
 // Of the device object's states 0 fails, 1 connects, and the others change nothing. A lost link, and 45 seconds of
-// connecting without either state, count as 0. Retry always opens the picker again. Whoever leaves a failed attempt
-// lets go of the link that it may have left behind: a linked device shows up in no scan.
+// connecting without either state, count as 0. Retry always opens the picker again. Whoever leaves an attempt that
+// is under way or has failed lets go of its link: a linked device shows up in no scan.
 //
 // It ends the trying of a link that is being made again. Thread: main thread. Owner: whoever presents it, which is the delegate (weak) and dismisses it.
 class CVConnectViewController final : public cvtamber::ViewController,
@@ -81,7 +81,7 @@ public:
     Result result() const;
     QString resultText() const;
     bool isRetryVisible() const { return _step == Step::Failed; }
-    bool isCancelVisible() const { return _step == Step::Failed; }
+    bool isCancelVisible() const { return _step == Step::Failed || _step == Step::Connecting; }
     bool isDoneVisible() const { return _step == Step::Connected; }
     QString retryTitle() const;
     QString cancelTitle() const;

@@ -133,7 +133,8 @@ private slots:
         const TableCell cell = bench.picker()->cellForRow({0, 0});
         QCOMPARE(cell.text, text);
         QCOMPARE(cell.style, isWaiting ? TableCell::Style::Wait : TableCell::Style::Centered);
-        QCOMPARE(bench.presenter.announcements().contains(text), !isWaiting);
+        // The row takes the focus, which says it.
+        QCOMPARE(bench.presenter.announcements(), QStringList());
         bench.picker()->rowClicked(0, 0);
         bench.advance(5s);
         QVERIFY(bench.picker());
@@ -146,7 +147,9 @@ private slots:
         bench.open();
         bench.radio->switchOff(2s);
         bench.advance(1s);
-        QCOMPARE(bench.picker()->cellForRow({0, 0}).style, TableCell::Style::Centered);
+        const TableCell cell = bench.picker()->cellForRow({0, 0});
+        QCOMPARE(cell.style, TableCell::Style::Centered);
+        QCOMPARE(bench.presenter.announcements(), QStringList{cell.text});
         QVERIFY(bench.waitForDevice());
         QCOMPARE(bench.picker()->cellForRow({0, 1}).style, TableCell::Style::Wait);
     }
@@ -181,22 +184,31 @@ private slots:
         }
     }
 
-    // It gets no row, but is told of, and it is found as soon as it answers.
-    void silentDevice()
+    // Nothing that answers gets no row, but is told of once, and it is found as soon as it answers.
+    void silence()
     {
         DeviceProfile profile;
         profile.faults = {fault(Kind::ConnectFails)};
         ConnectBench bench(true, {profile});
+        bench.simulated().leave();
         bench.open();
-        const QString notice =
+        const auto shown = [&bench] { return bench.picker()->cellForRow({0, 0}).text; };
+        const QString unseen = u"No Corvane seen. Is it on, charged and near? Is another phone or computer "
+                               u"connected to it?"_s;
+        const QString silent =
             u"A Corvane is near but does not answer. Switch it off and on, and keep it near."_s;
         bench.advance(23s);
-        QCOMPARE(bench.presenter.notices(), QStringList());
+        QVERIFY(shown().startsWith(u"Looking") && bench.presenter.announcements().isEmpty());
         bench.advance(60s);
-        QCOMPARE(bench.presenter.notices(), QStringList{notice});
+        QCOMPARE(shown(), unseen);
+        bench.simulated().comeBack();
+        bench.advance(60s);
+        QCOMPARE(shown(), silent);
+        QCOMPARE(bench.presenter.announcements(), (QStringList{unseen, silent}));
         QCOMPARE(bench.picker()->numberOfRows(0), 1);
         bench.simulated().faults() = FaultScript();
         QVERIFY(bench.waitForDevice());
+        QVERIFY(bench.picker()->cellForRow({0, 1}).text.startsWith(u"Looking"));
     }
 
     // A device that is being read, or is about to be, when another one is chosen.
@@ -338,6 +350,47 @@ private slots:
             QVERIFY(bench.choose());
             QCOMPARE(bench.waitForResult(), Result::Connected);
             QVERIFY(bench.isConnected());
+        }
+    }
+
+    void cancelled_data()
+    {
+        columns<Fault>("what");
+        row("answers", fault(Kind::ReadFails));
+        row("connect never", fault(Kind::ConnectNever));
+        row("always dropped", fault(Kind::DropAfterConnect));
+        row("services never", fault(Kind::ServicesNever));
+        row("no link reply", fault(Kind::NoAnswer, "PC S2 ON"));
+        row("no state", fault(Kind::NoAnswer, "PCR"));
+    }
+    // At whatever moment of connecting: the dialog goes at once, nothing goes on behind it, and the next one connects.
+    void cancelled()
+    {
+        QFETCH(Fault, what);
+        for (const auto time : {0ms, 30ms, 70ms, 100ms, 150ms, 250ms, 500ms, 1500ms, 3000ms, 4500ms}) {
+            ConnectBench bench;
+            bench.open();
+            QVERIFY(bench.choose(what));
+            bench.advance(time);
+            if (!bench.dialog->isBusy())
+                break;
+            QVERIFY(bench.dialog->isCancelVisible());
+            bench.dialog->cancelButtonClicked();
+            bench.dialog->cancelButtonClicked();
+            bench.advance(10ms);
+            QVERIFY(!bench.host->presentedViewController() && !bench.device.turn().isLinked());
+            QCOMPARE(bench.host->told, QStringList{u"button 0"_s});
+            const int connects = bench.simulated().counters().connects;
+            // The last commands have two seconds to leave.
+            bench.advance(2100ms);
+            QVERIFY(bench.isLetGo());
+            bench.advance(60s);
+            QVERIFY(bench.simulated().counters().connects == connects && bench.isLetGo());
+            QVERIFY(bench.presenter.announcements().filter(u"onnected").isEmpty());
+            bench.simulated().faults() = FaultScript();
+            bench.open();
+            QVERIFY(bench.choose());
+            QCOMPARE(bench.waitForResult(), Result::Connected);
         }
     }
 
