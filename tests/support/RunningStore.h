@@ -20,16 +20,25 @@
 
 namespace cvtamber {
 
-// A store as a program runs it, with the real loop, pool and disk, in a folder that exists. There is no cloud; the
-// trash is the folder "Trash" beside the registries.
+// A store as a program runs it, with the real loop, pool and disk, in a folder that exists.
 class RunningStore
 {
 public:
+    // Called before the store is loaded; what the cloud is made of stands by then.
+    using CloudMaker = std::function<std::unique_ptr<CloudContainer>(RunningStore &store)>;
+
+    // Without a cloud; the trash is the folder "Trash" beside the registries.
     explicit RunningStore(const QString &root)
-        : trash(root + QStringLiteral("/Trash"))
+        : RunningStore(root + QStringLiteral("/Trash"), FileOperations::system(), &noCloud)
     {
         load(root);
     }
+    // With one; load() is left to the caller.
+    RunningStore(const QString &trashFolder, FileOperations &operations, const CloudMaker &makeCloud)
+        : disk(operations)
+        , trash(trashFolder)
+        , cloud(makeCloud(*this))
+    {}
     RunningStore(const RunningStore &) = delete;
     RunningStore &operator=(const RunningStore &) = delete;
     ~RunningStore()
@@ -76,16 +85,21 @@ public:
     EventRunLoop loop;
     NotificationCenter notifications;
     StoreProblems problems;
-    StoreDisk disk{FileOperations::system()};
+    StoreDisk disk;
     FolderTrash trash;
-    ScriptedCloud cloud{loop, FileURL::directory(QStringLiteral("/nowhere"))};
     ThreadPoolTaskRunner pool;
+    std::unique_ptr<CloudContainer> cloud;
     DiskFileCoordinator coordinator{pool, disk, trash};
-    StoreContext context{loop, disk, coordinator, cloud, trash, notifications, problems, log};
+    StoreContext context{loop, disk, coordinator, *cloud, trash, notifications, problems, log};
     std::shared_ptr<TamberStorage> storage;
 
 private:
     static constexpr int TurnsOfRest = 10;
+
+    static std::unique_ptr<CloudContainer> noCloud(RunningStore &store)
+    {
+        return std::make_unique<ScriptedCloud>(store.loop, FileURL::directory(QStringLiteral("/nowhere")));
+    }
 };
 
 } // namespace cvtamber
