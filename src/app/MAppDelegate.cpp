@@ -4,6 +4,7 @@
 #include "app/MGlobals.h"
 #include "app/StoreNotices.h"
 #include "app/StoreSwitch.h"
+#include "app/TamberContainerViewController.h"
 #include "base/Locations.h"
 #include "base/TaskRunner.h"
 #include "base/UserDefaults.h"
@@ -283,6 +284,7 @@ void MAppDelegate::applicationDidBecomeActive()
     const bool before = _services.defaults.boolValue(PreviousCloudOn);
     if (now == before) {
         lookForStoreAgain();
+        showDocumentsAsTheyAre();
         return;
     }
     // A store that is still being located opens where the person wants it.
@@ -368,6 +370,16 @@ void MAppDelegate::leaveOldStore()
     for (const auto &users : {_activeUsersController, _archivedUsersController}) {
         if (const auto navigation = users->navigationController())
             navigation->popToRootViewController(false);
+    }
+}
+
+void MAppDelegate::showDocumentsAsTheyAre() const
+{
+    for (const auto &users : {_activeUsersController, _archivedUsersController}) {
+        const auto navigation = users ? users->navigationController() : nullptr;
+        const auto top = navigation ? navigation->topViewController() : nullptr;
+        if (const auto browser = std::dynamic_pointer_cast<TamberContainerViewController>(top))
+            browser->showAsItIs();
     }
 }
 

@@ -103,6 +103,7 @@ private:
     void selectLastTab();
     void showRegistries();
     void leaveOldStore();
+    void showDocumentsAsTheyAre() const;
     void askAboutUnsaved(const std::function<void()> &mayClose);
     void lookForStoreAgain();
     void lookLater();

@@ -96,6 +96,13 @@ void TamberContainerViewController::addBarButtons()
 
 void TamberContainerViewController::viewWillAppear()
 {
+    showAsItIs();
+}
+
+void TamberContainerViewController::showAsItIs()
+{
+    if (const auto &container = contents().filesContainer())
+        container->refresh();
     reloadData();
 }
 
@@ -196,6 +203,13 @@ void TamberContainerViewController::fileAddedAtIndex(StoreIndex index)
     const int section = contents().filesSection();
     if (!isActionRow(section))
         rowInserted({section, static_cast<int>(index)});
+}
+
+void TamberContainerViewController::fileUpdatedAtIndex(StoreIndex index)
+{
+    const int section = contents().filesSection();
+    if (!isActionRow(section) && rowsInAll() == model().rowCount())
+        reloadRow({section, static_cast<int>(index)});
 }
 
 void TamberContainerViewController::fileDeletedAtIndex(StoreIndex index)

@@ -54,6 +54,8 @@ public:
 
     // What waits for the device to be connected: 0 nothing, 1 send, 2 emboss, 3 fetch. It stays 1 or 2 after it was done.
     int afterConnectionAction() const;
+    // A local store may have changed on the disk.
+    void showAsItIs();
     // For debugging, in no menu: adds a document whose title and text are the date.
     void handleAddDummyFileCommand();
 
@@ -66,6 +68,7 @@ public:
     QString emptyText() const override;
 
     void fileAddedAtIndex(StoreIndex index) override;
+    void fileUpdatedAtIndex(StoreIndex index) override;
     void fileDeletedAtIndex(StoreIndex index) override;
     void folderAddedAtIndex(StoreIndex index) override;
     void folderDeletedAtIndex(StoreIndex index) override;

@@ -35,6 +35,8 @@ public:
 
     virtual void fileAddedAtIndex(StoreIndex index) = 0;
     virtual void fileDeletedAtIndex(StoreIndex index) = 0;
+    // It is saved, and has its size.
+    virtual void fileUpdatedAtIndex(StoreIndex /*index*/) {}
 };
 
 // The same for a user's folders.

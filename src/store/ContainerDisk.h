@@ -12,7 +12,7 @@ using FileCompletion = std::function<void(const FileResult &)>;
 //
 // Completions run once: from the loop, or inside the call where a function says so. Before a document's file is moved
 // or removed the document must have nothing left to write, or its next autosave would make the old file again: it is closed
-// first, and waited for, unless it is closed, holds nothing unsaved and nobody is working on its file.
+// first, and waited for, unless it is settled.
 class ContainerDisk
 {
 public:
@@ -61,8 +61,10 @@ public:
     // With those above it that are missing; not in a cloud container that is not there.
     FileResult makeFolders(const FileURL &directory) const;
 
-private:
+    // It is closed, holds nothing unsaved, and nobody is working on its file.
     bool isSettled(const Document &document) const;
+
+private:
     void settle(const DocumentGroup &documents, FileCompletion settled) const;
     FileCompletion logged(const FileURL &url, FileCompletion completion) const;
 

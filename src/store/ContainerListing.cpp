@@ -30,6 +30,7 @@ bool hasDocumentExtension(const QString &name)
 ContainerListing ContainerListing::of(const StoreDisk::Listing &listing)
 {
     ContainerListing found;
+    found.isWhole = listing.ok();
     found.documents.reserve(listing.entries.size());
     for (const StoreDisk::Entry &entry : listing.entries) {
         const bool isHidden = entry.name.startsWith(u'.');

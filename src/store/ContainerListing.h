@@ -23,6 +23,8 @@ struct ContainerListing
     QStringList folders;
     // Everything else, for the log.
     QStringList others;
+    // False when the directory could not be read whole.
+    bool isWhole = false;
 
     static ContainerListing of(const StoreDisk::Listing &listing);
     // In a log line the store's own names are shown, what a person named is masked. Cheap also for ten

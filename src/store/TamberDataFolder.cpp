@@ -114,7 +114,8 @@ void TamberDataFolder::writeLostRecord(const FileURL &directory) const
 {
     const auto record = std::make_shared<TamberDataFolderDocument>(
         context(), directory.appendingFile(FolderRecordName.toString()));
-    if (!name().isNull() && isCertainlyAbsent(context().disk, record->fileURL()))
+    if (!name().isNull() && context().disk.isFolder(directory) &&
+        isCertainlyAbsent(context().disk, record->fileURL()))
         writeFirst(*record, name());
 }
 

@@ -43,8 +43,8 @@ public:
     const QString &storageName() const { return _storageName; }
     FileURL url() const override;
 
-    // After a move to the directory: another program may have taken the record before, and without it nobody would find what
-    // has come there.
+    // Into the directory, when it is there without one: another program has taken the record away, and without it nobody would
+    // find the documents.
     void writeLostRecord(const FileURL &directory) const;
     // Reads the record again.
     void reloadWithCompletion(StorageCompletion completion);

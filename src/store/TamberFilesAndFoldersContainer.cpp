@@ -3,7 +3,10 @@
 
 #include "base/SystemLog.h"
 #include "store/ContainerDisk.h"
+#include "store/FileCoordinator.h"
 #include "store/StoreNames.h"
+
+#include <QSet>
 
 #include <utility>
 
@@ -69,6 +72,11 @@ StoreIndex TamberFilesAndFoldersContainer::indexOfFolder(const FolderPointer &fo
     return _folders.indexOf(folder.get());
 }
 
+StoreIndex TamberFilesAndFoldersContainer::indexOfFolderWithURL(const FileURL &url) const
+{
+    return _folders.indexOfURL(url);
+}
+
 TamberFilesAndFoldersContainer::FolderPointer
 TamberFilesAndFoldersContainer::openFolder(const QString &folderName, FolderHandler opened)
 {
@@ -106,9 +114,30 @@ void TamberFilesAndFoldersContainer::scanFolders()
         openFolder(listing.folders[static_cast<qsizetype>(place)], [container = self(), opened,
                                                                     place](const FolderPointer &folder) {
             opened->folders[place] = folder;
-            while (opened->appended < opened->folders.size() && opened->folders[opened->appended])
-                container->_folders.append(std::exchange(opened->folders[opened->appended++], nullptr));
+            while (opened->appended < opened->folders.size() && opened->folders[opened->appended]) {
+                const FolderPointer next = std::exchange(opened->folders[opened->appended++], nullptr);
+                if (container->_folders.indexOfURL(next->url()) == NotFound)
+                    container->_folders.append(next);
+            }
         });
+}
+
+void TamberFilesAndFoldersContainer::refresh()
+{
+    const ContainerListing listing = isUbiquitous() ? ContainerListing() : refreshDocuments();
+    if (!listing.isWhole)
+        return;
+    const auto isBusy = [this](const FileURL &folder) { return context().coordinator.isBusy(folder); };
+    const QSet<QString> there(listing.folders.begin(), listing.folders.end());
+    for (const FolderPointer &folder : std::vector(folders())) {
+        if (!there.contains(folder->storageName()) && !isBusy(folder->url()))
+            _folders.removeAndTell(folder.get());
+    }
+    for (const QString &name : listing.folders) {
+        const FileURL folder = url().appendingDirectory(name);
+        if (indexOfFolderWithURL(folder) == NotFound && !isBusy(folder))
+            loadLocalFolderWithUrl(folder);
+    }
 }
 
 TamberFilesAndFoldersContainer::FolderPointer

@@ -42,6 +42,7 @@ public:
     // Local only: lists the directories and opens each; a folder appears when its record has been read.
     void loadContent();
     void scanFolders();
+    void refresh() override;
 
     // Null when the folder cannot be made.
     FolderPointer addFolderWithName(const QString &name);

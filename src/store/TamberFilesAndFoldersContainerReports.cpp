@@ -4,6 +4,7 @@
 #include "store/CloudContainer.h"
 #include "store/StoreNames.h"
 #include "store/TamberFilesAndFoldersContainer.h"
+#include "store/UserDirectories.h"
 
 #include <algorithm>
 
@@ -51,6 +52,8 @@ void TamberFilesAndFoldersContainer::unlistFolder(const FileURL &folderURL)
     for (const FilePointer &file : folder->files())
         _orphanedItems.add(std::make_shared<TamberUbiquitousItem>(file->url()));
     _folders.removeAndTell(folder.get());
+    whenDocumentsStay(context(), folderURL.appendingFile(FolderRecordName.toString()),
+                      [folder, folderURL] { folder->writeLostRecord(folderURL); });
 }
 
 void TamberFilesAndFoldersContainer::reloadFolder(const FolderPointer &folder)

@@ -95,6 +95,30 @@ ContainerListing TamberFilesContainer::readDocuments(const FileURL &directory)
     return listing;
 }
 
+void TamberFilesContainer::refresh()
+{
+    if (!_isUbiquitous)
+        refreshDocuments();
+}
+
+ContainerListing TamberFilesContainer::refreshDocuments()
+{
+    const ContainerDisk disk(_context);
+    ContainerListing listing = disk.read(url());
+    if (!listing.isWhole)
+        return listing;
+    const std::unordered_set<QString> there(listing.documents.begin(), listing.documents.end());
+    for (const FilePointer &file : std::vector(files())) {
+        if (there.count(file->fileURL().lastPathComponent()) == 0 && disk.isSettled(*file))
+            _files.removeAndTell(file.get());
+    }
+    for (const QString &name : listing.documents) {
+        if (!_context.coordinator.isBusy(url().appendingFile(name)))
+            loadFileWithFilename(name);
+    }
+    return listing;
+}
+
 TamberFilesContainer::FilePointer
 TamberFilesContainer::addFileWithName(const QString &name, const QString &content,
                                       std::function<void(const FileResult &)> saved)
@@ -110,7 +134,10 @@ TamberFilesContainer::addFileWithName(const QString &name, const QString &conten
         return file;
     }
     file->saveToURL(fileURL, Document::SaveOperation::ForCreating,
-                    [document = file.get(), saved = std::move(saved)](bool) {
+                    [self = shared_from_this(), document = file.get(), saved = std::move(saved)](bool) {
+                        const StoreIndex index = self->_files.indexOf(document);
+                        if (index != NotFound)
+                            self->_files.tell(&TamberFilesContainerDelegate::fileUpdatedAtIndex, index);
                         if (saved)
                             saved(document->lastResult());
                     });

@@ -72,6 +72,9 @@ public:
     // it could not be, the document stays, or goes when its file has gone.
     void moveFile(const FilePointer &file, const std::shared_ptr<TamberFilesContainer> &target);
     void loadFileWithFilename(const QString &fileName);
+    // Local: the lists become what the directory holds now, but for what is open, not saved or being worked on. Nothing for a
+    // container in the cloud, which hears of every change. Linear in what the directory holds.
+    virtual void refresh();
     StoreIndex indexOfFile(const FilePointer &file) const;
     StoreIndex indexOfFileWithURL(const FileURL &url) const;
     // Without regard to letter case and Unicode normal form; the title as it would be repaired.
@@ -105,6 +108,7 @@ protected:
                                     const std::shared_ptr<TamberDiskLocation> &parent);
     // Appends what the directory holds.
     ContainerListing readDocuments(const FileURL &directory);
+    ContainerListing refreshDocuments();
     // The parent of a container that is being made; its place does not say whether it is in the cloud.
     void setParent(const std::shared_ptr<TamberDiskLocation> &parent) { _parent = parent; }
     void setUbiquitous(bool isUbiquitous) { _isUbiquitous = isUbiquitous; }

@@ -208,6 +208,14 @@ void TamberUser::stopSaving()
     context().problems.forgetUnsaved(this);
 }
 
+void TamberUser::writeLostRecords()
+{
+    _isSavingStopped = false;
+    saveUserData();
+    for (const FolderPointer &folder : folders())
+        folder->writeLostRecord(folder->url());
+}
+
 void TamberUser::saveWhatIsOwed()
 {
     if (!_isRecordOwed && !isRecordLost())

@@ -133,6 +133,7 @@ void TamberUsers::removeReportedUser(const User &user)
     _context.log.info(loggedURL(directory));
     if (holdsDocuments(_context.disk, directory)) {
         keepItemsBelow(directory);
+        whenDocumentsStay(_context, user->fileURL(), [user] { user->writeLostRecords(); });
         return;
     }
     _context.coordinator.remove(directory, [&context = _context](const FileResult &result) {

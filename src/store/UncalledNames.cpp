@@ -111,11 +111,6 @@ void TamberFilesContainer::ubiquitousMonitorContentGathered(TamberUbiquitousFold
                                                             const TamberUbiquitousItems &)
 {}
 
-StoreIndex TamberFilesAndFoldersContainer::indexOfFolderWithURL(const FileURL &url) const
-{
-    return _folders.indexOfURL(url);
-}
-
 void TamberFilesAndFoldersContainer::sortFolders()
 {
     _folders.sort();

@@ -3,6 +3,8 @@
 
 #include "store/FileURL.h"
 
+#include <functional>
+
 namespace cvtamber {
 
 class StoreDisk;
@@ -22,5 +24,10 @@ bool holdsDocuments(const StoreDisk &disk, const FileURL &directory);
 // the trash; later, when work is under way in it. One that cannot be read stays, as does what is no directory.
 // StoreProblems hears what became of a directory that held something. Main thread.
 void clearDirectoryWithoutRecord(StoreContext &context, const FileURL &directory);
+
+// For a directory in the cloud whose record has gone while documents stayed: another computer has moved or deleted it, and
+// somebody has written in it meanwhile, which nobody would list without a record. `restore` runs once the same documents have
+// stayed for two minutes without a record; while documents go, a deletion is on its way. Never when none is left. Main thread.
+void whenDocumentsStay(StoreContext &context, const FileURL &record, std::function<void()> restore);
 
 } // namespace cvtamber

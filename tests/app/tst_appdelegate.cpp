@@ -2,6 +2,7 @@
 #include "AppBench.h"
 #include "app/TextImport.h"
 #include "support/Rows.h"
+#include "ui/TableModel.h"
 
 using namespace cvtamber;
 using namespace Qt::StringLiterals;
@@ -316,15 +317,20 @@ private slots:
         QVERIFY(bench.hasLocal(u"ActiveUsers/"_s % Ann % u"/Letter.tamber"_s));
     }
 
-    void anActivationWithoutAChangeChangesNothing()
+    void anActivationShowsTheSameStoreAsItIsNow()
     {
         AppBench bench;
         bench.putLocalUser();
         bench.launchWhole();
         const auto registry = bench.users(0)->tamberUsers();
+        bench.users(0)->rowClicked(0, 0);
+        bench.rig.settle();
+        const auto browser = bench.presenter->frontAs<TamberContainerViewController>();
+        QCOMPARE(browser->model().rowCount(), 0);
+        bench.put(u"ActiveUsers/"_s % Ann % u"/Letter.tamber"_s, "text");
         bench.turnCloud(false);
         QCOMPARE(bench.users(0)->tamberUsers(), registry);
-        QVERIFY(bench.hasLocal(u"ActiveUsers/"_s % Ann));
+        QCOMPARE(browser->model().rowCount(), 1);
     }
 
     // The switch was turned while the program did not run.

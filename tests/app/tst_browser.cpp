@@ -210,6 +210,10 @@ void tst_browser::insertionSortsWhatAScanLeft()
     bench.ann->addFileWithName(u"Button"_s, u"B"_s);
     QCOMPARE(BrowserBench::shown(*browser, 1), (QStringList{u"Apple"_s, u"Button"_s, u"letter"_s}));
     QCOMPARE(resets.count(), 0);
+    // Its size is there once it is saved.
+    const QSignalSpy changes(&browser->model(), &QAbstractItemModel::dataChanged);
+    bench.settle();
+    QCOMPARE(changes.count(), 1);
 }
 
 void tst_browser::menuKeepsItsDocument()

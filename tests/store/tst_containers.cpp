@@ -30,6 +30,7 @@ private slots:
     void keepsUnsavedText();
     void aFailedMoveLeavesWhatIsThere_data();
     void aFailedMoveLeavesWhatIsThere();
+    void showsTheDirectoryAsItIs();
     void keepsFolders();
     void movesFolders_data();
     void movesFolders();
@@ -316,6 +317,33 @@ void tst_Containers::aFailedMoveLeavesWhatIsThere()
     QCOMPARE(bench.told(What::Move), 1);
     QCOMPARE(bench.rig.names(u"one"_qs), ContainerBench::names(*box));
     QCOMPARE(bench.rig.bytes(u"one/a.tamber"_qs), why == u"gone" ? QByteArray() : QByteArray("one"));
+}
+
+void tst_Containers::showsTheDirectoryAsItIs()
+{
+    ContainerBench bench;
+    for (const QString &name : {u"gone"_qs, u"open"_qs, u"stays"_qs})
+        bench.rig.put(u"one/%1.tamber"_qs.arg(name), "text");
+    bench.rig.put(u"one/OLD/folder.dat"_qs, "Old");
+    const auto box = bench.open();
+    const auto open = box->files()[1];
+    open->openWithCompletionHandler({});
+    bench.rig.settle();
+    for (const QString &name : {u"one/gone.tamber"_qs, u"one/open.tamber"_qs, u"one/OLD"_qs})
+        bench.rig.erase(name);
+    bench.rig.put(u"one/new.tamber"_qs, "text");
+    bench.rig.put(u"one/NEW/folder.dat"_qs, "New");
+    bench.operations.failEvery(FaultyFileOperations::Call::List, std::errc::io_error);
+    box->refresh();
+    QCOMPARE(bench.delegate->take(), QString());
+    bench.operations.clear();
+    box->refresh();
+    box->refresh();
+    bench.rig.settle();
+    QCOMPARE(bench.delegate->take(), u"-0 +0 [-0] [+0]"_qs);
+    QCOMPARE(ContainerBench::names(*box),
+             QStringList({u"new.tamber"_qs, u"open.tamber"_qs, u"stays.tamber"_qs}));
+    QCOMPARE(box->folders().front()->name(), u"New"_qs);
 }
 
 void tst_Containers::keepsFolders()

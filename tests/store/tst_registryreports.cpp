@@ -4,11 +4,13 @@
 #include "store/TamberUbiquitousFolderMonitor.h"
 #include "support/Rows.h"
 
+#include <QDebug>
 #include <algorithm>
 #include <array>
 
 using namespace cvtamber;
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 using Step = RegistryStep;
 
 namespace {
@@ -230,6 +232,39 @@ private slots:
         QCOMPARE(user->files().size(), 1U);
         QCOMPARE(user->foldersCount(), 1);
         QVERIFY(user->folders().front()->files().empty());
+    }
+
+    // Another computer has moved or deleted the user while somebody has written here.
+    void recordsAreWrittenAgainWhereDocumentsStay()
+    {
+        for (const QString &path : {Record, Letter, FolderRecord, FolderLetter})
+            arrive(path);
+        rig().cloud.gather();
+        rig().settle();
+        for (const QString &path : {Record, FolderRecord})
+            leave(path);
+        update();
+        rig().loop.advance(1min);
+        leave(Letter);
+        update();
+        rig().loop.advance(1min);
+        rig().settle();
+        QVERIFY(!rig().has(Record));
+        rig().loop.advance(2min);
+        rig().settle();
+        qDebug() << rig().names(Folder) << rig().names(Anna) << rig().loop.pendingCalls() << rig().loop.now().count();
+        QCOMPARE(rig().bytes(Record), contentOf(Record));
+        QCOMPARE(rig().bytes(FolderRecord), contentOf(FolderRecord));
+        for (const QString &path : {Record, FolderRecord})
+            arrive(path);
+        update();
+        QCOMPARE(_users->users().front()->folders().front()->files().size(), 1U);
+        leave(Record);
+        leave(FolderLetter);
+        update();
+        rig().loop.advance(10min);
+        rig().settle();
+        QVERIFY(!rig().has(Record));
     }
 
     void whatIsDoneHereIsListedOnlyWhenItIsReported()

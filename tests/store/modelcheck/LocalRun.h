@@ -47,6 +47,7 @@ private:
     void disturb();
     void copyUserIn();
     void finishCopies();
+    void refreshAll();
 
     User anyUser();
     Folder anyFolder(const User &user);

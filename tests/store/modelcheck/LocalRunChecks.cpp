@@ -150,11 +150,21 @@ QString LocalRun::notOnDisk(const StoreListing &listed) const
     return {};
 }
 
+// As a screen does that is entered.
+void LocalRun::refreshAll()
+{
+    for (const Container &container : _bench.containers())
+        container->refresh();
+    _bench.settleAll();
+}
+
 QString LocalRun::faultAtRest()
 {
     _bench.story.append(u"rest"_s);
     _bench.endFailures();
     _bench.settleAll();
+    if (_kind == Kind::Failing)
+        refreshAll();
     const StoreListing listed = listingOf(*_bench.storage, _bench.rig.disk);
     finishCopies();
     QString unlisted = _kind == Kind::Failing ? notOnDisk(listed) : QString();
