@@ -57,7 +57,7 @@ ScreenView {
             }
             Spinner {
                 Accessible.name: screen.controller.connectingText
-                Accessible.role: Accessible.Indicator
+                Accessible.role: Accessible.Animation
                 anchors.horizontalCenter: parent.horizontalCenter
                 implicitHeight: 48
                 visible: screen.controller.busy

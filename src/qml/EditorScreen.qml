@@ -83,7 +83,7 @@ ScreenView {
     }
     Spinner {
         Accessible.name: qsTrId("Opening")
-        Accessible.role: Accessible.Indicator
+        Accessible.role: Accessible.Animation
         anchors.centerIn: parent
         visible: screen.controller.busy
     }

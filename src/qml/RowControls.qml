@@ -76,7 +76,7 @@ Row {
                 Spinner {
                     Accessible.ignored: false
                     Accessible.name: slot.control.accessibleName
-                    Accessible.role: Accessible.Indicator
+                    Accessible.role: Accessible.Animation
                 }
             }
         }

@@ -34,8 +34,9 @@ Item {
     readonly property bool selectable: canHighlight && cellEnabled && table.allowsSelection
     readonly property int controlCount: controls === undefined ? 0 : controls.length
     readonly property bool showsDelete: table.editing && deletable
-    // A colon that parts label and value for the eye is a comma for the ear.
-    readonly property string spokenLabel: text.replace(/:+$/, "")
+    // A colon that parts label and value for the eye is a comma for the ear, and so is the dot of a row that is a
+    // sentence. Names of a person's own keep theirs.
+    readonly property string spokenLabel: style === TableCell.Value2 ? text.replace(/:+$/, "") : isCentered ? text.replace(/[.]$/, "") : text
     readonly property string spokenName: accessibleName !== "" ? accessibleName : text === "" && controlCount > 0 ? controls[0].title : detail === "" ? spokenLabel : spokenLabel + ", " + detail
 
     // What Enter does: the row's own action, else that of its first control.

@@ -12,6 +12,8 @@ NAMED = CONTROLS | {"list", "list item", "heading", "dialog", "panel", "page tab
 # What Qt calls things that nobody thought about.
 MUTE = {"unknown", "invalid", "filler", "redundant object", "extended"}
 TARGET = 44
+# More stops than any screen has: past it Tab is caught somewhere.
+MANY = 80
 POSITION = re.compile(r", (\d+) of (\d+)$")
 # Keys of texts, and places that were not filled in.
 RAW = re.compile(r"^\d+\.\d+$|%[@d0-9]|^(qml|cvtamber)[._]")
@@ -24,7 +26,7 @@ class AuditedProgram(Program):
 
     def shot_of(self, name):
         super().shot_of(name)
-        found = faults(self)
+        found = faults(self) + round_faults(self)
         if found:
             raise Missing(f"{name} without fault:\n" + "\n".join(found) + "\n" + self.outline())
 
@@ -74,6 +76,42 @@ def faults(program):
         found += _children_faults(node)
     found += _screen_faults(root)
     return found
+
+
+def round_faults(program):
+    """Sentences about what Tab or Shift+Tab does not come to on its way round the uppermost dialog."""
+    root = Node(program, program.top(), None)
+    if root.role != "dialog":
+        return []
+    # The controls of a row are stops while it is the current one.
+    wanted = {(node.role, node.name) for node in root.all()
+              if node.role in CONTROLS and node.is_available and not _is_in_row(node)}
+    has_rows = any(node.role == "list item" for node in root.all())
+    found = []
+    for key in ("Tab", "shift+Tab"):
+        stops = _round(program, key)
+        missing = sorted(wanted - set(stops))
+        if has_rows and not any(role == "list item" for role, _ in stops):
+            missing.append("the list")
+        if missing:
+            found.append(f"{key} does not come to {missing}; the stops are {stops}")
+    return found
+
+
+def _round(program, key):
+    """The stops from the one that has the focus, until one comes again."""
+    stops = [program.stop_of_focus()]
+    while len(stops) < MANY and program.moves_by(key) and program.stop_of_focus() not in stops:
+        stops.append(program.stop_of_focus())
+    return [stop for stop in stops if stop]
+
+
+def _is_in_row(node):
+    while node.parent is not None:
+        node = node.parent
+        if node.role == "list item":
+            return True
+    return False
 
 
 def _node_faults(node):

@@ -344,6 +344,35 @@ class Program:
             return node and (name is None or matches(node.get_name(), name)) and role in (None, node.get_role_name())
         until(has, f"the focus on {name!r} ({role or 'any role'})")
 
+    def stop_of_focus(self):
+        """What has the focus; the way to it goes through what says that it has it."""
+        try:
+            node = self._focused_below(self.top())
+            return (node.get_role_name(), node.get_name()) if node else None
+        except GLib.Error:  # It went while it was being read.
+            return None
+
+    def _focused_below(self, node):
+        children = [node.get_child_at_index(i) for i in range(node.get_child_count())]
+        children = [child for child in children if child and self.showing(child)]
+        with_focus = [child for child in children if child.get_state_set().contains(Atspi.StateType.FOCUSED)]
+        for child in with_focus or children:
+            found = self._focused_below(child)
+            if found:
+                return found
+        return with_focus[-1] if with_focus else None
+
+    def moves_by(self, name):
+        """The key, and a moment for the focus to follow; whether it did."""
+        before = self.stop_of_focus()
+        self.keys(name)
+        end = time.monotonic() + 1
+        while self.stop_of_focus() == before:
+            if time.monotonic() > end:
+                return False
+            time.sleep(STEP)
+        return True
+
     def keys(self, *names):
         for name in names:
             self.xdotool("key", "--window", self.window, name)

@@ -6,13 +6,9 @@ controls, arrows within a list or among tabs, Return and Space to act. Where Tab
 what is wanted, the control cannot be reached and the test fails.
 """
 import sys
-import time
 
-from audit import AuditedProgram
-from driver import Atspi, GLib, Missing, Program, STEP, matches, until
-
-# More stops than any screen has: past it Tab is caught somewhere.
-MANY = 80
+from audit import MANY, AuditedProgram
+from driver import Missing, Program, matches, until
 
 
 def chosen():
@@ -32,14 +28,14 @@ class KeyboardProgram(Program):
     def press(self, name, role=None):
         self.see(name, role)
         self._go_to(name, role)
-        self.keys("space" if self._place()[0] == "check box" else "Return")
+        self.keys("space" if self.stop_of_focus()[0] == "check box" else "Return")
 
     def focus(self, name, role=None):
         self.see(name, role)
         self._go_to(name, role)
 
     def _is_on(self, name, role):
-        place = self._place()
+        place = self.stop_of_focus()
         return place is not None and matches(place[1], name) and role in (None, place[0])
 
     def _go_to(self, name, role):
@@ -53,30 +49,30 @@ class KeyboardProgram(Program):
         for _ in range(MANY):
             if self._is_on(name, role) or self._walk(name, role):
                 return
-            place = self._place()
+            place = self.stop_of_focus()
             if seen and place is not None and seen.count(place) > 1:
                 break
             seen.append(place)
-            self._key("Tab")
+            self.moves_by("Tab")
         raise Missing(f"a way to {name!r} ({role or 'any role'}) by Tab; the stops were {seen}:\n{self.outline()}")
 
     def _walk(self, name, role):
         """Along the rows or tabs from the one that has the focus to the one that is wanted, and back if it is none."""
-        here = (self._place() or ("",))[0]
+        here = (self.stop_of_focus() or ("",))[0]
         wanted = self.find(name, role)
         if here not in ("list item", "page tab") or wanted is None or wanted.get_role_name() != here:
             return False
         forward = "Down" if here == "list item" else "Right"
         if self._walk_on(forward, name, role):
             return True
-        self._key("Home")
+        self.moves_by("Home")
         return self._walk_on(forward, name, role)
 
     def _walk_on(self, forward, name, role):
         for _ in range(MANY):
             if self._is_on(name, role):
                 return True
-            if not self._key(forward):
+            if not self.moves_by(forward):
                 break
         return False
 
@@ -84,35 +80,6 @@ class KeyboardProgram(Program):
         parent = self.see(name, role).get_parent()
         return parent.get_name() if parent and parent.get_role_name() == "list item" else None
 
-    def _place(self):
-        """What has the focus; the way to it goes through what says that it has it."""
-        try:
-            node = self._focused_below(self.top())
-            return (node.get_role_name(), node.get_name()) if node else None
-        except GLib.Error:  # It went while it was being read.
-            return None
-
-    def _focused_below(self, node):
-        children = [node.get_child_at_index(i) for i in range(node.get_child_count())]
-        children = [child for child in children if child and self.showing(child)]
-        with_focus = [child for child in children if child.get_state_set().contains(Atspi.StateType.FOCUSED)]
-        for child in with_focus or children:
-            found = self._focused_below(child)
-            if found:
-                return found
-        return with_focus[-1] if with_focus else None
-
-    def _key(self, name):
-        """The key, and a moment for the focus to follow; whether it did."""
-        before = self._place()
-        self.keys(name)
-        end = time.monotonic() + 1
-        while self._place() == before:
-            if time.monotonic() > end:
-                return False
-            time.sleep(STEP)
-        return True
-
     def _settled(self):
         """What has just opened takes the focus by itself."""
-        until(self._place, f"a focus:\n{self.outline()}")
+        until(self.stop_of_focus, f"a focus:\n{self.outline()}")

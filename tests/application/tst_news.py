@@ -15,6 +15,7 @@ LETTER = "A line of a letter that goes to the device.\n" * 200
 # The device leaves so long after a store has ended, which it does with this command.
 END_OF_STORE = "EM ON"
 LEAVES_AFTER_MS = 15000
+RADIO_OFF = {"radio": {"state": "off"}, "devices": []}
 # What would be said twice comes soon after the first time.
 REST = 2
 
@@ -31,6 +32,19 @@ def profile_in(desk):
 def silent(news):
     time.sleep(REST)
     expect(news.take(), [])
+
+
+def without_radio(desk, binary):
+    """The focus comes to what is wrong, and says it."""
+    profile = desk.root / "radio.json"
+    profile.write_text(json.dumps(RADIO_OFF))
+    with Program(desk, binary, [f"--simulate={profile}"]) as p:
+        news = News(p)
+        p.press("Corvane Brailler")
+        p.press("Connect to Corvane")
+        p.has_focus("Bluetooth is off. Turn it on to find your Corvane, 1 of 1")
+        silent(news)
+        news.stop()
 
 
 def main():
@@ -62,6 +76,8 @@ def main():
             p.press("Delete Letter...")
             p.press("Yes")
             p.has_focus("Nothing here yet....")
+            news.stop()
+        without_radio(desk, binary)
 
 
 main()
