@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "AppBench.h"
+#include "app/MEditUserDialog.h"
 #include "app/TextImport.h"
+#include "support/FaultyFileOperations.h"
 #include "support/Rows.h"
 #include "ui/TableModel.h"
 
@@ -315,6 +317,40 @@ private slots:
         bench.rig.settle();
         QCOMPARE(closes, 2);
         QVERIFY(bench.hasLocal(u"ActiveUsers/"_s % Ann % u"/Letter.tamber"_s));
+    }
+
+    // A pupil who is added, and a text that is saved to her, while the disk is full.
+    void aFullDiskLosesNobodysWork()
+    {
+        FaultyFileOperations operations;
+        AppBench bench(operations);
+        bench.launchWhole();
+        operations.failEvery(FaultyFileOperations::Call::Write, std::errc::no_space_on_device);
+        bench.users(0)->rowClicked(0, 0);
+        bench.rig.settle();
+        const auto dialog = bench.presenter->frontAs<MEditUserDialog>();
+        dialog->firstNameTyped(u"Ann"_s);
+        dialog->rightItemClicked(0);
+        bench.rig.settle();
+        bench.put(u"Inbox/Letter.txt"_s, "text");
+        bench.delegate->importFile(bench.inInbox(u"Letter.txt"_s));
+        bench.rig.settle();
+        bench.editor()->rightItemClicked(0);
+        bench.rig.settle();
+        bench.presenter->frontAs<MUsersViewController>()->rowClicked(0, 0);
+        bench.rig.settle();
+        bench.presenter->frontAs<TamberContainerViewController>()->controlClicked(1, 0, 0, false);
+        bench.rig.settle();
+        const QString directory =
+            QStringLiteral("ActiveUsers/") % gTamberStorage->activeUsers()->users().front()->folder();
+        QVERIFY(!bench.hasLocal(directory % u"/user.txt"_s));
+        QVERIFY(!bench.hasLocal(directory % u"/Letter.tamber"_s));
+        operations.clear();
+        bench.rig.loop.advance(std::chrono::seconds(5));
+        bench.rig.settle();
+        QVERIFY(bench.hasLocal(directory % u"/user.txt"_s));
+        QVERIFY(bench.hasLocal(directory % u"/Letter.tamber"_s));
+        QVERIFY(!bench.editor() || !bench.editor()->isUnsaved());
     }
 
     void anActivationShowsTheSameStoreAsItIsNow()

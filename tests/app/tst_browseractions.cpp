@@ -56,6 +56,7 @@ private slots:
     void fetchesNothing();
     void movesADocument_data();
     void movesADocument();
+    void aTakenTitleIsNotMovedTo();
     void movesAFolder();
     void movesNothing();
     void moveOfAGoneDocument();
@@ -394,6 +395,30 @@ void tst_browseractions::movesADocument()
     const QString target = toFolder ? QString(bench.annsFolder() % u'/' % Maths)
                                     : u"ActiveUsers/40000000-0000-0000-0000-000000000000"_s;
     QCOMPARE(bench.rig.bytes(target % u"/letter.tamber"), "hello");
+}
+
+// And a deletion after it takes the document that was meant.
+void tst_browseractions::aTakenTitleIsNotMovedTo()
+{
+    BrowserBench bench;
+    const QString bob = u"40000000-0000-0000-0000-000000000000"_s;
+    bench.addUser(bob, "Bob\nMay\n\n");
+    bench.rig.put(u"ActiveUsers/%1/letter.tamber"_s.arg(bob), "Bob's");
+    bench.putDocument(u"letter"_s, "Ann's");
+    const auto browser = bench.open();
+    bench.choose(browser, u"letter"_s, u"4.9"_s);
+    bench.presenter.frontAs<MUsersViewController>()->rowClicked(0, 1);
+    bench.settle();
+    bench.presenter.frontAs<TamberContainerViewController>()->controlClicked(1, 0, 0, false);
+    bench.settle();
+    QCOMPARE(bench.rig.told->problems.size(), 1);
+    QCOMPARE(BrowserBench::shown(*browser, 1), QStringList{u"letter"_s});
+    browser->deleteClicked(1, 0);
+    bench.presenter.answerSheet(u"Yes"_s);
+    bench.settle();
+    QVERIFY(!bench.rig.has(bench.annsFolder() % u"/letter.tamber"));
+    QCOMPARE(bench.rig.bytes(u"ActiveUsers/%1/letter.tamber"_s.arg(bob)), "Bob's");
+    QCOMPARE(bench.storage->activeUsers()->users()[1]->files().size(), 1U);
 }
 
 void tst_browseractions::movesAFolder()
