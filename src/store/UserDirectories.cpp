@@ -42,7 +42,6 @@ std::vector<FileURL> documentsIn(const StoreDisk &disk, const FileURL &directory
     return files;
 }
 
-#include <QDebug>
 void restoreWhenSame(StoreContext &context, const FileURL &record, const std::vector<FileURL> &before,
                      std::function<void()> restore)
 {
@@ -50,7 +49,6 @@ void restoreWhenSame(StoreContext &context, const FileURL &record, const std::ve
         return;
     context.saves.perform(StayTime, [&context, record, before, restore = std::move(restore)] {
         const std::vector<FileURL> now = documentsIn(context.disk, record.deletingLastPathComponent());
-qDebug() << "check" << record.path() << now.size() << before.size() << isCertainlyAbsent(context.disk, record);
         if (!isCertainlyAbsent(context.disk, record))
             return;
         if (now == before)

@@ -4,7 +4,6 @@
 #include "store/TamberUbiquitousFolderMonitor.h"
 #include "support/Rows.h"
 
-#include <QDebug>
 #include <algorithm>
 #include <array>
 
@@ -252,7 +251,6 @@ private slots:
         QVERIFY(!rig().has(Record));
         rig().loop.advance(2min);
         rig().settle();
-        qDebug() << rig().names(Folder) << rig().names(Anna) << rig().loop.pendingCalls() << rig().loop.now().count();
         QCOMPARE(rig().bytes(Record), contentOf(Record));
         QCOMPARE(rig().bytes(FolderRecord), contentOf(FolderRecord));
         for (const QString &path : {Record, FolderRecord})
