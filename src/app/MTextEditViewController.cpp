@@ -7,6 +7,7 @@
 #include "store/StoreDisk.h"
 #include "store/StoreNames.h"
 #include "store/TamberDataFolder.h"
+#include "store/TamberDocument.h"
 #include "store/TamberUser.h"
 #include "ui/Texts.h"
 
@@ -219,21 +220,25 @@ void MTextEditViewController::placePicked(const ViewController &picker,
     });
 }
 
+bool MTextEditViewController::isSaved() const
+{
+    return _document && _document->lastResult().ok() && !_document->hasUnsavedChanges();
+}
+
 void MTextEditViewController::saveTo(TamberFilesContainer &place)
 {
     const std::weak_ptr<MTextEditViewController> editor = self();
-    _isSaved = true;
-    place.saveUnderFreeTitle(title(), _text, [editor](const QString &name, const FileResult &result) {
-        if (const auto self = editor.lock())
-            self->saveEnded(name, result);
-    });
+    _document =
+        place.saveUnderFreeTitle(title(), _text, [editor](const QString &name, const FileResult &result) {
+            if (const auto self = editor.lock())
+                self->saveEnded(name, result);
+        });
 }
 
 void MTextEditViewController::saveEnded(const QString &name, const FileResult &result)
 {
     setSaving(false);
-    _isSaved = result.ok();
-    if (!_isSaved) {
+    if (!result.ok()) {
         _closed = nullptr;
         tell("The text has not been saved yet.");
         return;

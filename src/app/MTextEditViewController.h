@@ -12,6 +12,7 @@ namespace cvtamber {
 struct AppContext;
 struct FileResult;
 class CVFile;
+class TamberDocument;
 class TamberFilesContainer;
 
 class MTextEditViewDelegate
@@ -71,11 +72,11 @@ public:
     void setText(const QString &text);
     bool isReadOnly() const { return true; }
     bool isBusy() const { return _isBusy; }
-    // Set while the save is under way too, and taken back when it fails.
-    bool isSaved() const { return _isSaved; }
+    // Also where the first try failed and a later one of the store has worked.
+    bool isSaved() const;
 
     // A text that would be lost with the editor.
-    bool isUnsaved() const { return _showSaveButton && hasText() && !_isClosed && (!_isSaved || _isSaving); }
+    bool isUnsaved() const { return _showSaveButton && hasText() && !_isClosed && (!isSaved() || _isSaving); }
     // As Done. `closed` runs once the text is saved or given up; not at all where the person keeps the editor or the save
     // fails.
     void close(std::function<void()> closed);
@@ -136,7 +137,7 @@ private:
     // A fetch is due when the screen appears; it is started once, however it ends.
     bool _bDownloadAtView = false;
     bool _isFetched = false;
-    bool _isSaved = false;
+    std::shared_ptr<TamberDocument> _document;
     bool _isSaving = false;
     bool _closeAfterSave = false;
     bool _isAskingToClose = false;

@@ -148,9 +148,9 @@ TamberFilesContainer::addFileWithName(const QString &name, const QString &conten
     return file;
 }
 
-void TamberFilesContainer::saveUnderFreeTitle(
-    const QString &title, const QString &content,
-    std::function<void(const QString &title, const FileResult &)> saved)
+TamberFilesContainer::FilePointer
+TamberFilesContainer::saveUnderFreeTitle(const QString &title, const QString &content,
+                                         std::function<void(const QString &title, const FileResult &)> saved)
 {
     std::unordered_set<QString> listed;
     for (const FilePointer &file : files())
@@ -163,7 +163,7 @@ void TamberFilesContainer::saveUnderFreeTitle(
                (_context.disk.status(file).kind != FileStatus::Kind::Unknown && _context.disk.exists(file));
     };
     const QString free = nextFreeTitle(title, isTaken);
-    addFileWithName(free, content, [free, saved = std::move(saved)](const FileResult &result) {
+    return addFileWithName(free, content, [free, saved = std::move(saved)](const FileResult &result) {
         if (saved)
             saved(free, result);
     });

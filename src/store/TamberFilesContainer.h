@@ -60,8 +60,8 @@ public:
                                 std::function<void(const FileResult &)> saved = {});
     // Adds it under the title, or under the first one like it that neither the list nor the disk has ("Letter 2"). `saved`
     // hears under which, once the save has ended. Linear in the documents.
-    void saveUnderFreeTitle(const QString &title, const QString &content,
-                            std::function<void(const QString &title, const FileResult &)> saved);
+    FilePointer saveUnderFreeTitle(const QString &title, const QString &content,
+                                   std::function<void(const QString &title, const FileResult &)> saved);
     // The list changes also when the removal failed. An index outside the list is ignored, here and in a rename.
     void deleteFileAtIndex(StoreIndex index);
     // Nothing for a document that is not in the list.
