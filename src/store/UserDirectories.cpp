@@ -45,11 +45,9 @@ std::vector<FileURL> documentsIn(const StoreDisk &disk, const FileURL &directory
 void restoreWhenSame(StoreContext &context, const FileURL &record, const std::vector<FileURL> &before,
                      std::function<void()> restore)
 {
-    if (before.empty())
-        return;
     context.saves.perform(StayTime, [&context, record, before, restore = std::move(restore)] {
         const std::vector<FileURL> now = documentsIn(context.disk, record.deletingLastPathComponent());
-        if (!isCertainlyAbsent(context.disk, record))
+        if (now.empty() || !isCertainlyAbsent(context.disk, record))
             return;
         if (now == before)
             restore();
