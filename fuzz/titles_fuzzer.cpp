@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Any title, from a person, a device or another program's file name.
 #include "Require.h"
+#include "base/NameBytes.h"
 #include "base/PathBytes.h"
 #include "store/CloudNames.h"
 #include "store/FileURL.h"
-#include "store/NameBytes.h"
 #include "store/StoreNames.h"
 
 #include <QSet>

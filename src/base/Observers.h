@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <memory>
 #include <vector>
 
 namespace cvtamber {
@@ -36,6 +37,28 @@ private:
     }
 
     std::vector<Observer *> _observers;
+};
+
+// A delegate, which is weak, and the observers that hear what it hears, after it.
+template<typename Delegate> class Listeners
+{
+public:
+    void setDelegate(std::weak_ptr<Delegate> delegate) { _delegate = std::move(delegate); }
+    std::shared_ptr<Delegate> delegate() const { return _delegate.lock(); }
+    Observers<Delegate> &observers() { return _observers; }
+    const Observers<Delegate> &observers() const { return _observers; }
+
+    template<typename... Parameters, typename... Arguments>
+    void tell(void (Delegate::*message)(Parameters...), const Arguments &...arguments) const
+    {
+        if (const auto delegate = _delegate.lock())
+            ((*delegate).*message)(arguments...);
+        _observers.tell(message, arguments...);
+    }
+
+private:
+    std::weak_ptr<Delegate> _delegate;
+    Observers<Delegate> _observers;
 };
 
 } // namespace cvtamber

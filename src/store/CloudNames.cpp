@@ -2,7 +2,7 @@
 #include "store/CloudNames.h"
 
 #include "base/HiddenFile.h"
-#include "store/NameBytes.h"
+#include "base/NameBytes.h"
 #include "store/StoreNames.h"
 
 #include <QRegularExpression>

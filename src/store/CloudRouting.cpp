@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "store/CloudRouting.h"
 
+#include "store/ContainerListing.h"
+
 namespace cvtamber {
 
 namespace {
@@ -23,6 +25,35 @@ CloudStep stepForRecord(CloudReport report, const ReportedItem &item)
         return item.isFolderListed ? CloudStep::ReloadFolder : CloudStep::OpenFolder;
     }
     return CloudStep::Nothing;
+}
+
+RegistryStep stepForRecord(const RegistryReport &item)
+{
+    switch (item.report) {
+    case CloudReport::Added:
+        return item.isDownloaded ? RegistryStep::LoadUser : RegistryStep::DownloadRecord;
+    case CloudReport::Deleted:
+        return item.isUserKnown ? RegistryStep::RemoveUser : RegistryStep::Ignore;
+    case CloudReport::Downloaded:
+        return item.isUserKnown ? RegistryStep::TellDataChanged : RegistryStep::LoadUser;
+    case CloudReport::DownloadedAgain:
+        return RegistryStep::TellDataChanged;
+    }
+    return RegistryStep::Ignore;
+}
+
+RegistryStep stepForStranger(CloudReport report)
+{
+    switch (report) {
+    case CloudReport::Added:
+    case CloudReport::Downloaded:
+        return RegistryStep::KeepAsOrphan;
+    case CloudReport::Deleted:
+        return RegistryStep::ForgetOrphan;
+    case CloudReport::DownloadedAgain:
+        break;
+    }
+    return RegistryStep::Ignore;
 }
 
 } // namespace
@@ -50,6 +81,26 @@ CloudStep stepFor(CloudReport report, const ReportedItem &item)
 bool isDirectChildByLength(const FileURL &container, const FileURL &item)
 {
     return container.pathLength() == item.deletingLastPathComponent().pathLength();
+}
+
+RegistryStep registryStep(const RegistryReport &item)
+{
+    if (item.isRecord)
+        return stepForRecord(item);
+    return item.isUserKnown ? RegistryStep::PassToUser : stepForStranger(item.report);
+}
+
+QString registryFilter()
+{
+    return UuidPattern + QStringLiteral("/*");
+}
+
+FileURL userDirectoryOfItem(const FileURL &item, qsizetype registryPathLength)
+{
+    const qsizetype length = registryPathLength + UserDirectoryLength;
+    if (item.pathLength() < length)
+        return {};
+    return FileURL::directory(item.path().first(length));
 }
 
 } // namespace cvtamber

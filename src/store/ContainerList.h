@@ -167,11 +167,8 @@ class ToldList final : public ContainerList<Item>
 public:
     using Pointer = typename ContainerList<Item>::Pointer;
 
-    void setDelegate(std::weak_ptr<Delegate> delegate) { _delegate = std::move(delegate); }
-    std::shared_ptr<Delegate> delegate() const { return _delegate.lock(); }
-
-    void addObserver(Delegate &observer) { _observers.add(observer); }
-    void removeObserver(Delegate &observer) { _observers.remove(observer); }
+    Listeners<Delegate> &listeners() { return _listeners; }
+    const Listeners<Delegate> &listeners() const { return _listeners; }
 
     // Nothing for an URL that is listed: two rows would share one file, and a deletion of either would take it.
     void insertAndTell(const Pointer &item)
@@ -182,9 +179,7 @@ public:
     void tellAdded(StoreIndex index) const { tell(Added, index); }
     void tell(void (Delegate::*change)(StoreIndex), StoreIndex index) const
     {
-        if (const auto delegate = _delegate.lock())
-            ((*delegate).*change)(index);
-        _observers.tell(change, index);
+        _listeners.tell(change, index);
     }
 
     // Finds the item by identity, wherever it stands by now; false when it has gone.
@@ -218,12 +213,11 @@ public:
     {
         const StoreIndex index = this->remove(item);
         if (index != NotFound)
-            _observers.tell(Deleted, index);
+            _listeners.observers().tell(Deleted, index);
     }
 
 private:
-    std::weak_ptr<Delegate> _delegate;
-    Observers<Delegate> _observers;
+    Listeners<Delegate> _listeners;
     std::unordered_set<FileURL> _unreported;
 };
 

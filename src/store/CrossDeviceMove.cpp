@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "store/CrossDeviceMove.h"
 
-#include "store/DiskTree.h"
+#include "base/DiskTree.h"
 #include "store/StoreNames.h"
 
 #include "base/ErrorText.h"

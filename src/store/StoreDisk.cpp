@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "store/StoreDisk.h"
 
+#include "base/DiskTree.h"
 #include "store/CloudNames.h"
 #include "store/CrossDeviceMove.h"
-#include "store/DiskTree.h"
 #include "store/FileReplacement.h"
 #include "store/StoreNames.h"
 

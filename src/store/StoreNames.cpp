@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "store/StoreNames.h"
 
-#include "store/NameBytes.h"
+#include "base/NameBytes.h"
 
 #include <QStringDecoder>
 #include <QUuid>

@@ -46,19 +46,19 @@ void TamberFilesAndFoldersContainer::setDelegate(
     std::weak_ptr<TamberFilesAndFoldersContainerDelegate> delegate)
 {
     TamberFilesContainer::setDelegate(delegate);
-    _folders.setDelegate(std::move(delegate));
+    _folders.listeners().setDelegate(std::move(delegate));
 }
 
 void TamberFilesAndFoldersContainer::addObserver(TamberFilesAndFoldersContainerDelegate &observer)
 {
     TamberFilesContainer::addObserver(observer);
-    _folders.addObserver(observer);
+    _folders.listeners().observers().add(observer);
 }
 
 void TamberFilesAndFoldersContainer::removeObserver(TamberFilesAndFoldersContainerDelegate &observer)
 {
     TamberFilesContainer::removeObserver(observer);
-    _folders.removeObserver(observer);
+    _folders.listeners().observers().remove(observer);
 }
 
 TamberFilesAndFoldersContainer::FolderPointer

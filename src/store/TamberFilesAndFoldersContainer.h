@@ -65,12 +65,8 @@ public:
     void ubiquotusItemDeleted(const Item &item) override;
     void ubiquotusItemDownloaded(const Item &item) override;
     void ubiquotusItemDownloadedAgain(const Item &item) override;
-
-    void ubiquitousMonitorItemAdded(TamberUbiquitousFolderMonitor &monitor, const Item &item) override;
-    void ubiquitousMonitorItemDeleted(TamberUbiquitousFolderMonitor &monitor, const Item &item) override;
-    void ubiquitousMonitorItemDownloaded(TamberUbiquitousFolderMonitor &monitor, const Item &item) override;
-    void ubiquitousMonitorItemDownloadedAgain(TamberUbiquitousFolderMonitor &monitor,
-                                              const Item &item) override;
+    // The four above in one.
+    void handleReport(CloudReport report, const Item &item);
 
     // A folder has another name now; it keeps its place until the next insertion.
     void folderNameChanged() { _folders.nameChanged(); }
@@ -99,7 +95,6 @@ private:
 
     ReportedItem reportedItem(const TamberUbiquitousItem &item, const FileURL &folderURL,
                               const FolderPointer &folder) const;
-    void handleReport(CloudReport report, const Item &item);
 
     FoldersList _folders;
     // What was found when the container was opened, until its folders are scanned.

@@ -84,7 +84,7 @@ FileURL TamberFilesContainer::url() const
 
 void TamberFilesContainer::setDelegate(std::weak_ptr<TamberFilesContainerDelegate> delegate)
 {
-    _files.setDelegate(std::move(delegate));
+    _files.listeners().setDelegate(std::move(delegate));
 }
 
 ContainerListing TamberFilesContainer::readDocuments(const FileURL &directory)

@@ -46,8 +46,11 @@ public:
     bool isUbiquitous() const { return _isUbiquitous; }
     void setDelegate(std::weak_ptr<TamberFilesContainerDelegate> delegate);
     // Hears what the delegate hears, after it; removed before it goes.
-    void addObserver(TamberFilesContainerDelegate &observer) { _files.addObserver(observer); }
-    void removeObserver(TamberFilesContainerDelegate &observer) { _files.removeObserver(observer); }
+    void addObserver(TamberFilesContainerDelegate &observer) { _files.listeners().observers().add(observer); }
+    void removeObserver(TamberFilesContainerDelegate &observer)
+    {
+        _files.listeners().observers().remove(observer);
+    }
     // The parent's directory with the folder's name; nil when the parent has gone.
     FileURL url() const override;
 
@@ -115,7 +118,10 @@ protected:
     // Only the lengths of the two paths are compared.
     bool isDirectChild(const TamberUbiquitousItem &item) const;
     StoreContext &context() const { return _context; }
-    std::shared_ptr<TamberFilesContainerDelegate> filesDelegate() const { return _files.delegate(); }
+    std::shared_ptr<TamberFilesContainerDelegate> filesDelegate() const
+    {
+        return _files.listeners().delegate();
+    }
 
 private:
     struct StorageDeletion;

@@ -91,9 +91,7 @@ void TamberUsers::stopQuery()
 
 void TamberUsers::tellUserWillDelete(const User &user) const
 {
-    if (const auto delegate = _delegate.lock())
-        delegate->userWillDelete(user);
-    _observers.tell(&TamberUsersDelegate::userWillDelete, user);
+    _listeners.tell(&TamberUsersDelegate::userWillDelete, user);
 }
 
 void TamberUsers::saveScheduledChanges()

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "base/Observers.h"
+#include "store/CloudRouting.h"
 #include "store/ContainerList.h"
 #include "store/FileResult.h"
 #include "store/OrphanedItems.h"
-#include "store/RegistryRouting.h"
 #include "store/StoreContext.h"
 #include "store/TamberUbiquitousFolderMonitorDelegate.h"
 
@@ -61,11 +61,14 @@ public:
     ~TamberUsers() override;
 
     const std::vector<User> &users() const { return _users.items(); }
-    std::shared_ptr<TamberUsersDelegate> delegate() const { return _delegate.lock(); }
-    void setDelegate(std::weak_ptr<TamberUsersDelegate> delegate) { _delegate = std::move(delegate); }
+    std::shared_ptr<TamberUsersDelegate> delegate() const { return _listeners.delegate(); }
+    void setDelegate(std::weak_ptr<TamberUsersDelegate> delegate)
+    {
+        _listeners.setDelegate(std::move(delegate));
+    }
     // Hears what the delegate hears, after it; removed before it goes. Screens observe, since several may show one registry.
-    void addObserver(TamberUsersDelegate &observer) { _observers.add(observer); }
-    void removeObserver(TamberUsersDelegate &observer) { _observers.remove(observer); }
+    void addObserver(TamberUsersDelegate &observer) { _listeners.observers().add(observer); }
+    void removeObserver(TamberUsersDelegate &observer) { _listeners.observers().remove(observer); }
     // To the delegate and the observers.
     void tellUserWillDelete(const User &user) const;
     bool isUbiquitous() const;
@@ -137,8 +140,7 @@ private:
     std::shared_ptr<TamberUbiquitousFolderMonitor> _ubiquitousMonitor;
     OrphanedItems _orphanedItems;
     bool _contentGathered = false;
-    std::weak_ptr<TamberUsersDelegate> _delegate;
-    Observers<TamberUsersDelegate> _observers;
+    Listeners<TamberUsersDelegate> _listeners;
 };
 
 } // namespace cvtamber

@@ -11,28 +11,6 @@
 
 namespace cvtamber {
 
-namespace {
-
-void passReport(TamberUser &user, CloudReport report, const TamberUsers::Item &item)
-{
-    switch (report) {
-    case CloudReport::Added:
-        user.ubiquotusItemAdded(item);
-        break;
-    case CloudReport::Deleted:
-        user.ubiquotusItemDeleted(item);
-        break;
-    case CloudReport::Downloaded:
-        user.ubiquotusItemDownloaded(item);
-        break;
-    case CloudReport::DownloadedAgain:
-        user.ubiquotusItemDownloadedAgain(item);
-        break;
-    }
-}
-
-} // namespace
-
 void TamberUsers::ubiquitousMonitorItemAdded(TamberUbiquitousFolderMonitor & /*monitor*/, const Item &item)
 {
     handleReport(CloudReport::Added, item);
@@ -62,9 +40,7 @@ void TamberUsers::ubiquitousMonitorContentGathered(TamberUbiquitousFolderMonitor
     _context.log.debug(QStringLiteral("-(void)ubiquitousMonitor:(TamberUbiquitousFolderMonitor *)monitor "
                                       "contentGathered:(NSArray *)items"));
     _contentGathered = true;
-    if (const auto delegate = _delegate.lock())
-        delegate->contentGathered();
-    _observers.tell(&TamberUsersDelegate::contentGathered);
+    _listeners.tell(&TamberUsersDelegate::contentGathered);
 }
 
 void TamberUsers::handleReport(CloudReport report, const Item &item)
@@ -86,7 +62,7 @@ void TamberUsers::takeStep(RegistryStep step, const Report &report)
     case RegistryStep::Ignore:
         break;
     case RegistryStep::PassToUser:
-        passReport(*report.user, report.kind, report.item);
+        report.user->handleReport(report.kind, report.item);
         break;
     case RegistryStep::KeepAsOrphan:
         _orphanedItems.add(report.item);
@@ -105,9 +81,7 @@ void TamberUsers::takeStep(RegistryStep step, const Report &report)
         removeReportedUser(report.user);
         break;
     case RegistryStep::TellDataChanged:
-        if (const auto delegate = _delegate.lock())
-            delegate->dataChangedForUser(report.user);
-        _observers.tell(&TamberUsersDelegate::dataChangedForUser, report.user);
+        _listeners.tell(&TamberUsersDelegate::dataChangedForUser, report.user);
         break;
     }
 }

@@ -90,22 +90,29 @@ StoreIndex TamberFilesContainer::indexOfFileWithURL(const FileURL &url) const
     return _files.indexOfURL(url);
 }
 
-// The registry's monitor reports to the registry, which passes on what is a container's; a monitor of its own no container
-// has.
+// The registry's monitor reports to the registry, which passes on what is a container's; no container has a monitor of its
+// own.
 void TamberFilesContainer::ubiquitousMonitorItemAdded(TamberUbiquitousFolderMonitor &, const Item &item)
 {
+    _context.log.info(OtherMonitor);
     TamberFilesContainer::ubiquotusItemAdded(item);
 }
 
 void TamberFilesContainer::ubiquitousMonitorItemDeleted(TamberUbiquitousFolderMonitor &, const Item &item)
 {
+    _context.log.info(OtherMonitor);
     TamberFilesContainer::ubiquotusItemDeleted(item);
 }
 
-void TamberFilesContainer::ubiquitousMonitorItemDownloaded(TamberUbiquitousFolderMonitor &, const Item &) {}
+void TamberFilesContainer::ubiquitousMonitorItemDownloaded(TamberUbiquitousFolderMonitor &, const Item &)
+{
+    _context.log.info(OtherMonitor);
+}
 
 void TamberFilesContainer::ubiquitousMonitorItemDownloadedAgain(TamberUbiquitousFolderMonitor &, const Item &)
-{}
+{
+    _context.log.info(OtherMonitor);
+}
 
 void TamberFilesContainer::ubiquitousMonitorContentGathered(TamberUbiquitousFolderMonitor &,
                                                             const TamberUbiquitousItems &)
@@ -120,34 +127,6 @@ TamberUbiquitousItems
 TamberFilesAndFoldersContainer::orphanedItemsForFolder(const TamberDataFolder &folder) const
 {
     return _orphanedItems.withPathPrefix(folder.url().path());
-}
-
-void TamberFilesAndFoldersContainer::ubiquitousMonitorItemAdded(TamberUbiquitousFolderMonitor &monitor,
-                                                                const Item &item)
-{
-    context().log.info(OtherMonitor);
-    TamberFilesContainer::ubiquitousMonitorItemAdded(monitor, item);
-}
-
-void TamberFilesAndFoldersContainer::ubiquitousMonitorItemDeleted(TamberUbiquitousFolderMonitor &monitor,
-                                                                  const Item &item)
-{
-    context().log.info(OtherMonitor);
-    TamberFilesContainer::ubiquitousMonitorItemDeleted(monitor, item);
-}
-
-void TamberFilesAndFoldersContainer::ubiquitousMonitorItemDownloaded(TamberUbiquitousFolderMonitor &monitor,
-                                                                     const Item &item)
-{
-    context().log.info(OtherMonitor);
-    TamberFilesContainer::ubiquitousMonitorItemDownloaded(monitor, item);
-}
-
-void TamberFilesAndFoldersContainer::ubiquitousMonitorItemDownloadedAgain(
-    TamberUbiquitousFolderMonitor &monitor, const Item &item)
-{
-    context().log.info(OtherMonitor);
-    TamberFilesContainer::ubiquitousMonitorItemDownloadedAgain(monitor, item);
 }
 
 std::shared_ptr<TamberDataFolder> TamberDataFolder::withURL(StoreContext &context, const FileURL &url)

@@ -142,7 +142,7 @@ void tst_ContainerList::tellsTheDelegateAfterEachChange()
 {
     Things list;
     const auto listener = std::make_shared<Listener>();
-    list.setDelegate(listener);
+    list.listeners().setDelegate(listener);
     const ThingPointer last = thing(u"last"_qs);
     list.insertAndTell(last);
     list.insertAndTell(thing(u"first"_qs));

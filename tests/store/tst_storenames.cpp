@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "store/CloudNames.h"
-#include "store/NameBytes.h"
+#include "base/NameBytes.h"
 #include "store/StoreNames.h"
 #include "support/Rows.h"
 

@@ -203,7 +203,12 @@ void CloudRun::syncAdds()
     if (_bench.random.oneIn(4))
         places.append(folder + u'/' + conflictCopyName(u"Letter.tamber"_s, 1));
     for (const QString &place : places) {
-        if (!_bench.textAt(_bench.rig.file(place)).isNull())
+        // A record that takes the place of another between two reports is not told.
+        const FileURL url = _bench.rig.file(place);
+        const auto &told = _bench.rig.cloud.items();
+        const bool isTold =
+            std::any_of(told.begin(), told.end(), [&](const MetadataItem &item) { return item.url == url; });
+        if (!_bench.textAt(url).isNull() || (isRecord(place) && isTold))
             continue;
         bring(place, _bench.freshText() + (isRecord(place) ? u"\n\n\n"_s : QString()));
     }

@@ -217,7 +217,8 @@ void LocalRun::moveFile()
         return;
     const FileURL to = target->url().appendingFile(file->name());
     const QString place = _bench.placeOf(to);
-    if (!mayTouch(to) || _bench.isDying(place) || (!isDisturbed() && _model.count(place) != 0))
+    if (!mayTouch(to) || _bench.isDying(place) ||
+        (!isDisturbed() && target->fileExists(to.nameWithoutExtension())))
         return;
     tell(u"move"_s, file->url(), place);
     const QString from = _bench.placeOf(file->url());

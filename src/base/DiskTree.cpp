@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "store/DiskTree.h"
+#include "base/DiskTree.h"
 
 #include <algorithm>
 

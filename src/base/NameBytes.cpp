@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "store/NameBytes.h"
+#include "base/NameBytes.h"
 
 #include <QTextBoundaryFinder>
 
