@@ -22,6 +22,8 @@ LONGEST_REST = 180
 # How long a listing may be behind the disk: two looks at it, and one more after a failed one.
 LONGEST_LISTING = 20
 QUIET = 2
+# Two minutes after the record has gone, and as much again where documents went as well.
+LONGEST_WITHOUT_RECORD = 250
 KEPT_OTHER_VERSION = 2
 
 
@@ -49,13 +51,13 @@ class Soak:
 
     # Running
 
-    def run(self, steps):
+    def run(self, steps, is_kept=False):
         """What must not be is in `failures`, and the folder is kept then."""
         try:
             self._run(steps)
         except (Failure, OSError, ValueError) as failure:
             self._fail(str(failure))
-        if not self.failures:
+        if not self.failures and not is_kept:
             shutil.rmtree(self.folder)
 
     def _run(self, steps):
@@ -67,6 +69,8 @@ class Soak:
                     self._step()
                     self.steps += 1
                 self._come_to_rest()
+                if self.steps == steps:
+                    self._wait_for_records()
                 self._judge()
             for side in self._sides:
                 side.stop_program()
@@ -221,6 +225,14 @@ class Soak:
                 raise Failure("they do not come to rest:\n    " + "\n    ".join(self._differences()))
             time.sleep(0.3)
 
+    def _wait_for_records(self):
+        """What has lost its record to the other side gets it again from the program that had it listed."""
+        limit = time.monotonic() + LONGEST_WITHOUT_RECORD
+        while Disk(self._sides[0].root).waiting and time.monotonic() < limit:
+            self._hear_all()
+            time.sleep(0.3)
+        self._come_to_rest()
+
     def _snapshot_in_sync(self):
         one, other = self._sides
         if not one.node.is_in_sync(other.node) or not other.node.is_in_sync(one.node):
@@ -280,6 +292,8 @@ class Soak:
     def print(self):
         work = ", ".join(f"{count} {what}" for what, count in self._works.done.most_common())
         self._tell(f"{self.steps} steps: {work}")
+        if self.folder.exists():
+            self._tell(f"kept in {self.folder}")
         disk = self.disk
         if disk:
             documents = sum(path.endswith(TEXT) for path in disk.listed)

@@ -158,7 +158,7 @@ class Works:
                 for before, text in zip([line["saw"]] + hashes, hashes):
                     self._texts.written(text, before)
             else:
-                for text in hashes[:line["saved"]]:
+                for text in hashes[:line.get("saved", 0)]:
                     self._texts.tell(text, f"{side.name} save {path}")
         self._do(side, "save", opened_or_saved, [path], at=path, texts=texts, hold=hold,
                  closing=self._dice.random() < 0.3)
