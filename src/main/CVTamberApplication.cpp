@@ -23,6 +23,9 @@ namespace {
 
 const QString WindowWidth = QStringLiteral("windowWidth");
 const QString WindowHeight = QStringLiteral("windowHeight");
+const QString WindowX = QStringLiteral("windowX");
+const QString WindowY = QStringLiteral("windowY");
+const QString WindowMaximized = QStringLiteral("windowMaximized");
 
 // How long the end of the program waits for a device that does not let go.
 constexpr std::chrono::seconds ReleaseLimit{5};
@@ -120,7 +123,9 @@ AppServices CVTamberApplication::services()
 
 bool CVTamberApplication::start(const CVTamberCommandLine &commandLine, DesktopApplication::Start role)
 {
-    _presenter->setStartSize({_defaults.value(WindowWidth).toInt(), _defaults.value(WindowHeight).toInt()});
+    _presenter->setStartPlace({{_defaults.value(WindowX).toInt(), _defaults.value(WindowY).toInt(),
+                                _defaults.value(WindowWidth).toInt(), _defaults.value(WindowHeight).toInt()},
+                               _defaults.boolValue(WindowMaximized)});
     // The bus tells of the others; where there is none, or it is another session's, the lock does.
     _lock.setStaleLockTime(0);
     _isTheOne = _lock.tryLock(0);
@@ -226,8 +231,13 @@ void CVTamberApplication::becomeActive()
 void CVTamberApplication::saveWindow()
 {
     const QQuickWindow &window = *_presenter->window();
-    if (!_isLaunched || window.windowStates() != Qt::WindowNoState)
+    if (!_isLaunched)
         return;
+    _defaults.setValue(WindowMaximized, window.windowStates().testFlag(Qt::WindowMaximized));
+    if (window.windowStates() != Qt::WindowNoState)
+        return;
+    _defaults.setValue(WindowX, window.x());
+    _defaults.setValue(WindowY, window.y());
     _defaults.setValue(WindowWidth, window.width());
     _defaults.setValue(WindowHeight, window.height());
 }

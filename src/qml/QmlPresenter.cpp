@@ -18,6 +18,7 @@
 #include <QQmlExpression>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QScreen>
 
 #include <algorithm>
 #include <utility>
@@ -29,6 +30,7 @@ namespace cvtamber {
 namespace {
 
 constexpr int tabletShortSide = 600;
+constexpr QSize WindowSize{1100, 760};
 // A notice stays for as long as a slow reader needs: a second to find it, and 12 characters a second.
 constexpr std::chrono::milliseconds noticeStart{3000};
 constexpr std::chrono::milliseconds noticePerCharacter{80};
@@ -82,14 +84,26 @@ void QmlPresenter::makeWindow()
     QObject *window = ViewRegistry::of(*_engine).createObject(QStringLiteral("MainWindow"), {}, nullptr);
     _window = qobject_cast<QQuickWindow *>(window);
     if (_window) {
-        if (_startSize.isValid())
-            _window->resize(_startSize.expandedTo(_window->minimumSize()));
+        if (_startPlace)
+            placeWindow(*_startPlace);
         _window->setTitle(QGuiApplication::applicationDisplayName());
         // Without it the rows that a list makes in advance would be made at once, before the next frame.
         _engine->setIncubationController(_window->incubationController());
         connect(_window, &QWindow::activeChanged, this, &QmlPresenter::tellFocus);
         connect(_window, SIGNAL(helpRequested()), this, SLOT(askForHelp()));
     }
+}
+
+void QmlPresenter::placeWindow(const WindowPlace &place)
+{
+    const QRect &rect = place.rect;
+    const QSize room = _window->screen()->availableSize();
+    const bool hasRoom = room.width() >= WindowSize.width() && room.height() >= WindowSize.height();
+    _window->resize(rect.isValid() ? rect.size().expandedTo(_window->minimumSize()) : WindowSize);
+    if (rect.isValid() && QGuiApplication::screenAt(rect.center()))
+        _window->setPosition(rect.topLeft());
+    if (place.isMaximized || (!rect.isValid() && !hasRoom))
+        _window->setWindowStates(Qt::WindowMaximized);
 }
 
 void QmlPresenter::setDesktopLook(const DesktopLook &look)

@@ -8,10 +8,11 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QRect>
 #include <QRectF>
-#include <QSize>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 class QQmlEngine;
@@ -40,8 +41,15 @@ public:
     // Made when it is first needed, and shown by the caller. Null only when the views cannot be loaded; that is told on
     // the log.
     QQuickWindow *window();
-    // Of the window when it is made; no smaller than the window can be.
-    void setStartSize(QSize size) { _startSize = size; }
+    struct WindowPlace
+    {
+        // Of the window without its frame.
+        QRect rect;
+        bool isMaximized = false;
+    };
+    // For the window that is made later: where it was left. One that was left nowhere, with an empty place, opens with
+    // 1100 x 760 units where the screen has room for them, else it takes the whole screen.
+    void setStartPlace(const WindowPlace &place) { _startPlace = place; }
 
     // What F1 shows; nothing while there is none.
     void setHelp(const std::function<AlertView()> &help) { _help = help; }
@@ -72,6 +80,7 @@ private slots:
 
 private:
     void makeWindow();
+    void placeWindow(const WindowPlace &place);
 
     struct Modal
     {
@@ -95,7 +104,7 @@ private:
     std::unique_ptr<QQmlEngine> _engine;
     bool _hasMadeWindow = false;
     QPointer<QQuickWindow> _window;
-    QSize _startSize;
+    std::optional<WindowPlace> _startPlace;
     Controller _root;
     std::vector<Modal> _modals;
     // Those that a dismissal takes away.

@@ -34,11 +34,12 @@ def what_is_remembered(desk, binary):
         p.press("Archive", "page tab")
         p.see("Archive", "heading")
         p.resize(500, 700)
+        p.xdotool("windowmove", "--sync", p.window, 40, 30)
         ends(p, by_window=True)
     with Program(desk, binary, size=None) as p:
         p.see("Archive", "heading")
         geometry = desk.run(["xdotool", "getwindowgeometry", p.window]).stdout
-        assert "500x700" in geometry, geometry
+        assert "500x700" in geometry and "Position: 40,30" in geometry, geometry
         p.press("Users", "page tab")
 
 
