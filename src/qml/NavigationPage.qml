@@ -94,7 +94,7 @@ FocusScope {
 
         backName: qsTrId("Back")
         controller: page.controller
-        hasBack: !page.isRoot && page.controller.leftItems.length === 0
+        hasBack: !page.isRoot
         heading.Accessible.ignored: page.hasLargeTitle
         titleOpacity: !page.hasLargeTitle ? 1 : Math.max(0, Math.min(1, (page.scrolled - titleBox.height / 2) / (Theme.unit * 2)))
         width: parent.width

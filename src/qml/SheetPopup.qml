@@ -39,7 +39,8 @@ Dialog {
             choices.itemAt(index).forceActiveFocus(Qt.TabFocusReason);
     }
 
-    closePolicy: Popup.NoAutoClose
+    // Nothing beside a modal popup hears a touch but the popup itself.
+    closePolicy: cancelIndex >= 0 ? Popup.CloseOnPressOutside : Popup.NoAutoClose
     focus: true
     footer: null
     header: null
@@ -54,10 +55,6 @@ Dialog {
 
     T.Overlay.modal: Rectangle {
         color: Theme.scrim
-
-        TapHandler {
-            onTapped: sheet.leave()
-        }
     }
     background: Rectangle {
         border.color: Theme.separator
@@ -132,5 +129,6 @@ Dialog {
         }
     }
 
+    onAboutToHide: leave()
     onOpened: focusChoice(destructiveIndex === 0 && buttons.length > 1 ? 1 : 0)
 }
