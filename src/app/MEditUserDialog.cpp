@@ -4,6 +4,7 @@
 #include "app/AppContext.h"
 #include "app/MGlobals.h"
 #include "app/UserTexts.h"
+#include "base/VisibleText.h"
 #include "store/TamberStorage.h"
 #include "store/TamberUser.h"
 #include "ui/Texts.h"
@@ -109,7 +110,7 @@ void MEditUserDialog::nameTyped(QString &name, const QString &text)
 
 void MEditUserDialog::textWasChanged()
 {
-    const bool enabled = !(_firstName.isEmpty() && _lastName.isEmpty() && _displayName.isEmpty());
+    const bool enabled = !(isBlank(_firstName) && isBlank(_lastName) && isBlank(_displayName));
     if (enabled == _isSaveEnabled)
         return;
     _isSaveEnabled = enabled;
@@ -143,6 +144,10 @@ void MEditUserDialog::saveClicked()
     const auto delegate = takeDelegate();
     if (!delegate)
         return;
+    for (QString *name : {&_firstName, &_lastName, &_displayName}) {
+        if (isBlank(*name))
+            name->clear();
+    }
     if (_user)
         writeNames();
     delegate->userDialogDoneWithFirstName(_firstName, _lastName, _displayName);

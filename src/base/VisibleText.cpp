@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/VisibleText.h"
 
+#include <algorithm>
+
 namespace cvtamber {
 
 namespace {
@@ -44,6 +46,15 @@ QString visibleText(QStringView text)
         }
     }
     return result;
+}
+
+bool isBlank(QStringView text)
+{
+    constexpr char16_t emptyCell = 0x2800;
+    return std::all_of(text.begin(), text.end(), [](QChar c) {
+        return c.isSpace() || c.category() == QChar::Other_Control || c.category() == QChar::Other_Format ||
+               c == emptyCell;
+    });
 }
 
 } // namespace cvtamber

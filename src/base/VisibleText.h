@@ -13,4 +13,8 @@ namespace cvtamber {
 // stays, the backslash too: the result is for reading, not for decoding. Any thread.
 QString visibleText(QStringView text);
 
+// Whether there is nothing in it to see or hear: empty, or only spaces of any kind, control and formatting characters, and the
+// empty braille cell. Any thread.
+bool isBlank(QStringView text);
+
 } // namespace cvtamber

@@ -2,6 +2,7 @@
 #include "store/StoreNames.h"
 
 #include "base/NameBytes.h"
+#include "base/VisibleText.h"
 
 #include <QStringDecoder>
 #include <QUuid>
@@ -145,11 +146,10 @@ QString repairedTitle(const QString &title)
     while (dots < repaired.size() && repaired[dots] == u'.')
         ++dots;
     repaired.remove(0, dots);
-    if (repaired.isEmpty())
+    repaired = cutToBytes(repaired, mostTitleBytes());
+    if (isBlank(repaired))
         return u"Untitled"_s;
-    if (OnWindows)
-        repaired = withoutDevice(repaired);
-    return cutToBytes(repaired, mostTitleBytes());
+    return OnWindows ? cutToBytes(withoutDevice(repaired), mostTitleBytes()) : repaired;
 }
 
 QString nextFreeTitle(const QString &title, const std::function<bool(const QString &title)> &isTaken)

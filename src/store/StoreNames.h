@@ -18,8 +18,8 @@ inline constexpr QStringView ArchivedUsersName = u"ArchivedUsers";
 inline constexpr QStringView UserRecordName = u"user.txt";
 inline constexpr QStringView FolderRecordName = u"folder.dat";
 
-// The title as a file can carry it: separators and control bytes become "-", leading dots go, an empty one
-// is "Untitled", one whose file name would be longer than 255 bytes is cut at a character. Composed form
+// The title as a file can carry it: separators and control bytes become "-", leading dots go, one without
+// anything to see is "Untitled", one whose file name would be longer than 255 bytes is cut at a character. Composed form
 // (NFC). On Windows also what that system forbids. A title that needs no repair comes back as it is.
 QString repairedTitle(const QString &title);
 

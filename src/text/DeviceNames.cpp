@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "text/DeviceNames.h"
 
+#include "base/VisibleText.h"
+
 namespace cvtamber {
 
 using namespace Qt::StringLiterals;
 
 NameFault nameFault(const QString &name)
 {
-    if (name.isEmpty())
+    if (isBlank(name))
         return NameFault::Empty;
     for (const QChar c : name) {
         if (c.category() == QChar::Other_Control || c == QChar::ReplacementCharacter)

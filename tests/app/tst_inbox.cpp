@@ -141,7 +141,7 @@ private slots:
         row("hidden", ".notes"_ba, u"notes"_s);
         row("dots", "a.b.txt"_ba, u"a.b"_s);
         row("a long ending", "a.b.markdown"_ba, u"a.b"_s);
-        row("blank", " .txt"_ba, u" "_s);
+        row("blank", " .txt"_ba, u"Untitled"_s);
         row("line break", "a\nb.txt"_ba, u"a-b"_s);
         row("as long as can be", QByteArray(251, 'x') + ".txt", QString(248, u'x'));
         row("Chinese", "盲文.txt"_ba, u"盲文"_s);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "store/CloudNames.h"
 #include "base/NameBytes.h"
+#include "store/CloudNames.h"
 #include "store/StoreNames.h"
 #include "support/Rows.h"
 
@@ -97,6 +97,8 @@ private slots:
         row("leading dots", u"...hidden"_s, u"hidden"_s);
         row("empty", QString(), u"Untitled"_s);
         row("only dots", u".."_s, u"Untitled"_s);
+        row("only blanks", u" \u00a0\u200b\u2800"_s, u"Untitled"_s);
+        row("only blanks once it is cut", QString(300, u' ') % u'x', u"Untitled"_s);
         row("decomposed", u"Zoe\u0308"_s, u"Zo\u00eb"_s);
         row("half a pair", QString(u'a' % QChar(0xD83D) % u'b'), u"a\ufffdb"_s);
         row("an odd byte stays", QString(u'a' % QChar(0xDCFF)), QString(u'a' % QChar(0xDCFF)));
