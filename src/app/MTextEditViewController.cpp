@@ -127,6 +127,13 @@ void MTextEditViewController::cvTransferControllerTransferFinished(CVTransferVie
         dismissViewController(true);
 }
 
+void MTextEditViewController::cvTransferCloseClicked()
+{
+    const auto transfer = _transferViewController.lock();
+    if (transfer && !hasText() && transfer->problemText().isEmpty())
+        tellCancelled();
+}
+
 void MTextEditViewController::hideKeyboardClicked()
 {
     emit resignFirstResponder();

@@ -85,7 +85,8 @@ public:
     Q_INVOKABLE void hideKeyboardClicked();
 
     void cvTransferControllerTransferFinished(CVTransferViewController &transfer) override;
-    void cvTransferCloseClicked() override {}
+    // A fetch that the person has cancelled leaves nothing to show; one that failed can be tried again here.
+    void cvTransferCloseClicked() override;
     void tamberPickUserOrFolderViewControllerUserPicked(TamberPickUserOrFolderViewController &picker,
                                                         const std::shared_ptr<TamberUser> &user) override;
     void tamberPickUserOrFolderViewControllerFolderPicked(

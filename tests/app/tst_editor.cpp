@@ -94,6 +94,8 @@ private slots:
     void opensAFile();
     void fetchesOnce();
     void failedFetchStaysFailed();
+    void cancelledFetchClosesTheEditor_data();
+    void cancelledFetchClosesTheEditor();
     void asksBeforeClosing_data();
     void asksBeforeClosing();
     void savesTo_data();
@@ -178,6 +180,30 @@ void tst_editor::failedFetchStaysFailed()
     bench.hit(Kind::Done);
     QVERIFY(!bench.presenter.alert());
     QCOMPARE(bench.counter->cancelled, 1);
+}
+
+void tst_editor::cancelledFetchClosesTheEditor_data()
+{
+    columns<bool>("isRunning");
+    row("at the question", false);
+    row("on its way", true);
+}
+
+void tst_editor::cancelledFetchClosesTheEditor()
+{
+    QFETCH(bool, isRunning);
+    EditorBench bench;
+    bench.device.identify();
+    bench.editor->setCvFileName(u"LETTER"_s);
+    bench.present();
+    bench.presenter.answerSheet(isRunning ? CVTransferViewController::AsItIsButton
+                                          : CVTransferViewController::CancelButton);
+    bench.settle();
+    if (isRunning)
+        bench.presenter.frontAs<CVTransferViewController>()->cancelClicked();
+    bench.settle();
+    QCOMPARE(bench.counter->cancelled, 1);
+    QCOMPARE(bench.presenter.notices().size(), isRunning ? 1 : 0);
 }
 
 void tst_editor::asksBeforeClosing_data()
