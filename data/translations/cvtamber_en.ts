@@ -819,6 +819,14 @@
         <source>A document could not be fetched from the cloud.</source>
         <translation>A document could not be fetched from the cloud.</translation>
     </message>
+    <message id="1 document">
+        <source>1 document</source>
+        <translation>1 document</translation>
+    </message>
+    <message id="%@ documents">
+        <source>%@ documents</source>
+        <translation>%@ documents</translation>
+    </message>
     <message id="Files moved to iCloud">
         <source>Files moved to iCloud</source>
         <translation>Files moved to iCloud</translation>

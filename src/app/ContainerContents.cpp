@@ -66,6 +66,16 @@ std::shared_ptr<TamberDocument> ContainerContents::documentOfTitle(const QString
     return found == files.end() ? nullptr : *found;
 }
 
+bool ContainerContents::isNameShared(const TamberDataFolder &folder) const
+{
+    for (int i = 0; i < foldersCount(); ++i) {
+        const auto other = _user->folderAtIndex(i);
+        if (other.get() != &folder && other->name() == folder.name())
+            return true;
+    }
+    return false;
+}
+
 StoreIndex ContainerContents::indexOf(const ContainerItem &item) const
 {
     if (item.folder)

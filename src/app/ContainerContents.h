@@ -47,6 +47,8 @@ public:
     // What a person calls it.
     QString title() const;
 
+    // Whether another folder of the user has its name.
+    bool isNameShared(const TamberDataFolder &folder) const;
     // Empty outside the lists.
     ContainerItem itemAt(IndexPath path) const;
     // Null when none has it.

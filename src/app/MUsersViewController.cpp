@@ -5,8 +5,10 @@
 #include "app/MGlobals.h"
 #include "app/StoreSwitch.h"
 #include "app/TamberContainerViewController.h"
+#include "app/UserTexts.h"
 #include "base/SystemLog.h"
 #include "base/UserDefaults.h"
+#include "base/VisibleText.h"
 #include "store/CloudContainer.h"
 #include "store/TamberStorage.h"
 #include "store/TamberUser.h"
@@ -52,6 +54,14 @@ const TableCell &addCell()
 {
     static const TableCell cell = centredCell("2.2");
     return cell;
+}
+
+qsizetype documentsOf(const TamberUser &user)
+{
+    auto count = static_cast<qsizetype>(user.files().size());
+    for (StoreIndex i = 0; i < static_cast<StoreIndex>(user.foldersCount()); ++i)
+        count += static_cast<qsizetype>(user.folderAtIndex(i)->files().size());
+    return count;
 }
 
 // First and last name, or the one that there is.
@@ -106,6 +116,8 @@ void MUsersViewController::setTamberUsers(const std::shared_ptr<TamberUsers> &ta
     takeRegistry(tamberUsers);
     if (_tamberUsers)
         _tamberUsers->startQuery();
+    else
+        setEditing(false);
     updateTitle();
     updateBarButtons();
     reloadData();
@@ -122,10 +134,24 @@ void MUsersViewController::updateTitle()
 
 bool MUsersViewController::sortUsers()
 {
+    const bool namesChanged = findSharedNames();
     if (std::is_sorted(_sortedUsers.begin(), _sortedUsers.end(), comesBefore))
-        return false;
+        return namesChanged;
     std::stable_sort(_sortedUsers.begin(), _sortedUsers.end(), comesBefore);
     return true;
+}
+
+bool MUsersViewController::findSharedNames()
+{
+    QSet<QString> names;
+    QSet<QString> shared;
+    for (const User &user : _sortedUsers) {
+        const QString name = userDisplayName(user.get());
+        if (names.contains(name))
+            shared.insert(name);
+        names.insert(name);
+    }
+    return std::exchange(_sharedNames, shared) != shared;
 }
 
 void MUsersViewController::userAddedNotification(const Notification &notification)
@@ -139,9 +165,12 @@ void MUsersViewController::userAdded(const User &user)
     if (!user || isShown(user))
         return;
     _sortedUsers.push_back(user);
+    const QSet<QString> shared = _sharedNames;
     sortUsers();
     if (_sortedUsers.size() == 1)
         reloadRow({0, 0});
+    else if (_sharedNames != shared)
+        reloadData();
     else
         insertRow({0, rowOf(user)});
 }
@@ -271,10 +300,12 @@ TableCell MUsersViewController::userCell(const TamberUser &user) const
     cell.image = u"user.png"_s;
     cell.text = userDisplayName(&user);
     // A record that could not be read leaves no name, and a row needs one to be found by.
-    if (cell.text.isEmpty())
+    if (isBlank(cell.text))
         cell.text = localized("No name");
     if (!user.displayName().isEmpty())
         cell.detail = namesOf(user);
+    if (_sharedNames.contains(userDisplayName(&user)))
+        cell.accessibleName = spokenApart(cell.text, cell.detail, documentsOf(user));
     if (_mode == Mode::Browse) {
         cell.accessory = Accessory::DetailDisclosure;
         cell.accessoryName = localizedFormat("Edit %@", cell.text);

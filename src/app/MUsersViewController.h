@@ -7,6 +7,8 @@
 #include "store/TamberUsers.h"
 #include "ui/TableViewController.h"
 
+#include <QSet>
+
 #include <memory>
 #include <vector>
 
@@ -119,8 +121,10 @@ private:
     void takeRegistry(const std::shared_ptr<TamberUsers> &tamberUsers);
     void updateTitle();
     void userAddedNotification(const Notification &notification);
-    // False when the list was in order already.
+    // False when the list was in order already, and the same names are shared.
     bool sortUsers();
+    // Whether others are shared than before.
+    bool findSharedNames();
     void leaveBrowserOf(const User &user);
     void rowChanged(const User &user);
 
@@ -148,6 +152,8 @@ private:
     std::shared_ptr<MUsersViewControllerDelegate> _delegate;
     QString _actionButtonTitle;
     std::vector<User> _sortedUsers;
+    // The shown names that several users have.
+    QSet<QString> _sharedNames;
     // Being edited, moved or deleted.
     User _selectedUser;
     NotificationCenter::ObserverId _userAddedObserver = NotificationCenter::ObserverId::None;

@@ -8,7 +8,9 @@
 #include "app/ContainerMenus.h"
 #include "app/ContainerMoving.h"
 #include "app/ContainerScreen.h"
+#include "app/UserTexts.h"
 #include "base/SystemLog.h"
+#include "base/VisibleText.h"
 #include "store/CloudNames.h"
 #include "store/StoreContext.h"
 #include "store/StoreDisk.h"
@@ -152,8 +154,11 @@ TableCell TamberContainerViewController::cellForRow(IndexPath path) const
     cell.style = TableCell::Style::Value1;
     cell.text = item.title();
     if (item.isFolder()) {
-        if (cell.text.isEmpty())
+        if (isBlank(cell.text))
             cell.text = localized("Folder without a name");
+        if (contents().isNameShared(*item.folder))
+            cell.accessibleName =
+                spokenApart(cell.text, {}, static_cast<qsizetype>(item.folder->files().size()));
         cell.image = u"folder.png"_s;
         cell.accessory = isPicking() ? TableCell::Accessory::None : TableCell::Accessory::Disclosure;
     } else if (item.document) {
@@ -193,7 +198,13 @@ QString TamberContainerViewController::emptyText() const
 void TamberContainerViewController::updateEditButtonState()
 {
     const int count = contents().foldersCount() + (isPicking() ? 0 : contents().filesCount());
-    setItemEnabled(BarButtonItem::Kind::Edit, count != 0);
+    setItemEnabled(BarButtonItem::Kind::Edit, count != 0 || isEditing());
+}
+
+void TamberContainerViewController::setEditing(bool editing)
+{
+    TableViewController::setEditing(editing);
+    updateEditButtonState();
 }
 
 // Changes of the container
@@ -225,6 +236,7 @@ void TamberContainerViewController::folderAddedAtIndex(StoreIndex index)
     if (const auto folder = user ? user->folderAtIndex(index) : nullptr)
         folder->setUser(user);
     rowInserted({0, static_cast<int>(index)});
+    reloadTwins(index);
 }
 
 void TamberContainerViewController::folderDeletedAtIndex(StoreIndex index)
@@ -235,6 +247,14 @@ void TamberContainerViewController::folderDeletedAtIndex(StoreIndex index)
 void TamberContainerViewController::folderUpdatedAtIndex(StoreIndex index)
 {
     reloadRow({0, static_cast<int>(index)});
+    reloadTwins(index);
+}
+
+void TamberContainerViewController::reloadTwins(StoreIndex index)
+{
+    const auto folder = contents().itemAt({0, static_cast<int>(index)}).folder;
+    if (folder && contents().isNameShared(*folder))
+        reloadData();
 }
 
 int TamberContainerViewController::rowsInAll() const

@@ -56,6 +56,7 @@ public:
     int afterConnectionAction() const;
     // A local store may have changed on the disk.
     void showAsItIs();
+    void setEditing(bool editing) override;
     // For debugging, in no menu: adds a document whose title and text are the date.
     void handleAddDummyFileCommand();
 
@@ -91,10 +92,13 @@ private:
     // The one row that picks the user itself.
     bool isActionRow(int section) const;
     QString sizeText(const TamberDocument &document) const;
+    // Folders with this folder's name are spoken with what tells them apart.
+    void reloadTwins(StoreIndex index);
     // Of all sections, as they are now.
     int rowsInAll() const;
     void rowInserted(IndexPath path);
     void rowDeleted(IndexPath path);
+    // Editing that has begun can always be ended.
     void updateEditButtonState();
     void addBarButtons();
     void addButtonClicked();

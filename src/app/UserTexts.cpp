@@ -3,6 +3,7 @@
 
 #include "store/TamberUser.h"
 #include "store/TamberUsers.h"
+#include "ui/Texts.h"
 
 #include <algorithm>
 
@@ -21,6 +22,16 @@ QString userFullDescription(const TamberUser &user)
     if (!user.displayName().isEmpty())
         append(u" (" + user.displayName() + u')');
     return text;
+}
+
+QString spokenApart(const QString &text, const QString &detail, qsizetype documents)
+{
+    QStringList parts{text};
+    if (!detail.isEmpty())
+        parts.append(detail);
+    parts.append(documents == 1 ? localized("1 document")
+                                : localizedFormat("%@ documents", QString::number(documents)));
+    return parts.join(QStringLiteral(", "));
 }
 
 bool isListedUser(const std::shared_ptr<TamberUser> &user)

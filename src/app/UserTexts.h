@@ -13,6 +13,9 @@ class TamberUser;
 // parenthesis.
 QString userFullDescription(const TamberUser &user);
 
+// What a screen reader says of a row whose text others have as well: with the detail and the number of documents behind it.
+QString spokenApart(const QString &text, const QString &detail, qsizetype documents);
+
 // Whether the user's registry still lists the user; false for null.
 bool isListedUser(const std::shared_ptr<TamberUser> &user);
 

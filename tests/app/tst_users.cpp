@@ -21,6 +21,7 @@ private slots:
     void descriptions();
     void rows_data();
     void rows();
+    void usersOfOneNameAreSpokenApart();
     void titlesAndButtons_data();
     void titlesAndButtons();
     void firstUserTakesThePlaceholdersRow();
@@ -85,6 +86,19 @@ void tst_users::rows()
     const auto screen = bench.show();
     QCOMPARE(UsersBench::shown(*screen), texts);
     QCOMPARE(UsersBench::shown(*screen, TableModel::DetailRole), details);
+}
+
+void tst_users::usersOfOneNameAreSpokenApart()
+{
+    UsersBench bench;
+    bench.rig.put(bench.putUser(u"Ann/Lee/"_s) + u"/Letter.tamber"_s, "L");
+    bench.putUser(u"Ben/Okoro/"_s);
+    const auto screen = bench.show();
+    QCOMPARE(UsersBench::shown(*screen, TableModel::AccessibleNameRole), (QStringList{{}, {}}));
+    bench.registry()->addUserWithFirstName(u"Anna"_s, u"Leeds"_s, u"Ann Lee"_s);
+    bench.settle();
+    QCOMPARE(UsersBench::shown(*screen, TableModel::AccessibleNameRole),
+             (QStringList{u"Ann Lee, 1 document"_s, u"Ann Lee, Anna Leeds, 0 documents"_s, {}}));
 }
 
 void tst_users::titlesAndButtons_data()
