@@ -647,6 +647,10 @@
         <source>%@ is larger than 2 MB and was not opened.</source>
         <translation>%@ is larger than 2 MB and was not opened.</translation>
     </message>
+    <message id="%@ is larger than 5 MB and was not opened.">
+        <source>%@ is larger than 5 MB and was not opened.</source>
+        <translation>%@ is larger than 5 MB and was not opened.</translation>
+    </message>
     <message id="%@ does not hold text that can be read.">
         <source>%@ does not hold text that can be read.</source>
         <translation>%@ does not hold text that can be read.</translation>
@@ -818,6 +822,30 @@
     <message id="A document could not be fetched from the cloud.">
         <source>A document could not be fetched from the cloud.</source>
         <translation>A document could not be fetched from the cloud.</translation>
+    </message>
+    <message id="The disk is full.">
+        <source>The disk is full.</source>
+        <translation>The disk is full.</translation>
+    </message>
+    <message id="There is no permission for it.">
+        <source>There is no permission for it.</source>
+        <translation>There is no permission for it.</translation>
+    </message>
+    <message id="Nothing can be written there.">
+        <source>Nothing can be written there.</source>
+        <translation>Nothing can be written there.</translation>
+    </message>
+    <message id="It or its folder is not there any more.">
+        <source>It or its folder is not there any more.</source>
+        <translation>It or its folder is not there any more.</translation>
+    </message>
+    <message id="This title is in use there.">
+        <source>This title is in use there.</source>
+        <translation>This title is in use there.</translation>
+    </message>
+    <message id="It is not a file.">
+        <source>It is not a file.</source>
+        <translation>It is not a file.</translation>
     </message>
     <message id="1 document">
         <source>1 document</source>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Inbox.h"
 
+#include "app/StoreNotices.h"
 #include "app/TextImport.h"
 #include "base/Locations.h"
 #include "base/PathBytes.h"
@@ -129,11 +130,11 @@ void Inbox::fileRead(const ReadResult &read)
     const QString name = FileURL::file(*_copying).lastPathComponent();
     const QString shown = visibleText(name);
     if (std::max<qint64>(read.stamp.size, read.bytes.size()) > LargestImport)
-        refuse(localizedFormat("%@ is larger than 2 MB and was not opened.", shown));
+        refuse(localizedFormat("%@ is larger than 5 MB and was not opened.", shown));
     else if (!read.ok())
-        refuse(localizedFormat("%@ could not be opened.", shown) % u" ("_s % read.message % u')');
+        refuse(localizedFormat("%@ could not be opened.", shown), read);
     else if (const FileResult made = _store.disk.makeFolders(_folder); !made.ok())
-        refuse(localizedFormat("%@ could not be taken over.", shown) % u" ("_s % made.message % u')');
+        refuse(localizedFormat("%@ could not be taken over.", shown), made);
     else
         write(name, read.bytes, 1);
 }
@@ -151,8 +152,7 @@ void Inbox::write(const QString &name, const QByteArray &bytes, int attempt)
                 return;
             }
             if (!result.ok()) {
-                refuse(localizedFormat("%@ could not be taken over.", visibleText(name)) % u" ("_s %
-                       result.message % u')');
+                refuse(localizedFormat("%@ could not be taken over.", visibleText(name)), result);
                 return;
             }
             _copies.push_back(copy);
@@ -160,10 +160,12 @@ void Inbox::write(const QString &name, const QByteArray &bytes, int attempt)
         });
 }
 
-void Inbox::refuse(const QString &sentence)
+void Inbox::refuse(const QString &sentence, const FileResult &result)
 {
+    if (!result.ok())
+        _store.log.error(result.message);
     if (_receiver.refused)
-        _receiver.refused(sentence);
+        _receiver.refused(withReason(sentence, result.message));
     copyEnded();
 }
 

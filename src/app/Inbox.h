@@ -59,7 +59,8 @@ private:
     void fileRead(const ReadResult &read);
     void write(const QString &name, const QByteArray &bytes, int attempt);
     void copyEnded();
-    void refuse(const QString &sentence);
+    // With the reason, where a person can act on it; the log has it whatever it is.
+    void refuse(const QString &sentence, const FileResult &result = {});
 
     StoreContext &_store;
     TaskRunner &_tasks;

@@ -79,7 +79,7 @@ QString shownAddress(const void *object)
 MAppDelegate::MAppDelegate(const AppServices &services)
     : _services(services)
     , _inbox(services.store, services.tasks, services.locations)
-    , _notices(std::make_shared<StoreNotices>(services.presenter))
+    , _notices(std::make_shared<StoreNotices>(services.presenter, services.store.log))
     , _presentLater(services.store.runLoop)
     , _lookLater(services.store.runLoop)
 {}

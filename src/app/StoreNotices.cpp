@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/StoreNotices.h"
 
+#include "base/ErrorText.h"
+#include "base/SystemLog.h"
+#include "store/StoreContext.h"
 #include "store/StoreNames.h"
 #include "ui/Presenter.h"
 #include "ui/Texts.h"
+
+#include <cerrno>
 
 namespace cvtamber {
 
@@ -40,7 +45,40 @@ constexpr NoticeTexts Texts[] = {
 };
 // clang-format on
 
+struct Reason
+{
+    QString why;
+    const char *key;
+};
+
+const char *reasonOf(const QString &why)
+{
+    const auto of = [](std::errc error) { return errorText(std::make_error_code(error)); };
+    static const Reason reasons[] = {
+        {of(std::errc::no_space_on_device), "The disk is full."},
+#ifdef EDQUOT
+        {errorText({EDQUOT, std::generic_category()}), "The disk is full."},
+#endif
+        {of(std::errc::permission_denied), "There is no permission for it."},
+        {of(std::errc::operation_not_permitted), "There is no permission for it."},
+        {of(std::errc::read_only_file_system), "Nothing can be written there."},
+        {of(std::errc::no_such_file_or_directory), "It or its folder is not there any more."},
+        {u"its folder is gone"_s, "It or its folder is not there any more."},
+        {u"this title is in use there"_s, "This title is in use there."},
+        {u"it is not a file"_s, "It is not a file."},
+    };
+    const auto *const found = std::find_if(std::begin(reasons), std::end(reasons),
+                                           [&why](const Reason &reason) { return reason.why == why; });
+    return found == std::end(reasons) ? nullptr : found->key;
+}
+
 } // namespace
+
+QString withReason(const QString &sentence, const QString &why)
+{
+    const char *reason = reasonOf(why);
+    return reason ? QString(sentence % u' ' % localized(reason)) : sentence;
+}
 
 QString StoreNotices::textOf(const StoreProblem &problem)
 {
@@ -50,11 +88,13 @@ QString StoreNotices::textOf(const StoreProblem &problem)
     const bool isDocument = problem.url.pathExtension() == DocumentExtension;
     const QString text = isDocument ? localizedFormat(texts->ofDocument, problem.url.nameWithoutExtension())
                                     : localized(texts->ofOther);
-    return problem.why.isEmpty() ? text : QString(text % u" ("_s % problem.why % u')');
+    return withReason(text, problem.why);
 }
 
 void StoreNotices::storeProblem(const StoreProblem &problem)
 {
+    if (!problem.why.isEmpty() && !reasonOf(problem.why))
+        _log.error(loggedURL(problem.url) % u" - "_s % problem.why);
     _presenter.showNotice(textOf(problem));
 }
 

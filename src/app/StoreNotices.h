@@ -6,14 +6,20 @@
 namespace cvtamber {
 
 class Presenter;
+class SystemLog;
+
+// The sentence, and behind it why in a person's words where that can be acted on: the disk is full, say. Of everything else the
+// system's words belong in the log. `why` as in StoreProblem. Pure.
+QString withReason(const QString &sentence, const QString &why);
 
 // Tells people what failed in the store: a notice each, without a name that belongs to the store alone.
-// Owner: start-up; the presenter outlives it.
+// Owner: start-up; the presenter and the log outlive it.
 class StoreNotices final : public StoreProblemObserver
 {
 public:
-    explicit StoreNotices(Presenter &presenter)
+    StoreNotices(Presenter &presenter, SystemLog &log)
         : _presenter(presenter)
+        , _log(log)
     {}
 
     void storeProblem(const StoreProblem &problem) override;
@@ -22,6 +28,7 @@ public:
 
 private:
     Presenter &_presenter;
+    SystemLog &_log;
 };
 
 } // namespace cvtamber

@@ -10,9 +10,9 @@ namespace cvtamber {
 
 class StoreDisk;
 
-// The largest file that is taken in: 2 MiB, some two thousand pages of braille. The window stands still for about a second per MiB
-// while a text is laid out.
-inline constexpr qint64 LargestImport = qint64{2} * 1024 * 1024;
+// The largest file that is taken in: 5 MiB, some five thousand pages of braille. The window stands still for about a second per
+// MiB while a text is laid out.
+inline constexpr qint64 LargestImport = qint64{5} * 1024 * 1024;
 // The most characters in a row without a place for a line break. What has more is no writing, and the time to lay it out grows
 // with its square.
 inline constexpr qsizetype LongestWord = 4096;
