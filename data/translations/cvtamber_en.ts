@@ -643,13 +643,17 @@
         <source>Corvane</source>
         <translation>Corvane</translation>
     </message>
-    <message id="%@ is larger than 2 MB and was not opened.">
-        <source>%@ is larger than 2 MB and was not opened.</source>
-        <translation>%@ is larger than 2 MB and was not opened.</translation>
-    </message>
     <message id="%@ is larger than 5 MB and was not opened.">
         <source>%@ is larger than 5 MB and was not opened.</source>
         <translation>%@ is larger than 5 MB and was not opened.</translation>
+    </message>
+    <message id="%@ is waiting. It opens when this is closed.">
+        <source>%@ is waiting. It opens when this is closed.</source>
+        <translation>%@ is waiting. It opens when this is closed.</translation>
+    </message>
+    <message id="Something else was opened meanwhile. Please choose again.">
+        <source>Something else was opened meanwhile. Please choose again.</source>
+        <translation>Something else was opened meanwhile. Please choose again.</translation>
     </message>
     <message id="%@ does not hold text that can be read.">
         <source>%@ does not hold text that can be read.</source>

@@ -111,6 +111,8 @@ private:
     FileURL localStorageURL() const;
     FileURL ubiquotusStorageURL() const;
 
+    // Nothing is above the tabs: no screen and no question.
+    bool mayPresent(const TabBarController &tabs) const;
     void presentImports();
     bool presentImport(TabBarController &tabs, const FileURL &url);
     void importShown(const FileURL &url);

@@ -2,6 +2,7 @@
 #include "app/MAppDelegate.h"
 
 #include "app/MGlobals.h"
+#include "app/StoreNotices.h"
 #include "app/TextImport.h"
 #include "base/UserDefaults.h"
 #include "base/VisibleText.h"
@@ -53,11 +54,11 @@ QString whyNotImported(const QString &name, const ImportedText &import)
 {
     switch (import.outcome) {
     case ImportedText::Outcome::TooLarge:
-        return localizedFormat("%@ is larger than 2 MB and was not opened.", name);
+        return localizedFormat("%@ is larger than 5 MB and was not opened.", name);
     case ImportedText::Outcome::NotText:
         return localizedFormat("%@ does not hold text that can be read.", name);
     default:
-        return localizedFormat("%@ could not be opened.", name) % u" ("_s % import.why % u')';
+        return withReason(localizedFormat("%@ could not be opened.", name), import.why);
     }
 }
 
@@ -98,15 +99,26 @@ void MAppDelegate::importFile(const FileURL &url)
 {
     log(CVTAMBER_HERE, "debug", u"-(void)importFile:"_s % loggedURL(url));
     _imports.push_back(url);
+    // Those that come behind another one wait for it without a word.
+    const auto tabs = MGlobals::tabBarController();
+    if (_imports.size() == 1 && tabs && !mayPresent(*tabs))
+        _services.presenter.showNotice(localizedFormat("%@ is waiting. It opens when this is closed.",
+                                                       visibleText(url.lastPathComponent())));
     presentImports();
 }
 
+// An answer may open something, which goes before.
+bool MAppDelegate::mayPresent(const TabBarController &tabs) const
+{
+    return !tabs.presentedViewController() && !_services.presenter.isAsking();
+}
+
 // The first one that waits is read when nothing is above the tabs, and waits on until its editor is there: what is
-// presented may be dropped.
+// presented may be refused.
 void MAppDelegate::presentImports()
 {
     const auto tabs = MGlobals::tabBarController();
-    while (!_imports.empty() && tabs && !tabs->presentedViewController()) {
+    while (!_imports.empty() && tabs && mayPresent(*tabs)) {
         if (presentImport(*tabs, _imports.front()))
             break;
         _imports.pop_front();
@@ -124,6 +136,7 @@ bool MAppDelegate::presentImport(TabBarController &tabs, const FileURL &url)
     const ImportedText import =
         readTextFile(_services.store.disk, url, _services.preferredLanguages().value(0));
     if (!import.ok()) {
+        log(CVTAMBER_HERE, "***ERROR***", loggedURL(url) % u' ' % import.why);
         _refusals.append(whyNotImported(visibleText(url.lastPathComponent()), import));
         removeHandedOver(url);
         return false;
@@ -134,12 +147,13 @@ bool MAppDelegate::presentImport(TabBarController &tabs, const FileURL &url)
     editor->setShowSaveButton(true);
     const auto navigation = NavigationController::withRoot(_services.presenter, editor);
     navigation->setModalPresentationStyle(PresentationStyle::FormSheet);
-    tabs.presentViewController(navigation, true,
-                               [editor, text = import.text, url, delegate = weak_from_this()] {
-                                   editor->setText(text);
-                                   if (const auto self = delegate.lock())
-                                       self->importShown(url);
-                               });
+    const auto shown = [editor, text = import.text, url, delegate = weak_from_this()] {
+        editor->setText(text);
+        if (const auto self = delegate.lock())
+            self->importShown(url);
+    };
+    // It is tried again while the file waits.
+    tabs.presentViewController(navigation, true, shown, [] {});
     return true;
 }
 

@@ -67,6 +67,7 @@ public:
              Finished finished) override;
     void showAlert(const AlertView &alert) override;
     void showActionSheet(const ActionSheet &sheet) override;
+    bool isAsking() const override { return !_questions->isIdle(); }
     void showNotice(const QString &text) override;
     void announce(const QString &text) override;
 

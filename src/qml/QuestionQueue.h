@@ -34,6 +34,8 @@ public:
     // While held nothing new is shown.
     void setHeld(bool held);
     bool isAsking() const { return !_popup.isNull(); }
+    // None is shown and none waits.
+    bool isIdle() const { return !isAsking() && _waiting.empty(); }
 
 signals:
     // The dialog has gone; before its answer is given.

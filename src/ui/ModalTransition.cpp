@@ -10,13 +10,13 @@ ModalTransition::ModalTransition(ViewController::Completion completion, Done don
     , _done(std::move(done))
 {}
 
-void ModalTransition::present(const Controller &presenting, const Controller &controller, bool animated,
+bool ModalTransition::present(const Controller &presenting, const Controller &controller, bool animated,
                               ViewController::Completion completion, Done done)
 {
     const auto host = outermostOf(*presenting);
     if (!mayPresent(*presenting, *host, *controller)) {
         done();
-        return;
+        return false;
     }
     const auto transition = std::make_shared<ModalTransition>(std::move(completion), std::move(done));
     transition->link(presenting, host, controller);
@@ -27,6 +27,7 @@ void ModalTransition::present(const Controller &presenting, const Controller &co
     transition->begin();
     presenting->presenter().present(controller, controller->modalPresentationStyle(),
                                     controller->modalTransitionStyle(), animated, transition->finished());
+    return true;
 }
 
 void ModalTransition::dismiss(Presenter &presenter, const Controller &controller, bool animated,

@@ -17,8 +17,8 @@ public:
     using Controller = std::shared_ptr<ViewController>;
     using Done = TransitionQueue::Done;
 
-    // `done` is called when the completion has run, or when there was nothing to do.
-    static void present(const Controller &presenting, const Controller &controller, bool animated,
+    // `done` is called when the completion has run, or when there was nothing to do. False where nothing may be presented now.
+    static bool present(const Controller &presenting, const Controller &controller, bool animated,
                         ViewController::Completion completion, Done done);
     static void dismiss(Presenter &presenter, const Controller &controller, bool animated,
                         ViewController::Completion completion, Done done);

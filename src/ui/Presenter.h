@@ -61,6 +61,8 @@ public:
     // ViewController::showAlert and showActionSheet.
     virtual void showAlert(const AlertView &alert) = 0;
     virtual void showActionSheet(const ActionSheet &sheet) = 0;
+    // A question is shown or waits to be shown.
+    virtual bool isAsking() const = 0;
 
     // A line that does not take the focus, is announced to screen readers and goes by itself.
     virtual void showNotice(const QString &text) = 0;

@@ -92,15 +92,20 @@ bool ViewController::updateEditItems()
     return isChanged;
 }
 
-void ViewController::presentViewController(const Controller &controller, bool animated, Completion completion)
+void ViewController::presentViewController(const Controller &controller, bool animated, Completion completion,
+                                           Completion refused)
 {
-    const auto current = presentedViewController();
-    if (!controller || (current && !current->_isLeaving))
+    if (!controller)
         return;
+    const auto current = presentedViewController();
+    if (current && !current->_isLeaving) {
+        refuseToPresent(refused);
+        return;
+    }
     _awaited = controller;
     controller->_isLeaving = false;
-    auto transition = [weak = weak_from_this(), controller, animated,
-                       completion = std::move(completion)](const TransitionQueue::Done &done) {
+    auto transition = [weak = weak_from_this(), controller, animated, completion = std::move(completion),
+                       refused = std::move(refused)](const TransitionQueue::Done &done) {
         const auto self = weak.lock();
         if (!self) {
             done();
@@ -108,9 +113,19 @@ void ViewController::presentViewController(const Controller &controller, bool an
         }
         if (self->_awaited.lock() == controller)
             self->_awaited.reset();
-        ModalTransition::present(self, controller, animated, completion, done);
+        if (!ModalTransition::present(self, controller, animated, completion, done))
+            self->refuseToPresent(refused);
     };
     _presenter.transitions().add(std::move(transition));
+}
+
+// What a person has chosen is done or told.
+void ViewController::refuseToPresent(const Completion &refused) const
+{
+    if (refused)
+        refused();
+    else if (!hasGone())
+        _presenter.showNotice(localized("Something else was opened meanwhile. Please choose again."));
 }
 
 void ViewController::dismissViewController(bool animated, Completion completion)

@@ -60,8 +60,10 @@ public:
     TransitionStyle modalTransitionStyle() const { return _transitionStyle; }
     void setModalTransitionStyle(TransitionStyle style) { _transitionStyle = style; }
     // Above this screen's outermost container. A screen that already presents one or stands in a container that does,
-    // or that is not shown, presents nothing and drops the completion.
-    void presentViewController(const Controller &controller, bool animated, Completion completion = {});
+    // or that is not shown, presents nothing and drops the completion: `refused` runs in its place. Without one the person is
+    // told, unless the screen has gone.
+    void presentViewController(const Controller &controller, bool animated, Completion completion = {},
+                               Completion refused = {});
     // Dismisses what this screen presents, or itself (its outermost container) when it presents nothing, with all that
     // stands above. Nothing to dismiss: the completion runs from the loop all the same. Asked twice it dismisses once.
     void dismissViewController(bool animated, Completion completion = {});
@@ -131,6 +133,7 @@ private:
     // By value: the action may replace the items.
     void itemClicked(QList<BarButtonItem> items, int index);
     std::function<std::shared_ptr<const void>()> asker() const;
+    void refuseToPresent(const Completion &refused) const;
 
     Presenter &_presenter;
     QString _title;

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "AppBench.h"
 #include "app/MEditUserDialog.h"
+#include "app/StoreNotices.h"
 #include "app/TextImport.h"
+#include "base/ErrorText.h"
 #include "support/FaultyFileOperations.h"
 #include "support/Rows.h"
 #include "ui/TableModel.h"
@@ -188,10 +190,57 @@ private slots:
         bench.delegate->importFile(bench.inInbox(u"Letter.txt"_s));
         bench.rig.settle();
         QVERIFY(!bench.editor() && bench.hasLocal(u"Inbox/Letter.txt"_s));
+        QCOMPARE(bench.presenter->notices(),
+                 QStringList{u"Letter.txt is waiting. It opens when this is closed."_s});
         bench.users(0)->dismissViewController(true);
         bench.rig.loop.advance(std::chrono::seconds(2));
         bench.rig.settle();
         QVERIFY(bench.editor());
+    }
+
+    // What is chosen in a menu that is up comes first.
+    void anImportWaitsForTheQuestionThatIsUp()
+    {
+        AppBench bench;
+        bench.launchWhole();
+        const auto chosen = std::make_shared<ViewController>(*bench.presenter);
+        ActionSheet sheet;
+        sheet.buttons = {u"Open"_s};
+        sheet.didDismiss = [&](const ActionSheet &, int) {
+            bench.users(0)->presentViewController(chosen, true);
+        };
+        bench.users(0)->showActionSheet(sheet);
+        bench.put(u"Inbox/Letter.txt"_s, "text");
+        bench.delegate->importFile(bench.inInbox(u"Letter.txt"_s));
+        bench.rig.loop.advance(std::chrono::seconds(2));
+        QVERIFY(!bench.editor());
+        QCOMPARE(bench.presenter->notices().size(), 1);
+        bench.presenter->answerSheet(0);
+        bench.rig.loop.advance(std::chrono::seconds(2));
+        QCOMPARE(bench.presenter->front(), chosen);
+        bench.users(0)->dismissViewController(true);
+        bench.rig.loop.advance(std::chrono::seconds(2));
+        bench.rig.settle();
+        QVERIFY(bench.editor());
+        QCOMPARE(bench.presenter->notices().size(), 1);
+    }
+
+    void reasonsAreToldWhereTheyHelp_data()
+    {
+        columns<QString, QString>("why", "told");
+        row("full", errorText(std::make_error_code(std::errc::no_space_on_device)),
+            u"Letter could not be saved. The disk is full."_s);
+        row("gone", errorText(std::make_error_code(std::errc::no_such_file_or_directory)),
+            u"Letter could not be saved. It or its folder is not there any more."_s);
+        row("nothing to be done", errorText(std::make_error_code(std::errc::io_error)),
+            u"Letter could not be saved."_s);
+        row("none", QString(), u"Letter could not be saved."_s);
+    }
+    void reasonsAreToldWhereTheyHelp()
+    {
+        QFETCH(QString, why);
+        QTEST(StoreNotices::textOf({StoreProblem::What::Save, FileURL::file(u"/Letter.tamber"_s), why, {}}),
+              "told");
     }
 
     void aCloudLaunchShowsItsScreensOnceTheStoreIsFound()

@@ -135,16 +135,37 @@ def refusals(desk, binary, p):
     put(desk, "undecodable", b"\x81\x8d")
     for name, words in (("pipe", "could not be opened"), ("dangling", "could not be opened"),
                         ("folder", "could not be opened"), ("vanished", "could not be opened"),
-                        ("/dev/zero", "could not be opened"), ("huge", "is larger than 2 MB"),
+                        ("/dev/zero", "could not be opened"), ("huge", "is larger than 5 MB"),
                         ("binary", "does not hold text"), ("endless", "does not hold text"),
                         ("undecodable", "does not hold text")):
         give(desk, binary, home / name)
         p.see(f"{pathlib.Path(name).name} {words}...", "notification")
         assert not p.find("Save"), f"an editor for {name}"
     give(desk, binary, home / "pipe", home / "binary", home / "folder", home / "huge")
-    p.see("pipe could not be opened. (it is not a file) binary does not hold text that can be read. folder could ...",
+    p.see("pipe could not be opened. It is not a file. binary does not hold text that can be read. folder could ...",
           "notification")
     until(lambda: not any((desk.documents / "Inbox").iterdir()), "an empty Inbox")
+
+
+def waits_for_a_menu(desk, binary, p):
+    """What is chosen in the menu comes first."""
+    p.press("Ann Lee...")
+    p.press("Letter,...")
+    p.see("Preview")
+    give(desk, binary, put(desk, "Later.txt", b"handed over later"))
+    until(lambda: "Later.txt is waiting. It opens when this is closed." in p.outline(), "the news")
+    p.press("Move")
+    p.press("Ann Lee...", "list item")
+    p.see_no("Ann Lee...", "list item")
+    p.press("Cancel")
+    sees_text(p, "handed over later")
+    leave_editor(p)
+    # A touch beside a menu is its Cancel.
+    p.press("Letter,...")
+    p.see("Preview")
+    p.xdotool("mousemove", "--window", p.window, 20, 300, "click", 1)
+    p.see_no("Preview")
+    p.press("Back")
 
 
 def requests_of_the_desktop(desk, p):
@@ -208,6 +229,7 @@ def main():
             second_starts(desk, binary, p, pupil)
             names_of_every_kind(desk, binary, p)
             refusals(desk, binary, p)
+            waits_for_a_menu(desk, binary, p)
             requests_of_the_desktop(desk, p)
         documents_for_others(desk, binary)
 

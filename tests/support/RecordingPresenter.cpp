@@ -49,12 +49,25 @@ bool RecordingPresenter::answerAlert(int button, const std::optional<QString> &t
 {
     if (_alerts.empty() || button < 0 || button >= _alerts.back().buttons.size())
         return false;
+    endAlert(button, text);
+    return true;
+}
+
+bool RecordingPresenter::cancelAlert(const std::optional<QString> &text)
+{
+    if (!alert() || !alert()->closesWithoutButton)
+        return alert() && answerAlert(alert()->cancelButtonIndex, text);
+    endAlert(AlertView::NoButton, text);
+    return true;
+}
+
+void RecordingPresenter::endAlert(int button, const std::optional<QString> &text)
+{
     const auto answered = std::move(_alerts.back());
     _alerts.pop_back();
     const auto shown = answered.textField ? answered.textField->text : QString();
     if (answered.didDismiss)
         answered.didDismiss(answered, button, text.value_or(shown));
-    return true;
 }
 
 bool RecordingPresenter::answerAlert(const QString &button, const std::optional<QString> &text)

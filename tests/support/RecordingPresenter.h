@@ -70,7 +70,7 @@ public:
     bool answerSheet(int button);
     bool answerSheet(const QString &button);
     // Escape; false when there is no cancel button.
-    bool cancelAlert() { return alert() && answerAlert(alert()->cancelButtonIndex); }
+    bool cancelAlert(const std::optional<QString> &text = {});
     bool cancelSheet() { return sheet() && answerSheet(sheet()->cancelButtonIndex); }
 
     const QStringList &notices() const { return _notices; }
@@ -86,6 +86,7 @@ public:
              Finished finished) override;
     void showAlert(const AlertView &alert) override { _alerts.push_back(alert); }
     void showActionSheet(const ActionSheet &sheet) override { _sheets.push_back(sheet); }
+    bool isAsking() const override { return !_alerts.empty() || !_sheets.empty(); }
     void showNotice(const QString &text) override { _notices.append(text); }
     void announce(const QString &text) override { _announcements.append(text); }
 
@@ -93,6 +94,7 @@ protected:
     void drawRoot(const Controller &root) override;
 
 private:
+    void endAlert(int button, const std::optional<QString> &text);
     void animate(Finished finished);
     void scheduleEnd();
 

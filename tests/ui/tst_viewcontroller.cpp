@@ -12,6 +12,7 @@ class TestViewController : public QObject
 private slots:
     void coveredPresenterIsInUse();
     void knowsWhoPresentsWhom();
+    void whatCannotBePresentedIsTold();
     void whoHasGone();
     void actionsWhileScreensChange();
     void goneScreensAreFreed();
@@ -65,6 +66,31 @@ void TestViewController::knowsWhoPresentsWhom()
     QCOMPARE(bench.at("B")->presentingViewController(), asker);
     QCOMPARE(bench.at("A")->presentingViewController(), nullptr);
     QCOMPARE(asker->navigationController(), bench.navigation);
+}
+
+void TestViewController::whatCannotBePresentedIsTold()
+{
+    ScreenBench bench;
+    const auto &asker = bench.at("R");
+    int refused = 0;
+    const auto refuse = [&refused] { ++refused; };
+    bench.run(QStringLiteral("present:R:A"));
+    // While it comes, and once it is there.
+    for (int times = 1; times <= 2; ++times) {
+        asker->presentViewController(bench.at("B"), true);
+        asker->presentViewController(bench.at("B"), true, {}, refuse);
+        QCOMPARE(bench.presenter.notices().size(), times);
+        QCOMPARE(refused, times);
+        bench.endAnimation();
+    }
+    // Another screen came before it in the queue.
+    bench.run(QStringLiteral("dismiss:R"));
+    bench.tabs->presentViewController(bench.at("A"), true);
+    asker->presentViewController(bench.at("B"), true, {}, refuse);
+    bench.endAnimation();
+    bench.endAnimation();
+    QCOMPARE(bench.presenter.front(), bench.at("A"));
+    QCOMPARE(refused, 3);
 }
 
 void TestViewController::whoHasGone()
@@ -214,6 +240,7 @@ public:
     }
     void showAlert(const AlertView &) override {}
     void showActionSheet(const ActionSheet &) override {}
+    bool isAsking() const override { return false; }
     void showNotice(const QString &) override {}
     void announce(const QString &) override {}
 
