@@ -500,8 +500,8 @@
         <translation>Rename</translation>
     </message>
     <message id="4.18">
-        <source>Both buttons apply the name as it stands here. To keep the old name, leave it unchanged.</source>
-        <translation>Both buttons apply the name as it stands here. To keep the old name, leave it unchanged.</translation>
+        <source>Both buttons apply the name as it stands here. Escape closes without renaming.</source>
+        <translation>Both buttons apply the name as it stands here. Escape closes without renaming.</translation>
     </message>
     <message id="0.1">
         <source>Document: %@</source>
@@ -567,6 +567,10 @@
         <source>A folder needs a name.</source>
         <translation>A folder needs a name.</translation>
     </message>
+    <message id="A document needs a name.">
+        <source>A document needs a name.</source>
+        <translation>A document needs a name.</translation>
+    </message>
     <message id="No program on this device shows text files.">
         <source>No program on this device shows text files.</source>
         <translation>No program on this device shows text files.</translation>
@@ -615,9 +619,9 @@
         <source>F2: renames a document or folder.</source>
         <translation>F2: renames a document or folder.</translation>
     </message>
-    <message id="Escape: Cancel or back.">
-        <source>Escape: Cancel or back.</source>
-        <translation>Escape: Cancel or back.</translation>
+    <message id="Escape: Cancel or back. It closes Rename without renaming.">
+        <source>Escape: Cancel or back. It closes Rename without renaming.</source>
+        <translation>Escape: Cancel or back. It closes Rename without renaming.</translation>
     </message>
     <message id="Ctrl+Page Up, Ctrl+Page Down: from section to section.">
         <source>Ctrl+Page Up, Ctrl+Page Down: from section to section.</source>

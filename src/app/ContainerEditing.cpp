@@ -4,6 +4,7 @@
 #include "app/ContainerMenus.h"
 #include "app/ContainerScreen.h"
 #include "base/SystemLog.h"
+#include "base/VisibleText.h"
 #include "store/CloudNames.h"
 #include "store/StoreNames.h"
 
@@ -44,7 +45,7 @@ void ContainerEditing::handleAddFolderCommand()
 void ContainerEditing::addFolder(const QString &name)
 {
     _screen.context().log.info(SystemLog::masked(name));
-    if (name.isEmpty())
+    if (isBlank(name))
         _screen.tell("A folder needs a name.");
     else if (const auto &user = _screen.contents().user())
         user->addFolderWithName(name);
@@ -54,16 +55,22 @@ void ContainerEditing::askForNewName(const ContainerItem &item)
 {
     AlertView alert = prompt(RenameTag, "4.17", {item.title(), false, true});
     alert.message = localized("4.18");
-    alert.didDismiss = [this, item](const AlertView &, int /*either*/, const QString &text) {
-        rename(item, text);
+    alert.closesWithoutButton = true;
+    alert.didDismiss = [this, item](const AlertView &, int buttonIndex, const QString &text) {
+        if (buttonIndex != AlertView::NoButton)
+            rename(item, text);
     };
     _screen.ask(alert);
 }
 
 void ContainerEditing::rename(const ContainerItem &item, const QString &name)
 {
-    if (!_screen.isStillThere(item) || name.isEmpty())
+    if (!_screen.isStillThere(item))
         return;
+    if (isBlank(name)) {
+        _screen.tell(item.isFolder() ? "A folder needs a name." : "A document needs a name.");
+        return;
+    }
     if (item.isFolder()) {
         item.folder->setName(name);
         _screen.reload();

@@ -19,7 +19,7 @@ public:
     {}
 
     void handleAddFolderCommand();
-    // Both buttons of the prompt rename, Cancel (and with it Escape) too.
+    // Both buttons of the prompt rename, Cancel too; Escape does not.
     void askForNewName(const ContainerItem &item);
     void handleDeleteFileCommand(const ContainerItem &item);
     // Of two versions of a document, of which `copy` is the one beside it. What is not kept is asked for first. Without the

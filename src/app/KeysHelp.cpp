@@ -15,7 +15,7 @@ AlertView keysHelp()
                                 localized("Menu, Shift+F10: the row's detail button."),
                                 localized("Delete: deletes the row, where rows can be deleted."),
                                 localized("F2: renames a document or folder."),
-                                localized("Escape: Cancel or back."),
+                                localized("Escape: Cancel or back. It closes Rename without renaming."),
                                 localized("Ctrl+Page Up, Ctrl+Page Down: from section to section."),
                                 localized("Ctrl+C: copies a message of the chat.")}
                         .join(u'\n');

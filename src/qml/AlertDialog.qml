@@ -4,13 +4,14 @@ import QtQuick.Controls.Basic
 import QtQuick.Templates as T
 import CVTamber
 
-// A question with buttons and at most one text to type. Escape is the Cancel button.
+// A question with buttons and at most one text to type. Escape is the Cancel button, or closes without a button.
 Dialog {
     id: dialog
 
     required property string message
     required property list<string> buttons
     required property int cancelIndex
+    required property bool closesWithoutButton
     required property bool hasTextField
     required property string initialText
     required property bool selectsAll
@@ -29,8 +30,8 @@ Dialog {
         close();
     }
     function leave(): bool {
-        if (cancelIndex >= 0)
-            choose(cancelIndex);
+        if (closesWithoutButton || cancelIndex >= 0)
+            choose(closesWithoutButton ? -1 : cancelIndex);
         return true;
     }
     function focusFirst(): void {

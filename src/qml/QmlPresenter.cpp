@@ -299,6 +299,7 @@ QObject *QmlPresenter::makeAlert(const AlertView &alert)
         {QStringLiteral("message"), alert.message},
         {QStringLiteral("buttons"), alert.buttons},
         {QStringLiteral("cancelIndex"), alert.cancelButtonIndex},
+        {QStringLiteral("closesWithoutButton"), alert.closesWithoutButton},
         {QStringLiteral("hasTextField"), alert.textField.has_value()},
         {QStringLiteral("initialText"), field.text},
         {QStringLiteral("selectsAll"), field.selectsAll},

@@ -71,6 +71,8 @@ private slots:
     void renames_data();
     void renames();
     void renamesAFolder();
+    void foldersOfOneNameAreSpokenApart();
+    void editingEndsAfterTheLastRow();
     void deletes_data();
     void deletes();
     void makesFolders_data();
@@ -321,12 +323,13 @@ void tst_browser::secondQuestionIsDropped()
 
 void tst_browser::renames_data()
 {
-    columns<QString, QString, QString>("text", "button", "title");
-    row("OK", u"note"_s, u"OK"_s, u"note"_s);
-    row("Cancel renames too", u"note"_s, u"Cancel"_s, u"note"_s);
-    row("Escape", u"note"_s, u"Escape"_s, u"note"_s);
-    row("empty", u""_s, u"OK"_s, u"letter"_s);
-    row("unchanged", u"letter"_s, u"Cancel"_s, u"letter"_s);
+    columns<QString, QString, QString, int>("text", "button", "title", "notices");
+    row("OK", u"note"_s, u"OK"_s, u"note"_s, 0);
+    row("Cancel renames too", u"note"_s, u"Cancel"_s, u"note"_s, 0);
+    row("Escape does not", u"note"_s, u"Escape"_s, u"letter"_s, 0);
+    row("empty", u""_s, u"OK"_s, u"letter"_s, 1);
+    row("blanks", u" \u00A0\t\u2800"_s, u"OK"_s, u"letter"_s, 1);
+    row("unchanged", u"letter"_s, u"Cancel"_s, u"letter"_s, 0);
 }
 
 void tst_browser::renames()
@@ -347,12 +350,42 @@ void tst_browser::renames()
     QCOMPARE(alert->textField->text, u"letter"_s);
     QVERIFY(alert->textField->hasClearButton);
     if (button == u"Escape"_s)
-        QVERIFY(bench.presenter.answerAlert(alert->cancelButtonIndex, text));
+        QVERIFY(bench.presenter.cancelAlert(text));
     else
         QVERIFY(bench.presenter.answerAlert(button, text));
     bench.settle();
     QCOMPARE(BrowserBench::shown(*browser, 1), QStringList{title});
     QCOMPARE(bench.rig.bytes(bench.annsFolder() % u'/' % title % u".tamber"), "L");
+    QTEST(int(bench.presenter.notices().size()), "notices");
+}
+
+void tst_browser::foldersOfOneNameAreSpokenApart()
+{
+    BrowserBench bench;
+    bench.putFolder(Maths, "Maths");
+    bench.rig.put(bench.annsFolder() % u'/' % Maths % u"/sums.tamber", "1+1");
+    const auto browser = bench.open();
+    const auto spoken = [&browser](int row) {
+        return browser->model().data(browser->model().index(row), TableModel::AccessibleNameRole).toString();
+    };
+    QCOMPARE(spoken(0), QString());
+    bench.ann->addFolderWithName(u"Maths"_s);
+    bench.settle();
+    QCOMPARE((QSet<QString>{spoken(0), spoken(1)}),
+             (QSet<QString>{u"Maths, 1 document"_s, u"Maths, 0 documents"_s}));
+}
+
+void tst_browser::editingEndsAfterTheLastRow()
+{
+    BrowserBench bench;
+    bench.putDocument(u"letter"_s, "L");
+    const auto browser = bench.open();
+    browser->setEditing(true);
+    bench.ann->deleteFileAtIndex(0);
+    bench.settle();
+    QVERIFY(BrowserBench::isEditEnabled(*browser));
+    browser->setEditing(false);
+    QVERIFY(!BrowserBench::isEditEnabled(*browser));
 }
 
 void tst_browser::renamesAFolder()
@@ -405,6 +438,7 @@ void tst_browser::makesFolders_data()
     row("OK", u"OK"_s, u"Zoo"_s, QStringList{u"Art"_s, u"Zoo"_s});
     row("Cancel", u"Cancel"_s, u"Zoo"_s, QStringList{u"Art"_s});
     row("no name", u"OK"_s, u""_s, QStringList{u"Art"_s});
+    row("blanks", u"OK"_s, u" \u00A0"_s, QStringList{u"Art"_s});
 }
 
 void tst_browser::makesFolders()
