@@ -39,6 +39,8 @@ FocusScope {
         anchors.bottom: parent.bottom
         anchors.left: parent.left
         anchors.top: parent.top
+        // An empty loader keeps the size of what it held.
+        width: active ? implicitWidth : 0
 
         sourceComponent: TabStrip {
             controller: view.controller
