@@ -165,6 +165,11 @@ def look_at_device_files(p):
     p.see("View")
     p.shot_of("device-file-menu")
     p.press("View")
+    p.see("Fetch as it is")
+    # Nothing was fetched, so there is nothing to show.
+    p.press("Cancel")
+    p.press("HOMEWRK2.TXT...", "list item")
+    p.press("View")
     p.press("Fetch as it is")
     p.see_no("Fetching...")
     # Lines of a text area are parted by U+2029.
