@@ -360,12 +360,14 @@ void MAppDelegate::showRegistries()
 // What shows users or documents of the store before. An editor stays: its text may be saved nowhere.
 void MAppDelegate::leaveOldStore()
 {
+    // Who presented it may have gone.
+    ViewController *below = _tabController.get();
     for (ViewController *screen : presentedScreens(_tabController)) {
-        const auto below = isOfStore(*screen) ? screen->presentingViewController() : nullptr;
-        if (below) {
+        if (isOfStore(*screen)) {
             below->dismissViewController(false);
             break;
         }
+        below = screen;
     }
     for (const auto &users : {_activeUsersController, _archivedUsersController}) {
         if (const auto navigation = users->navigationController())
