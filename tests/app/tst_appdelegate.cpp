@@ -307,11 +307,13 @@ private slots:
         const auto users = bench.users(0);
         users->rowClicked(0, 0);
         bench.rig.settle();
-        const auto browser = bench.presenter->frontAs<TamberContainerViewController>();
-        browser->rowClicked(1, 0);
+        bench.presenter->frontAs<TamberContainerViewController>()->rowClicked(1, 0);
         bench.presenter->answerSheet(u"4.9"_s);
         bench.rig.settle();
         QVERIFY(bench.presenter->frontAs<MUsersViewController>() != users);
+        // The screen that has opened the picker goes before it.
+        users->navigationController()->popToRootViewController(false);
+        bench.rig.settle();
         bench.turnCloud(true);
         QCOMPARE(bench.presenter->frontAs<MUsersViewController>(), users);
         QCOMPARE(users->navigationController()->depth(), 1);
