@@ -40,7 +40,7 @@ SyncedFolderContainer::SyncedFolderContainer(const QString &folder,
     : _surroundings(surroundings)
     , _folder(FileURL::directory(QDir::cleanPath(folder)))
     , _runtimeFolder(runtimeFolder)
-    , _deaf(std::make_shared<std::set<QString>>())
+    , _answers(std::make_shared<std::map<QString, Answer>>())
 {}
 
 SyncedFolderContainer::SyncedFolderContainer(const QString &folder, RunLoop &runLoop, TaskRunner &tasks,
@@ -89,7 +89,7 @@ FileResult SyncedFolderContainer::startDownloading(const FileURL &url)
     const QString socket = socketFor(placeholder);
     if (socket.isNull())
         return stillInCloud();
-    const bool isDeaf = _deaf->count(socket) > 0;
+    const bool isDeaf = (*_answers)[socket].isDeaf;
     ask(socket, placeholder);
     return isDeaf ? stillInCloud() : FileResult();
 }
@@ -131,13 +131,12 @@ void SyncedFolderContainer::ask(const QString &socket, const FileURL &placeholde
 {
     const auto error = std::make_shared<std::error_code>();
     const auto work = [=] { *error = askForDownload(socket, placeholder.path()); };
-    const auto completion = [=, deaf = _deaf, &log = _surroundings.log] {
-        if (!*error) {
-            deaf->erase(socket);
-            return;
-        }
-        deaf->insert(socket);
-        log.error(u"The sync program could not be asked for a file: "_s % errorText(*error));
+    const auto completion = [=, request = ++_requests, answers = _answers, &log = _surroundings.log] {
+        Answer &last = (*answers)[socket];
+        if (request > last.request)
+            last = {request, bool(*error)};
+        if (*error)
+            log.error(u"The sync program could not be asked for a file: "_s % errorText(*error));
     };
     _surroundings.tasks.run(work, completion);
 }

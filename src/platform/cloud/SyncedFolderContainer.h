@@ -4,9 +4,9 @@
 #include "platform/cloud/FolderFollower.h"
 #include "store/CloudContainer.h"
 
+#include <map>
 #include <memory>
 #include <mutex>
-#include <set>
 
 namespace cvtamber {
 
@@ -43,8 +43,15 @@ private:
     // Where "Documents" leads to, when it was asked for last; url() is asked from the background too.
     mutable std::mutex _mutex;
     mutable QString _documents;
-    // Sockets at which the last request could not be handed over.
-    std::shared_ptr<std::set<QString>> _deaf;
+    // Of a socket: the request that was made last of those that have been answered, and whether it could not be handed over.
+    // Answers come from the pool in any order.
+    struct Answer
+    {
+        quint64 request = 0;
+        bool isDeaf = false;
+    };
+    std::shared_ptr<std::map<QString, Answer>> _answers;
+    quint64 _requests = 0;
 };
 
 } // namespace cvtamber
