@@ -6,6 +6,7 @@
 #include "store/ContainerDisk.h"
 #include "store/MetadataQuery.h"
 #include "store/Records.h"
+#include "store/StoreNames.h"
 #include "store/TamberUbiquitousFolderMonitor.h"
 #include "store/TamberUser.h"
 #include "store/TamberUsers.h"
