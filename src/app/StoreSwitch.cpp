@@ -4,6 +4,7 @@
 #include "app/MGlobals.h"
 #include "base/SystemLog.h"
 #include "store/ContainerDisk.h"
+#include "store/StoreNames.h"
 #include "store/TamberStorage.h"
 #include "store/TamberUsers.h"
 
