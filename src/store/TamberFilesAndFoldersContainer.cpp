@@ -200,7 +200,8 @@ void TamberFilesAndFoldersContainer::finishMovingFolder(
     const FolderPointer &folder, const FileURL &newURL,
     const std::shared_ptr<TamberFilesAndFoldersContainer> &target)
 {
-    _folders.removeAndTell(folder.get());
+    if (_folders.removeAndTell(folder.get()) && isUbiquitous())
+        keepDocumentsOf(*folder);
     folder->writeLostRecord(newURL);
     target->loadLocalFolderWithUrl(newURL);
 }

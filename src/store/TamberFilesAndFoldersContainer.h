@@ -87,6 +87,7 @@ private:
     void openReportedFolder(const QString &folderName);
     void listReportedFolder(const FolderPointer &folder);
     void unlistFolder(const FileURL &folderURL);
+    void keepDocumentsOf(const TamberDataFolder &folder);
     void reloadFolder(const FolderPointer &folder);
     void startDownloading(const FileURL &url);
     void deleteFolders(const StorageCompletion &completion);

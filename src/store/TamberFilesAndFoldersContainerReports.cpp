@@ -48,12 +48,17 @@ void TamberFilesAndFoldersContainer::unlistFolder(const FileURL &folderURL)
     const FolderPointer folder = folderAtIndex(_folders.indexOfURL(folderURL));
     if (!folder)
         return;
-    // They are not reported a second time, and the record may come back.
-    for (const FilePointer &file : folder->files())
-        _orphanedItems.add(std::make_shared<TamberUbiquitousItem>(file->url()));
+    keepDocumentsOf(*folder);
     _folders.removeAndTell(folder.get());
     whenDocumentsStay(context(), folderURL.appendingFile(FolderRecordName.toString()),
                       [folder, folderURL] { folder->writeLostRecord(folderURL); });
+}
+
+// They are not reported a second time, and the folder may come back.
+void TamberFilesAndFoldersContainer::keepDocumentsOf(const TamberDataFolder &folder)
+{
+    for (const FilePointer &file : folder.files())
+        _orphanedItems.add(std::make_shared<TamberUbiquitousItem>(file->url()));
 }
 
 void TamberFilesAndFoldersContainer::reloadFolder(const FolderPointer &folder)

@@ -239,6 +239,14 @@ void tst_CloudContainers::listsWhatComesWhereADocumentWasMovedAway()
     }
     QCOMPARE(ContainerBench::names(*bench.box), QStringList({u"a.tamber"_qs}));
     QCOMPARE(ContainerBench::names(*folder), QStringList({u"b.tamber"_qs}));
+    // The same where the folder itself was moved and comes back with what was saved in it elsewhere.
+    bench.box->moveFolder(folder, other);
+    bench.rig.settle();
+    QCOMPARE(bench.box->foldersCount(), 0);
+    bench.putRecord("Maths\n");
+    bench.box->ubiquotusItemDownloadedAgain(bench.record());
+    bench.rig.settle();
+    QCOMPARE(ContainerBench::names(*bench.box->folderAtIndex(0)), QStringList({u"b.tamber"_qs}));
 }
 
 void tst_CloudContainers::opensAFolderOnceItIsHere()
