@@ -88,6 +88,7 @@ CVTamberApplication::CVTamberApplication(QGuiApplication &application, EventRunL
     , _stopLater(runLoop)
     , _settle(runLoop)
 {
+    _store.knownRecords.keepIn(_defaults);
     CVBluetoothManager::setDefaultManager(_manager);
     QObject::connect(&_appearance, &PortalAppearance::changed, _presenter.get(),
                      &QmlPresenter::setDesktopLook);

@@ -6,7 +6,7 @@
 namespace cvtamber {
 
 // A plain UTF-8 text anywhere.
-class CVFile final : public Document
+class CVFile : public Document
 {
 public:
     using Document::Document;
@@ -20,7 +20,6 @@ protected:
     QByteArray contentsForType() const override;
     bool loadFromContents(const QByteArray &bytes) override;
 
-private:
     QString _text;
 };
 

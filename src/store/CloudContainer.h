@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/InterfaceBase.h"
 #include "store/FileResult.h"
 #include "store/MetadataQuery.h"
 
@@ -17,14 +18,9 @@ inline constexpr QStringView CloudStoreDefault = u"cloudStore";
 inline constexpr QStringView StoreMarkName = u".cvtamber.store";
 
 // The person's cloud document container. Owner: made at start-up, outlives its users.
-class CloudContainer
+class CloudContainer : public InterfaceBase
 {
 public:
-    CloudContainer() = default;
-    CloudContainer(const CloudContainer &) = delete;
-    CloudContainer &operator=(const CloudContainer &) = delete;
-    virtual ~CloudContainer() = default;
-
     // The container's directory; nil when there is none to be had. May take long: start-up asks from the
     // background. Any thread.
     virtual FileURL url() const = 0;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/InterfaceBase.h"
 #include "store/FileURL.h"
 
 #include <limits>
@@ -12,27 +13,17 @@ using StoreIndex = qsizetype;
 inline constexpr StoreIndex NotFound = std::numeric_limits<StoreIndex>::max();
 
 // A directory that containers lie in.
-class TamberDiskLocation
+class TamberDiskLocation : public InterfaceBase
 {
 public:
-    TamberDiskLocation() = default;
-    TamberDiskLocation(const TamberDiskLocation &) = delete;
-    TamberDiskLocation &operator=(const TamberDiskLocation &) = delete;
-    virtual ~TamberDiskLocation() = default;
-
     virtual FileURL url() const = 0;
 };
 
 // Hears what happens to a container's documents. Each index is one of the list after the change, a deleted
 // one's is where it was. An insertion into a list that a scan left unsorted has sorted it all. Main thread.
-class TamberFilesContainerDelegate
+class TamberFilesContainerDelegate : public InterfaceBase
 {
 public:
-    TamberFilesContainerDelegate() = default;
-    TamberFilesContainerDelegate(const TamberFilesContainerDelegate &) = delete;
-    TamberFilesContainerDelegate &operator=(const TamberFilesContainerDelegate &) = delete;
-    virtual ~TamberFilesContainerDelegate() = default;
-
     virtual void fileAddedAtIndex(StoreIndex index) = 0;
     virtual void fileDeletedAtIndex(StoreIndex index) = 0;
     // It is saved, and has its size.
@@ -40,14 +31,9 @@ public:
 };
 
 // The same for a user's folders.
-class TamberFoldersContainerDelegate
+class TamberFoldersContainerDelegate : public InterfaceBase
 {
 public:
-    TamberFoldersContainerDelegate() = default;
-    TamberFoldersContainerDelegate(const TamberFoldersContainerDelegate &) = delete;
-    TamberFoldersContainerDelegate &operator=(const TamberFoldersContainerDelegate &) = delete;
-    virtual ~TamberFoldersContainerDelegate() = default;
-
     virtual void folderAddedAtIndex(StoreIndex index) = 0;
     virtual void folderDeletedAtIndex(StoreIndex index) = 0;
     virtual void folderUpdatedAtIndex(StoreIndex index) = 0;

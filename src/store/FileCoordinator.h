@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/InterfaceBase.h"
 #include "store/StoreDisk.h"
 
 #include <functional>
@@ -14,15 +15,10 @@ namespace cvtamber {
 // the loop and never from inside the call; it may be empty. It does not run when the program ends first, but
 // the work that was asked for is done all the same. Thread: main thread. Owner: made at start-up, outlives
 // its users.
-class FileCoordinator
+class FileCoordinator : public InterfaceBase
 {
 public:
     template<typename Result> using Completion = std::function<void(const Result &)>;
-
-    FileCoordinator() = default;
-    FileCoordinator(const FileCoordinator &) = delete;
-    FileCoordinator &operator=(const FileCoordinator &) = delete;
-    virtual ~FileCoordinator() = default;
 
     virtual void read(const FileURL &url, Completion<ReadResult> completion) = 0;
     virtual void create(const FileURL &url, const QByteArray &bytes, Completion<WriteResult> completion) = 0;

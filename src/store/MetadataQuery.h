@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/InterfaceBase.h"
 #include "store/FileURL.h"
 
 #include <QDateTime>
@@ -32,7 +33,7 @@ struct MetadataItem
 // started again and gathers anew. Reports come from the loop, never from inside start(). While updates are
 // disabled the results do not change; what happened meanwhile is reported once after enableUpdates().
 // Thread: main thread. Owner: the monitor.
-class MetadataQuery
+class MetadataQuery : public InterfaceBase
 {
 public:
     enum class Scope { Documents, Data };
@@ -42,11 +43,6 @@ public:
         std::function<void()> gathered;
         std::function<void()> updated;
     };
-
-    MetadataQuery() = default;
-    MetadataQuery(const MetadataQuery &) = delete;
-    MetadataQuery &operator=(const MetadataQuery &) = delete;
-    virtual ~MetadataQuery() = default;
 
     virtual void setSearchScope(Scope scope) = 0;
     // The items below the directory whose path below it is like the filter: "?" is one character, "*" any run

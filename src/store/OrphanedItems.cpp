@@ -1,26 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "store/OrphanedItems.h"
 
-#include <algorithm>
+#include <functional>
 
 namespace cvtamber {
-
-namespace {
-
-using Numbered = std::pair<quint64, std::shared_ptr<TamberUbiquitousItem>>;
-
-TamberUbiquitousItems lastAddedFirst(std::vector<Numbered> numbered)
-{
-    std::sort(numbered.begin(), numbered.end(),
-              [](const Numbered &one, const Numbered &other) { return one.first > other.first; });
-    TamberUbiquitousItems items;
-    items.reserve(numbered.size());
-    for (Numbered &entry : numbered)
-        items.push_back(std::move(entry.second));
-    return items;
-}
-
-} // namespace
 
 void OrphanedItems::add(const std::shared_ptr<TamberUbiquitousItem> &item)
 {
@@ -29,12 +12,15 @@ void OrphanedItems::add(const std::shared_ptr<TamberUbiquitousItem> &item)
 
 TamberUbiquitousItems OrphanedItems::withPathPrefix(const QString &path) const
 {
-    std::vector<Numbered> found;
+    std::map<quint64, std::shared_ptr<TamberUbiquitousItem>, std::greater<>> lastAddedFirst;
     // Paths that begin alike stand side by side, the shortest first.
     for (auto it = _items.lower_bound({path, 0}); it != _items.end() && it->first.first.startsWith(path);
          ++it)
-        found.emplace_back(it->first.second, it->second);
-    return lastAddedFirst(std::move(found));
+        lastAddedFirst.emplace(it->first.second, it->second);
+    TamberUbiquitousItems items;
+    for (const auto &[number, item] : lastAddedFirst)
+        items.push_back(item);
+    return items;
 }
 
 TamberUbiquitousItems OrphanedItems::takeWithPathPrefix(const QString &path)

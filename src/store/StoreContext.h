@@ -3,6 +3,7 @@
 
 #include "base/CallGroup.h"
 #include "store/FileResult.h"
+#include "store/KnownRecords.h"
 #include "store/StoreProblems.h"
 
 namespace cvtamber {
@@ -28,6 +29,7 @@ struct StoreContext
     SystemLog &log;
     // Saves that are due later. Each holds what it saves, which so goes before all of this does.
     CallGroup saves{runLoop};
+    KnownRecords knownRecords{};
 };
 
 // The URL for a log line: a document's title is masked, the store's own names are not.

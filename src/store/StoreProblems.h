@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/InterfaceBase.h"
 #include "store/FileURL.h"
 
 #include <QString>
@@ -41,14 +42,9 @@ struct StoreProblem
     FileURL kept;
 };
 
-class StoreProblemObserver
+class StoreProblemObserver : public InterfaceBase
 {
 public:
-    StoreProblemObserver() = default;
-    StoreProblemObserver(const StoreProblemObserver &) = delete;
-    StoreProblemObserver &operator=(const StoreProblemObserver &) = delete;
-    virtual ~StoreProblemObserver() = default;
-
     virtual void storeProblem(const StoreProblem &problem) = 0;
 };
 

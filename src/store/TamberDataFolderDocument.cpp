@@ -2,7 +2,10 @@
 #include "store/TamberDataFolderDocument.h"
 
 #include "base/SystemLog.h"
+#include "store/CloudContainer.h"
+#include "store/KnownRecords.h"
 #include "store/Records.h"
+#include "store/StoreContext.h"
 #include "store/StoreNames.h"
 
 namespace cvtamber {
@@ -38,6 +41,8 @@ QByteArray TamberDataFolderDocument::contentsForType() const
 bool TamberDataFolderDocument::loadFromContents(const QByteArray &bytes)
 {
     _name = folderNameFromBytes(bytes);
+    if (!_name.isNull() && context().cloud.isUbiquitousItem(fileURL()))
+        KnownRecords::remember(context(), fileURL(), bytes);
     return !_name.isNull();
 }
 

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "store/TamberDocument.h"
 
-#include "store/Records.h"
-
 namespace cvtamber {
 
 void TamberDocument::setText(const QString &text)
@@ -15,17 +13,6 @@ void TamberDocument::setText(const QString &text)
     }
     _text = text;
     updateChangeCount(ChangeKind::Done);
-}
-
-QByteArray TamberDocument::contentsForType() const
-{
-    return utf8FromText(_text);
-}
-
-bool TamberDocument::loadFromContents(const QByteArray &bytes)
-{
-    _text = textFromUtf8(bytes);
-    return !_text.isNull();
 }
 
 } // namespace cvtamber

@@ -2,9 +2,9 @@
 // What a container with folders does when the cloud reports an item.
 #include "base/SystemLog.h"
 #include "store/CloudContainer.h"
+#include "store/KnownRecords.h"
 #include "store/StoreNames.h"
 #include "store/TamberFilesAndFoldersContainer.h"
-#include "store/UserDirectories.h"
 
 #include <algorithm>
 
@@ -50,8 +50,7 @@ void TamberFilesAndFoldersContainer::unlistFolder(const FileURL &folderURL)
         return;
     keepDocumentsOf(*folder);
     _folders.removeAndTell(folder.get());
-    whenDocumentsStay(context(), folderURL.appendingFile(FolderRecordName.toString()),
-                      [folder, folderURL] { folder->writeLostRecord(folderURL); });
+    KnownRecords::restoreWhereDocumentsStay(context(), folderURL);
 }
 
 // They are not reported a second time, and the folder may come back.
@@ -113,6 +112,7 @@ void TamberFilesAndFoldersContainer::handleReport(CloudReport report, const Item
         break;
     case CloudStep::KeepAsOrphan:
         _orphanedItems.add(item);
+        KnownRecords::restoreWhereDocumentsStay(context(), folderURL);
         break;
     case CloudStep::ForgetOrphan:
         _orphanedItems.remove(item->url());

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/InterfaceBase.h"
 #include "store/TamberUbiquitousItem.h"
 
 #include <memory>
@@ -12,14 +13,9 @@ class TamberUbiquitousFolderMonitor;
 using TamberUbiquitousItems = std::vector<std::shared_ptr<TamberUbiquitousItem>>;
 
 // Hears what happens to the items that a monitor watches. Main thread.
-class TamberUbiquitousFolderMonitorDelegate
+class TamberUbiquitousFolderMonitorDelegate : public InterfaceBase
 {
 public:
-    TamberUbiquitousFolderMonitorDelegate() = default;
-    TamberUbiquitousFolderMonitorDelegate(const TamberUbiquitousFolderMonitorDelegate &) = delete;
-    TamberUbiquitousFolderMonitorDelegate &operator=(const TamberUbiquitousFolderMonitorDelegate &) = delete;
-    virtual ~TamberUbiquitousFolderMonitorDelegate() = default;
-
     using Item = std::shared_ptr<TamberUbiquitousItem>;
     virtual void ubiquitousMonitorItemAdded(TamberUbiquitousFolderMonitor &monitor, const Item &item) = 0;
     virtual void ubiquitousMonitorItemDeleted(TamberUbiquitousFolderMonitor &monitor, const Item &item) = 0;

@@ -5,6 +5,7 @@
 #include "store/CloudContainer.h"
 #include "store/ContainerDisk.h"
 #include "store/FileCoordinator.h"
+#include "store/KnownRecords.h"
 #include "store/Records.h"
 #include "store/StoreNames.h"
 #include "store/TamberUsers.h"
@@ -94,6 +95,8 @@ bool TamberUser::takeRecord(const ReadResult &record)
     const QString text = record.ok() ? textFromUtf8(record.bytes) : QString();
     if (!text.isNull()) {
         parseUserFileData(text);
+        if (isUbiquitous())
+            KnownRecords::remember(context(), fileURL(), record.bytes);
         return true;
     }
     const QString why = record.ok() ? QStringLiteral("not UTF-8") : record.message;
@@ -206,14 +209,6 @@ void TamberUser::stopSaving()
     cancelScheduledSave();
     _isSavingStopped = true;
     context().problems.forgetUnsaved(this);
-}
-
-void TamberUser::writeLostRecords()
-{
-    _isSavingStopped = false;
-    saveUserData();
-    for (const FolderPointer &folder : folders())
-        folder->writeLostRecord(folder->url());
 }
 
 void TamberUser::saveWhatIsOwed()

@@ -67,8 +67,6 @@ public:
     DocumentGroup documents() const;
     // The record has gone for good: what is scheduled is dropped and no name is saved any more.
     void stopSaving();
-    // It has not: documents are still here. The user's and those of the folders that have lost theirs.
-    void writeLostRecords();
     // Documents, folders, the record, then a local directory: it goes to the trash when it holds anything that
     // nobody listed. Without a completion the directory stays. The completion hears how the record's removal
     // ended, and never when a document could not be removed.

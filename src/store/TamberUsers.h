@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/InterfaceBase.h"
 #include "base/Observers.h"
 #include "store/CloudRouting.h"
 #include "store/ContainerList.h"
@@ -23,14 +24,9 @@ class TamberUser;
 inline constexpr QStringView TamberUsersUserAddedNotification = u"TamberUsersUserAddedNotification";
 
 // Hears what happens to a registry's users. Main thread.
-class TamberUsersDelegate
+class TamberUsersDelegate : public InterfaceBase
 {
 public:
-    TamberUsersDelegate() = default;
-    TamberUsersDelegate(const TamberUsersDelegate &) = delete;
-    TamberUsersDelegate &operator=(const TamberUsersDelegate &) = delete;
-    virtual ~TamberUsersDelegate() = default;
-
     using User = std::shared_ptr<TamberUser>;
     // Never called by the registry itself: screens call it when they hear the notification.
     virtual void userAdded(const User &user) = 0;

@@ -3,6 +3,8 @@
 #include "base/SystemLog.h"
 #include "store/CloudContainer.h"
 #include "store/FileCoordinator.h"
+#include "store/KnownRecords.h"
+#include "store/StoreContext.h"
 #include "store/StoreNames.h"
 #include "store/TamberUbiquitousFolderMonitor.h"
 #include "store/TamberUser.h"
@@ -40,6 +42,7 @@ void TamberUsers::ubiquitousMonitorContentGathered(TamberUbiquitousFolderMonitor
     _context.log.debug(QStringLiteral("-(void)ubiquitousMonitor:(TamberUbiquitousFolderMonitor *)monitor "
                                       "contentGathered:(NSArray *)items"));
     _contentGathered = true;
+    KnownRecords::forgetGone(_context, url());
     _listeners.tell(&TamberUsersDelegate::contentGathered);
 }
 
@@ -66,6 +69,7 @@ void TamberUsers::takeStep(RegistryStep step, const Report &report)
         break;
     case RegistryStep::KeepAsOrphan:
         _orphanedItems.add(report.item);
+        KnownRecords::restoreWhereDocumentsStay(_context, report.directory);
         break;
     case RegistryStep::ForgetOrphan:
         _context.log.debug(QStringLiteral("ERROR!!!"));
@@ -107,7 +111,7 @@ void TamberUsers::removeReportedUser(const User &user)
     _context.log.info(loggedURL(directory));
     if (holdsDocuments(_context.disk, directory)) {
         keepItemsBelow(directory);
-        whenDocumentsStay(_context, user->fileURL(), [user] { user->writeLostRecords(); });
+        KnownRecords::restoreWhereDocumentsStay(_context, directory);
         return;
     }
     _context.coordinator.remove(directory, [&context = _context](const FileResult &result) {

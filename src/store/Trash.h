@@ -1,20 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/InterfaceBase.h"
 #include "store/FileResult.h"
 
 namespace cvtamber {
 
 // Where the store puts what it must not keep and must not destroy. The item is whole in one place or the
 // other. Any thread. Owner: made at start-up, outlives its users.
-class Trash
+class Trash : public InterfaceBase
 {
 public:
-    Trash() = default;
-    Trash(const Trash &) = delete;
-    Trash &operator=(const Trash &) = delete;
-    virtual ~Trash() = default;
-
     virtual FileResult moveToTrash(const FileURL &url) = 0;
 };
 

@@ -12,9 +12,6 @@
 #include "store/Trash.h"
 
 #include <algorithm>
-#include <chrono>
-#include <utility>
-#include <vector>
 
 namespace cvtamber {
 
@@ -27,33 +24,6 @@ bool isDocumentOrOnItsWay(const FileURL &file)
     const QString &real = hidden.isNull() ? name : hidden;
     return real.endsWith(QChar(u'.') + DocumentExtension.toString(), Qt::CaseInsensitive) ||
            isSyncTemporary(name) || name.startsWith(u'.');
-}
-
-// A sync program tries again after a minute what it could not delete.
-constexpr std::chrono::minutes StayTime{2};
-
-std::vector<FileURL> documentsIn(const StoreDisk &disk, const FileURL &directory)
-{
-    std::vector<FileURL> files = disk.walk(directory).files;
-    std::erase_if(files, [](const FileURL &file) {
-        const QString &name = file.lastPathComponent();
-        return name.startsWith(u'.') || !hasDocumentExtension(name);
-    });
-    return files;
-}
-
-void restoreWhenSame(StoreContext &context, const FileURL &record, const std::vector<FileURL> &before,
-                     std::function<void()> restore)
-{
-    context.saves.perform(StayTime, [&context, record, before, restore = std::move(restore)] {
-        const std::vector<FileURL> now = documentsIn(context.disk, record.deletingLastPathComponent());
-        if (now.empty() || !isCertainlyAbsent(context.disk, record))
-            return;
-        if (now == before)
-            restore();
-        else
-            restoreWhenSame(context, record, now, restore);
-    });
 }
 
 void moveDirectoryToTrash(StoreContext &context, const FileURL &directory)
@@ -95,12 +65,6 @@ bool holdsDocuments(const StoreDisk &disk, const FileURL &directory)
     if (!walk.ok())
         return walk.outcome != FileResult::Outcome::Missing;
     return std::any_of(walk.files.begin(), walk.files.end(), &isDocumentOrOnItsWay);
-}
-
-void whenDocumentsStay(StoreContext &context, const FileURL &record, std::function<void()> restore)
-{
-    restoreWhenSame(context, record, documentsIn(context.disk, record.deletingLastPathComponent()),
-                    std::move(restore));
 }
 
 void clearDirectoryWithoutRecord(StoreContext &context, const FileURL &directory)

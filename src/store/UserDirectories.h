@@ -3,8 +3,6 @@
 
 #include "store/FileURL.h"
 
-#include <functional>
-
 namespace cvtamber {
 
 class StoreDisk;
@@ -24,10 +22,5 @@ bool holdsDocuments(const StoreDisk &disk, const FileURL &directory);
 // the trash; later, when work is under way in it. One that cannot be read stays, as does what is no directory.
 // StoreProblems hears what became of a directory that held something. Main thread.
 void clearDirectoryWithoutRecord(StoreContext &context, const FileURL &directory);
-
-// For a directory in the cloud whose record has gone: another computer has moved or deleted it, and somebody may be writing in
-// it here, which nobody would list without a record. `restore` runs once the same documents have been there for two minutes
-// without a record; while documents go, a deletion is on its way. Never when none is left after that time. Main thread.
-void whenDocumentsStay(StoreContext &context, const FileURL &record, std::function<void()> restore);
 
 } // namespace cvtamber

@@ -2,6 +2,7 @@
 // A registry of users in the cloud container, and what it makes of reports.
 #include "RegistryBench.h"
 #include "store/TamberUbiquitousFolderMonitor.h"
+#include "support/MemoryDefaults.h"
 #include "support/Rows.h"
 
 #include <algorithm>
@@ -29,6 +30,7 @@ class tst_registryreports : public QObject
     Q_OBJECT
 
 private:
+    MemoryDefaults _defaults;
     std::shared_ptr<RegistryBench> _bench;
     std::shared_ptr<TamberUsers> _users;
 
@@ -263,6 +265,37 @@ private slots:
         rig().loop.advance(10min);
         rig().settle();
         QVERIFY(!rig().has(Record));
+    }
+
+    void recordsThatWentWhileNoProgramRanAreWrittenAgain()
+    {
+        rig().context.knownRecords.keepIn(_defaults);
+        for (const QString &path : {Record, Letter, FolderRecord, FolderLetter})
+            arrive(path);
+        rig().cloud.gather();
+        rig().settle();
+        _users->stopQuery();
+        _bench->storage->close();
+        rig().context.saves.cancelAll();
+        rig().context.knownRecords = {};
+        for (const QString &path : {Record, FolderRecord})
+            leave(path);
+        rig().context.knownRecords.keepIn(_defaults);
+        _users = _bench->open();
+        _users->startQuery();
+        rig().cloud.gather();
+        rig().settle();
+        rig().loop.advance(2min);
+        rig().settle();
+        QCOMPARE(rig().bytes(Record), contentOf(Record));
+        QCOMPARE(rig().bytes(FolderRecord), contentOf(FolderRecord));
+        // What has gone with its directory is no longer known.
+        rig().erase(Anna);
+        _users->stopQuery();
+        _users->startQuery();
+        rig().cloud.gather();
+        rig().settle();
+        QVERIFY(_defaults.value(CloudRecordsDefault.toString()).toMap().isEmpty());
     }
 
     void whatIsDoneHereIsListedOnlyWhenItIsReported()

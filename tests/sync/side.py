@@ -47,7 +47,8 @@ class Side:
         self._starts += 1
         with open(self._folder / "errors", "ab") as errors:
             self._process = subprocess.Popen(
-                [self._program, str(self.cloud), str(self.trash / str(self._starts))], stdin=subprocess.PIPE,
+                [self._program, str(self.cloud), str(self.trash / str(self._starts)),
+                 str(self._folder / "settings.ini")], stdin=subprocess.PIPE,
                 stdout=subprocess.PIPE, stderr=errors)
         self._lines = queue.SimpleQueue()
         threading.Thread(target=self._read, args=(self._process.stdout, self._lines), daemon=True).start()

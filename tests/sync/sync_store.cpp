@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// sync_store CLOUD-FOLDER TRASH
+// sync_store CLOUD-FOLDER TRASH SETTINGS
 //
 // Keeps a store in the folder, as the application does where the person has chosen it, carries out commands from standard input
 // and answers on standard output: a line of JSON each, see SyncedStore. It ends when the input ends.
+#include "base/SettingsDefaults.h"
 #include "platform/desktop/ChosenFolderContainer.h"
 #include "support/FaultyFileOperations.h"
-#include "support/MemoryDefaults.h"
 #include "sync/SyncedStore.h"
 
 #include <QCoreApplication>
@@ -84,11 +84,11 @@ int main(int argc, char *argv[])
 {
     QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() != 3) {
-        std::fputs("sync_store CLOUD-FOLDER TRASH\n", stderr);
+    if (arguments.size() != 4) {
+        std::fputs("sync_store CLOUD-FOLDER TRASH SETTINGS\n", stderr);
         return ExitUsage;
     }
-    MemoryDefaults defaults;
+    SettingsDefaults defaults(arguments[3]);
     defaults.setValue(CloudFolderDefault.toString(), arguments[1]);
     FaultyFileOperations operations;
     operations.setBefore([root = arguments[1] + u"/Documents"_s](auto call, const QString &path) {
@@ -99,6 +99,7 @@ int main(int argc, char *argv[])
         return std::make_unique<ChosenFolderContainer>(
             ChosenFolderContainer::Surroundings{parts.loop, parts.pool, operations, parts.log, defaults});
     });
+    store.context.knownRecords.keepIn(defaults);
     const auto synced = std::make_shared<SyncedStore>(store, &print);
     store.problems.setObserver(synced);
     if (!synced->open()) {
