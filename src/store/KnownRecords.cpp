@@ -20,6 +20,13 @@ namespace {
 
 // A sync program tries again after a minute what it could not delete.
 constexpr std::chrono::minutes StayTime{2};
+constexpr qint64 DaysKept = 90;
+
+// A directory keeps its name wherever it is moved.
+QString uuidOf(const FileURL &record)
+{
+    return record.deletingLastPathComponent().lastPathComponent();
+}
 
 std::vector<FileURL> documentsIn(const StoreDisk &disk, const FileURL &directory)
 {
@@ -50,71 +57,53 @@ void KnownRecords::keepIn(UserDefaults &defaults)
 {
     _defaults = &defaults;
     const QVariantMap kept = defaults.value(CloudRecordsDefault.toString()).toMap();
-    for (auto it = kept.begin(); it != kept.end(); ++it)
-        _bytesByPath.try_emplace(it.key(), it.value().toByteArray());
+    for (auto it = kept.begin(); it != kept.end(); ++it) {
+        const QVariantList entry = it.value().toList();
+        const Known known{entry.value(1).toByteArray(), entry.value(0).toDate()};
+        if (known.day.daysTo(QDate::currentDate()) <= DaysKept)
+            _byUuid.try_emplace(it.key(), known);
+    }
 }
 
-void KnownRecords::saveLater(StoreContext &context)
+void KnownRecords::save() const
 {
-    if (!_defaults || std::exchange(_isSaveScheduled, true))
-        return;
-    context.saves.perform({}, [this] {
-        _isSaveScheduled = false;
-        QVariantMap kept;
-        for (const auto &[path, bytes] : _bytesByPath)
-            kept.insert(path, bytes);
-        _defaults->setValue(CloudRecordsDefault.toString(), kept);
-    });
-}
-
-std::map<QString, QByteArray> KnownRecords::below(const FileURL &directory) const
-{
-    const QString prefix = directory.path() + u'/';
-    std::map<QString, QByteArray> found;
-    for (auto it = _bytesByPath.lower_bound(prefix); it != _bytesByPath.end() && it->first.startsWith(prefix);
-         ++it)
-        found.insert(*it);
-    return found;
+    QVariantMap kept;
+    for (const auto &[uuid, known] : _byUuid)
+        kept.insert(uuid, QVariantList{known.day, known.bytes});
+    _defaults->setValue(CloudRecordsDefault.toString(), kept);
 }
 
 void KnownRecords::remember(StoreContext &context, const FileURL &record, const QByteArray &bytes)
 {
-    KnownRecords &known = context.knownRecords;
-    const auto [entry, isNew] = known._bytesByPath.try_emplace(record.path(), bytes);
-    if (!isNew && std::exchange(entry->second, bytes) == bytes)
+    KnownRecords &all = context.knownRecords;
+    const Known known{bytes, QDate::currentDate()};
+    const bool isNews = std::exchange(all._byUuid[uuidOf(record)], known) != known;
+    if (!isNews || !all._defaults || std::exchange(all._isSaveScheduled, true))
         return;
-    known.saveLater(context);
+    // Once for all that are read in one turn of the loop.
+    context.saves.perform({}, [&all] {
+        all._isSaveScheduled = false;
+        all.save();
+    });
 }
 
-void KnownRecords::restoreWhereDocumentsStay(StoreContext &context, const FileURL &directory)
+void KnownRecords::restoreWhereDocumentsStay(StoreContext &context, const FileURL &record)
 {
-    KnownRecords &known = context.knownRecords;
-    for (const auto &[path, bytes] : known.below(directory)) {
-        const FileURL record = FileURL::file(path);
-        if (known._waiting.contains(path) || !isCertainlyAbsent(context.disk, record))
-            continue;
-        const std::vector<FileURL> documents = documentsIn(context.disk, record.deletingLastPathComponent());
-        if (documents.empty())
-            continue;
-        known._waiting.insert(path);
-        whenDocumentsStay(context, record, documents, [&context, record, bytes = bytes](bool haveStayed) {
-            context.knownRecords._waiting.erase(record.path());
-            if (haveStayed)
-                context.coordinator.replace(record, bytes, {}, StoreDisk::OtherVersion::Replace, {});
-        });
-    }
-}
-
-void KnownRecords::forgetGone(StoreContext &context, const FileURL &directory)
-{
-    KnownRecords &known = context.knownRecords;
-    for (const auto &[path, bytes] : known.below(directory)) {
-        const FileURL holder = FileURL::file(path).deletingLastPathComponent();
-        if (context.disk.status(holder).kind == FileStatus::Kind::Missing) {
-            known._bytesByPath.erase(path);
-            known.saveLater(context);
-        }
-    }
+    KnownRecords &all = context.knownRecords;
+    const auto known = all._byUuid.find(uuidOf(record));
+    if (known == all._byUuid.end() || all._waiting.contains(record.path()) ||
+        !isCertainlyAbsent(context.disk, record))
+        return;
+    const std::vector<FileURL> documents = documentsIn(context.disk, record.deletingLastPathComponent());
+    if (documents.empty())
+        return;
+    all._waiting.insert(record.path());
+    const QByteArray bytes = known->second.bytes;
+    whenDocumentsStay(context, record, documents, [&context, record, bytes](bool haveStayed) {
+        context.knownRecords._waiting.erase(record.path());
+        if (haveStayed)
+            context.coordinator.replace(record, bytes, {}, StoreDisk::OtherVersion::Replace, {});
+    });
 }
 
 } // namespace cvtamber

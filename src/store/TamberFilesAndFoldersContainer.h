@@ -88,6 +88,7 @@ private:
     void listReportedFolder(const FolderPointer &folder);
     void unlistFolder(const FileURL &folderURL);
     void keepDocumentsOf(const TamberDataFolder &folder);
+    void restoreRecordOf(const FileURL &folder);
     void reloadFolder(const FolderPointer &folder);
     void startDownloading(const FileURL &url);
     void deleteFolders(const StorageCompletion &completion);

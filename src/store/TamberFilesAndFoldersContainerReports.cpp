@@ -50,7 +50,12 @@ void TamberFilesAndFoldersContainer::unlistFolder(const FileURL &folderURL)
         return;
     keepDocumentsOf(*folder);
     _folders.removeAndTell(folder.get());
-    KnownRecords::restoreWhereDocumentsStay(context(), folderURL);
+    restoreRecordOf(folderURL);
+}
+
+void TamberFilesAndFoldersContainer::restoreRecordOf(const FileURL &folder)
+{
+    KnownRecords::restoreWhereDocumentsStay(context(), folder.appendingFile(FolderRecordName.toString()));
 }
 
 // They are not reported a second time, and the folder may come back.
@@ -91,6 +96,8 @@ void TamberFilesAndFoldersContainer::handleReport(CloudReport report, const Item
     const FolderPointer folder = folderAtIndex(_folders.indexOfURL(folderURL));
     if (item->url().lastPathComponent() == FolderRecordName)
         _folders.noteReport(folderURL);
+    if (!folder && report != CloudReport::Deleted && !isDirectChild(*item))
+        restoreRecordOf(folderURL);
     switch (stepFor(report, reportedItem(*item, folderURL, folder))) {
     case CloudStep::Nothing:
         if (report == CloudReport::DownloadedAgain && folder)
@@ -112,7 +119,6 @@ void TamberFilesAndFoldersContainer::handleReport(CloudReport report, const Item
         break;
     case CloudStep::KeepAsOrphan:
         _orphanedItems.add(item);
-        KnownRecords::restoreWhereDocumentsStay(context(), folderURL);
         break;
     case CloudStep::ForgetOrphan:
         _orphanedItems.remove(item->url());

@@ -127,6 +127,7 @@ private:
     void loadReportedUser(const QString &folderName);
     void removeReportedUser(const User &user);
     void keepItemsBelow(const FileURL &directory);
+    void restoreRecordsOf(const FileURL &item);
     void downloadRecord(const FileURL &record);
 
     StoreContext &_context;

@@ -42,7 +42,6 @@ void TamberUsers::ubiquitousMonitorContentGathered(TamberUbiquitousFolderMonitor
     _context.log.debug(QStringLiteral("-(void)ubiquitousMonitor:(TamberUbiquitousFolderMonitor *)monitor "
                                       "contentGathered:(NSArray *)items"));
     _contentGathered = true;
-    KnownRecords::forgetGone(_context, url());
     _listeners.tell(&TamberUsersDelegate::contentGathered);
 }
 
@@ -55,6 +54,8 @@ void TamberUsers::handleReport(CloudReport report, const Item &item)
     if (directory.isNil())
         return;
     const User user = findUserWithURL(directory);
+    if (!user && !isRecord && report != CloudReport::Deleted)
+        restoreRecordsOf(url);
     const RegistryStep step = registryStep({report, isRecord, item->isDownloaded(), user != nullptr});
     takeStep(step, {report, item, user, directory});
 }
@@ -69,7 +70,6 @@ void TamberUsers::takeStep(RegistryStep step, const Report &report)
         break;
     case RegistryStep::KeepAsOrphan:
         _orphanedItems.add(report.item);
-        KnownRecords::restoreWhereDocumentsStay(_context, report.directory);
         break;
     case RegistryStep::ForgetOrphan:
         _context.log.debug(QStringLiteral("ERROR!!!"));
@@ -111,7 +111,6 @@ void TamberUsers::removeReportedUser(const User &user)
     _context.log.info(loggedURL(directory));
     if (holdsDocuments(_context.disk, directory)) {
         keepItemsBelow(directory);
-        KnownRecords::restoreWhereDocumentsStay(_context, directory);
         return;
     }
     _context.coordinator.remove(directory, [&context = _context](const FileResult &result) {
@@ -128,9 +127,21 @@ void TamberUsers::keepItemsBelow(const FileURL &directory)
     const QString prefix = directory.path() + u'/';
     const FileURL record = directory.appendingFile(UserRecordName.toString());
     for (const Item &item : _ubiquitousMonitor->items()) {
-        if (item->url() != record && item->url().path().startsWith(prefix))
+        if (item->url() != record && item->url().path().startsWith(prefix)) {
             _orphanedItems.add(item);
+            restoreRecordsOf(item->url());
+        }
     }
+}
+
+// The user's, and the folder's that the item lies in.
+void TamberUsers::restoreRecordsOf(const FileURL &item)
+{
+    const FileURL user = userDirectoryOfItem(item, url().pathLength());
+    const FileURL holder = item.deletingLastPathComponent();
+    KnownRecords::restoreWhereDocumentsStay(_context, user.appendingFile(UserRecordName.toString()));
+    if (holder != user)
+        KnownRecords::restoreWhereDocumentsStay(_context, holder.appendingFile(FolderRecordName.toString()));
 }
 
 void TamberUsers::downloadRecord(const FileURL &record)
