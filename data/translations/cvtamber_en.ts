@@ -1007,9 +1007,9 @@
         <source>There are no files on the Corvane. Write one on it, then choose Refresh.</source>
         <translation>There are no files on the Corvane. Write one on it, then choose Refresh.</translation>
     </message>
-    <message id="Please wait...">
+    <message id="Please wait…">
         <source>Please wait…</source>
-        <translation>Please wait...</translation>
+        <translation>Please wait…</translation>
     </message>
     <message id="1.1">
         <source>Delete this user?</source>

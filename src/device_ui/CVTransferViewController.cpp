@@ -119,7 +119,7 @@ QString CVTransferViewController::cancelTitle() const
 QString CVTransferViewController::statusText() const
 {
     if (isBusy())
-        return localized("Please wait...");
+        return localized("Please wait…");
     if (!isFinished())
         return _step == Step::Failed && _context.reconnector.isAway() ? localized("Trying to connect again.")
                                                                       : QString();

@@ -82,7 +82,7 @@ TableCell MCVFilesViewController::cellForRow(IndexPath path) const
     TableCell cell;
     if (_isRefreshing) {
         cell.style = TableCell::Style::Wait;
-        cell.text = localized("Please wait...");
+        cell.text = localized("Please wait…");
         cell.canHighlight = false;
         return cell;
     }
@@ -129,7 +129,7 @@ void MCVFilesViewController::refreshClicked()
         presenter().showNotice(localized("The Corvane is not connected."));
         return;
     }
-    presenter().announce(localized("Please wait..."));
+    presenter().announce(localized("Please wait…"));
     refresh();
 }
 

@@ -36,7 +36,7 @@ Item {
     readonly property bool showsDelete: table.editing && deletable
     // A colon that parts label and value for the eye is a comma for the ear, and so is the dot of a row that is a
     // sentence. Names of a person's own keep theirs.
-    readonly property string spokenLabel: style === TableCell.Value2 ? text.replace(/:+$/, "") : isCentered ? text.replace(/[.]$/, "") : text
+    readonly property string spokenLabel: style === TableCell.Value2 ? text.replace(/:+$/, "") : isCentered ? text.replace(/[.…]+$/, "") : text
     readonly property string spokenName: accessibleName !== "" ? accessibleName : text === "" && controlCount > 0 ? controls[0].title : detail === "" ? spokenLabel : spokenLabel + ", " + detail
 
     // What Enter does: the row's own action, else that of its first control.

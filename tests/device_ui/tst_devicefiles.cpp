@@ -148,7 +148,7 @@ private slots:
         QCOMPARE(second.row(), 1);
         bench.screen->rightItemClicked(0);
         bench.screen->rightItemClicked(0);
-        QCOMPARE(bench.shown(), u"Please wait..."_s);
+        QCOMPARE(bench.shown(), u"Please wait…"_s);
         bench.screen->rowClicked(0, 0);
         QVERIFY(!bench.presenter.sheet());
         bench.advance(10s);
