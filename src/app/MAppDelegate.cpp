@@ -258,7 +258,7 @@ void MAppDelegate::startUp()
 
     _tabController->setTabs(
         {{NavigationController::withRoot(presenter, _activeUsersController), u"user.png"_s},
-         {NavigationController::withRoot(presenter, _archivedUsersController), u"user.png"_s},
+         {NavigationController::withRoot(presenter, _archivedUsersController), u"archive.png"_s},
          {deviceNavigation, u"cv.png"_s}});
     selectLastTab();
     presenter.showRoot(_tabController);

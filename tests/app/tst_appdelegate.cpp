@@ -42,6 +42,7 @@ private slots:
         QCOMPARE(bench.users(1)->tamberUsers(), gTamberStorage->archivedUsers());
         QCOMPARE(tabs->tabTitle(2), u"Corvane Brailler"_s);
         QCOMPARE(tabs->tabImage(0), u"user.png"_s);
+        QCOMPARE(tabs->tabImage(1), u"archive.png"_s);
         tabs->selectTab(2);
         QCOMPARE(bench.presenter->front()->title(), u"Corvane"_s);
         QCOMPARE(bench.defaults.value(u"selectedTab"_s).toInt(), 2);
