@@ -42,6 +42,13 @@ void BubbleMetrics::setTextScale(double scale)
     emit changed();
 }
 
+void BubbleMetrics::setTitleSize(int size)
+{
+    _appearance.titleSize = size;
+    tellAppearance();
+    emit changed();
+}
+
 void BubbleMetrics::setTablet(bool tablet)
 {
     _appearance.isTablet = tablet;

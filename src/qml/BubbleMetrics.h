@@ -10,7 +10,7 @@
 
 namespace cvtamber {
 
-// Tells a bubble table how it is shown: in the font of the application, the scale of texts, the device and the width.
+// Tells a bubble table how it is shown: in the font of the application, the sizes of texts, the device and the width.
 //
 // Nothing is told before all of it is known: each word may have the table measure its texts anew.
 // Thread: main thread. Owner: the view of the table.
@@ -21,6 +21,8 @@ class BubbleMetrics : public QObject, public QQmlParserStatus
     QML_ELEMENT
     Q_PROPERTY(cvtamber::UIBubbleTableView *table READ table WRITE setTable NOTIFY changed REQUIRED FINAL)
     Q_PROPERTY(double textScale READ textScale WRITE setTextScale NOTIFY changed FINAL)
+    // In pixels, of the page's title.
+    Q_PROPERTY(int titleSize READ titleSize WRITE setTitleSize NOTIFY changed FINAL)
     Q_PROPERTY(bool tablet READ isTablet WRITE setTablet NOTIFY changed FINAL)
     Q_PROPERTY(double width READ width WRITE setWidth NOTIFY changed FINAL)
     // What the texts in bubbles are drawn in.
@@ -33,6 +35,8 @@ public:
     void setTable(UIBubbleTableView *table);
     double textScale() const { return _appearance.textScale; }
     void setTextScale(double scale);
+    int titleSize() const { return _appearance.titleSize; }
+    void setTitleSize(int size);
     bool isTablet() const { return _appearance.isTablet; }
     void setTablet(bool tablet);
     double width() const { return _appearance.width; }

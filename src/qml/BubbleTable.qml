@@ -86,6 +86,7 @@ FocusScope {
         table: bubbles.table
         tablet: Math.min(bubbles.Window.width, bubbles.Window.height) >= Theme.tabletSide
         textScale: Theme.textScale
+        titleSize: Theme.titleSize
         width: rows.width
     }
     ListView {

@@ -118,6 +118,7 @@ ScreenView {
                         filled: true
                         // A touch leaves the keyboard on the screen where it is.
                         focusPolicy: Qt.TabFocus
+                        font.pixelSize: field.font.pixelSize
                         text: qsTrId("Send")
 
                         onClicked: screen.send()

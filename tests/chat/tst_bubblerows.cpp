@@ -128,11 +128,16 @@ void tst_bubblerows::otherRowsAndSizes()
     bench->table.setShowAvatars(true);
     bench->table.reloadData();
     QCOMPARE(heights(), (QList<double>{28, 4 * 17 * 1.2 + 16, 66, 52, 52}));
-    // Doubled, 29 in 500; the dates too.
-    bench->table.setAppearance({1, true, 820});
-    QCOMPARE(heights(), (QList<double>{28, 4 * 34 * 1.2 + 16, 116, 52, 52}));
+    // Doubled up to the size of the title, 35 in 500; the dates follow.
+    bench->table.setAppearance({1, true, 820, 28});
+    QCOMPARE(heights(), (QList<double>{28, 3 * 28 * 1.2 + 16, 116, 52, 52}));
+    QCOMPARE(bench->table.fontSize(), 28);
+    QCOMPARE(bench->table.headerFontSize(), 20);
+    bench->table.setAppearance({1, true, 820, 40});
     QCOMPARE(bench->table.fontSize(), 34);
-    QCOMPARE(bench->table.headerFontSize(), 24);
+    // No wider than the table: 28 in 398.
+    bench->table.setAppearance({1, true, 500, 28});
+    QCOMPARE(heights()[1], 4 * 28 * 1.2 + 16);
     // Larger text has more room as far as there is any, and higher headers.
     bench->table.setAppearance({2, false, 390});
     QCOMPARE(heights()[0], 56);

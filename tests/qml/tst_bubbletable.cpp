@@ -170,7 +170,7 @@ void tst_bubbletable::textsAreDrawnAsMeasured()
         bench->bubbles = {bubbleAt(0, text)};
         bench->table.reloadData();
         const Shown shown(bench, size);
-        QCOMPARE(bench->table.fontSize(), size.width() > 500 ? 34 : 17);
+        QCOMPARE(bench->table.fontSize(), size.width() > 500 ? 28 : 17);
         QCOMPARE(shown.rows().size(), 2);
         const auto *label = Shown::labelOf(shown.rows()[1]);
         QVERIFY(label);

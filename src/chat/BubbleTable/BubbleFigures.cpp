@@ -26,12 +26,13 @@ constexpr double BesideAvatar = 54;
 
 int BubbleFigures::fontSize() const
 {
-    return qRound(SystemFontSize * _appearance.textScale) * (_appearance.isTablet ? 2 : 1);
+    const int size = qRound(SystemFontSize * _appearance.textScale);
+    return _appearance.isTablet ? std::clamp(_appearance.titleSize, size, 2 * size) : size;
 }
 
 int BubbleFigures::headerFontSize() const
 {
-    return qRound(HeaderFontSize * _appearance.textScale) * (_appearance.isTablet ? 2 : 1);
+    return qRound(fontSize() * HeaderFontSize / SystemFontSize);
 }
 
 double BubbleFigures::headerHeight() const
@@ -47,10 +48,12 @@ double BubbleFigures::typingHeight(bool showAvatars) const
 
 QSizeF BubbleFigures::textBounds(bool showAvatars) const
 {
-    const auto given = _appearance.isTablet ? TextWidthOnTablet : TextWidthOnPhone;
-    const auto room = _appearance.width - BesideText - (showAvatars ? BesideAvatar : 0);
+    const auto room = std::floor(_appearance.width - BesideText - (showAvatars ? BesideAvatar : 0));
+    // A conversation beside another column may be narrow on a tablet as well.
+    const auto given =
+        _appearance.isTablet ? std::clamp(room, TextWidthOnPhone, TextWidthOnTablet) : TextWidthOnPhone;
     const auto wanted = given * std::max(1.0, _appearance.textScale);
-    return {std::max(given, std::min(wanted, std::floor(room))), TextHeight};
+    return {std::max(given, std::min(wanted, room)), TextHeight};
 }
 
 QSizeF BubbleFigures::imageSize(const QSizeF &own, bool showAvatars) const

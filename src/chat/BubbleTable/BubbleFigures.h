@@ -13,12 +13,14 @@ struct BubbleAppearance
     bool isTablet = false;
     // Of the table, in units of the screen.
     double width = 320;
+    // In pixels, of the title over the conversation.
+    int titleSize = 28;
 
     bool operator==(const BubbleAppearance &) const = default;
 };
 
-// The sizes of a bubble table that hang on its appearance. At 100 % text they are the given ones; larger text widens
-// what holds it as far as the table goes.
+// The sizes of a bubble table that hang on its appearance. At 100 % text on a phone they are the given ones; a tablet's are
+// doubled, up to the size of the title. Larger text widens what holds it as far as the table goes.
 class BubbleFigures
 {
 public:
@@ -29,7 +31,7 @@ public:
         : _appearance(appearance)
     {}
 
-    // In pixels.
+    // In pixels. The one size that the bubbles, the line that is written and its button have; all others follow it.
     int fontSize() const;
     int headerFontSize() const;
     double headerHeight() const;
