@@ -79,19 +79,19 @@ Dialog {
 
             Heading {
                 horizontalAlignment: Text.AlignHCenter
-                text: dialog.title
-                visible: text !== ""
+                visible: words !== ""
                 width: parent.width
+                words: dialog.title
                 wrapMode: Text.Wrap
             }
             AppText {
-                Accessible.name: text
+                Accessible.name: words
                 Accessible.role: Accessible.StaticText
                 font.pixelSize: Theme.detailSize
                 horizontalAlignment: Text.AlignHCenter
-                text: dialog.message
-                visible: text !== ""
+                visible: words !== ""
                 width: parent.width
+                words: dialog.message
                 wrapMode: Text.Wrap
             }
             FormField {

@@ -23,7 +23,7 @@ ScreenView {
         return true;
     }
 
-    spokenTitle: about.text
+    spokenTitle: about.words
 
     // What had the focus may be hidden now.
     Connections {
@@ -51,8 +51,8 @@ ScreenView {
 
                 font.pixelSize: Math.round(Theme.bodySize * 1.2)
                 horizontalAlignment: Text.AlignHCenter
-                text: screen.controller.connectingText
                 width: parent.width
+                words: screen.controller.connectingText
                 wrapMode: Text.Wrap
             }
             Spinner {

@@ -8,7 +8,7 @@ AppText {
 
     font.bold: true
     Accessible.role: Accessible.Heading
-    Accessible.name: heading.text
+    Accessible.name: heading.words !== "" ? heading.words : heading.text
     Accessible.focusable: true
 
     FocusRing {

@@ -97,9 +97,9 @@ Dialog {
                 anchors.rightMargin: Theme.margin
                 height: visible ? Math.max(52, implicitHeight + Theme.gap) : 0
                 horizontalAlignment: Text.AlignHCenter
-                text: modal.controller.title
                 verticalAlignment: Text.AlignVCenter
-                visible: !(host.view instanceof NavigationView) && text !== ""
+                visible: !(host.view instanceof NavigationView) && words !== ""
+                words: modal.controller.title
                 wrapMode: Text.Wrap
             }
             ScreenHost {

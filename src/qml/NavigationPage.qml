@@ -123,8 +123,8 @@ FocusScope {
             font.pixelSize: Theme.titleSize
             maximumLineCount: 2
             opacity: 1 - bar.titleOpacity
-            text: page.controller.title
             width: parent.width
+            words: page.controller.title
             wrapMode: Text.Wrap
             // Room for the ring of the focus under the bar.
             y: Theme.half

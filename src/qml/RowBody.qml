@@ -40,8 +40,8 @@ Item {
         font.pixelSize: body.isSmallLabel ? Theme.detailSize : Theme.bodySize
         horizontalAlignment: body.cell.isCentered ? Text.AlignHCenter : Text.AlignLeft
         maximumLineCount: body.cell.isCentered ? 8 : body.lines
-        text: body.cell.text
         width: body.stacked ? body.room : body.isSmallLabel ? body.labelWidth : body.room - second.implicitWidth - Theme.gap
+        words: body.cell.text
         wrapMode: Text.Wrap
         y: body.stacked ? 0 : (body.textHeight - height) / 2
     }
@@ -53,9 +53,9 @@ Item {
         font.pixelSize: body.isSmallLabel ? Theme.bodySize : Theme.detailSize
         horizontalAlignment: body.cell.style === TableCell.Value1 && !body.stacked ? Text.AlignRight : Text.AlignLeft
         maximumLineCount: body.lines
-        text: body.cell.detail
-        visible: text !== ""
+        visible: words !== ""
         width: body.stacked ? body.room : body.isSmallLabel ? body.room - x : implicitWidth
+        words: body.cell.detail
         wrapMode: Text.Wrap
         x: body.stacked ? 0 : body.isSmallLabel ? body.labelWidth + Theme.gap : body.room - width
         y: body.stacked ? first.height + 2 : (body.textHeight - height) / 2

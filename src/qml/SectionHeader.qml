@@ -27,8 +27,8 @@ Item {
         anchors.rightMargin: header.side + Theme.margin
         color: Theme.secondaryText
         font.pixelSize: Theme.detailSize
-        text: header.title
         visible: header.title !== ""
+        words: header.title
         wrapMode: Text.Wrap
     }
 }

@@ -77,16 +77,16 @@ Dialog {
             width: sheet.availableWidth
 
             AppText {
-                Accessible.name: text
+                Accessible.name: words
                 Accessible.role: Accessible.StaticText
                 bottomPadding: Theme.unit
                 color: Theme.secondaryText
                 font.pixelSize: Theme.detailSize
                 horizontalAlignment: Text.AlignHCenter
-                text: sheet.heading
                 topPadding: Theme.unit
-                visible: text !== ""
+                visible: words !== ""
                 width: parent.width
+                words: sheet.heading
                 wrapMode: Text.Wrap
             }
             Repeater {

@@ -31,7 +31,7 @@ ScreenView {
             takeFocus();
     }
 
-    spokenTitle: about.text
+    spokenTitle: about.words
 
     FollowingFlickable {
         id: content
@@ -63,8 +63,8 @@ ScreenView {
                     id: about
 
                     horizontalAlignment: Text.AlignHCenter
-                    text: view.controller.labelText === "" ? qsTrId("Transfer") : view.controller.labelText
                     width: parent.width
+                    words: view.controller.labelText === "" ? qsTrId("Transfer") : view.controller.labelText
                     wrapMode: Text.Wrap
                 }
                 ProgressBar {

@@ -95,6 +95,15 @@ class tst_theme : public QObject
         _theme = _holder->property("theme").value<QObject *>();
         QVERIFY(_theme != nullptr);
     }
+    std::unique_ptr<QObject> make(const char *what)
+    {
+        QQmlComponent component(_engine.get());
+        component.setData(QByteArray("import CVTamber; ") + what, QUrl());
+        std::unique_ptr<QObject> made(component.create());
+        if (!made)
+            qFatal("%s", qUtf8Printable(component.errorString()));
+        return made;
+    }
     void check(const Pair &pair, double least)
     {
         const auto front = _theme->property(pair.front.data()).value<QColor>();
@@ -131,6 +140,25 @@ private slots:
             check(pair, strength == "high" ? 7 : 4.5);
         for (const Pair &pair : Parts)
             check(pair, 3);
+    }
+    void namesBreakAtTheirSigns_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("signs") << u"the_Letter.final.txt"_s << u"the_|Letter.|final.|txt"_s;
+        QTest::newRow("runs") << u"a__b...c"_s << u"a__|b...|c"_s;
+        QTest::newRow("ends") << u"Wait. What_ is..."_s << u"Wait. What_ is..."_s;
+        QTest::newRow("figures") << u"1.25 v2.0 scan_01 No.7"_s << u"1.25 v2.0 scan_|01 No.|7"_s;
+    }
+    void namesBreakAtTheirSigns()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, shown);
+        load();
+        const auto label = make("AppText {}");
+        label->setProperty("words", name);
+        QCOMPARE(label->property("text").toString(), shown.replace(u'|', QChar(0x200b)));
+        QCOMPARE(label->property("words").toString(), name);
     }
     void sizesAndMotion()
     {
