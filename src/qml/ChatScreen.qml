@@ -8,8 +8,6 @@ ScreenView {
     id: screen
 
     required property Chat2ViewController controller
-    // Bubbles stand at the sides of a column that is read at a glance.
-    readonly property double side: Math.max(0, (width - Theme.readableWidth * 1.25) / 2)
 
     function takeFocus(): bool {
         field.forceActiveFocus(Qt.OtherFocusReason);
@@ -28,6 +26,9 @@ ScreenView {
         screen.controller.okButtonClicked();
         field.forceActiveFocus(Qt.OtherFocusReason);
     }
+
+    // Bubbles stand at the sides of it.
+    column: Theme.readableWidth * 1.25
 
     Connections {
         function onKeyboardRectangleChanged() {
@@ -49,9 +50,10 @@ ScreenView {
         BubbleTable {
             anchors.bottom: bar.top
             anchors.left: parent.left
-            anchors.leftMargin: screen.side
+            // A bubble has a margin of its own.
+            anchors.leftMargin: screen.side - Theme.margin
             anchors.right: parent.right
-            anchors.rightMargin: screen.side
+            anchors.rightMargin: screen.side - Theme.margin
             anchors.top: parent.top
             table: screen.controller.chatBubbleTableView
         }
@@ -72,9 +74,9 @@ ScreenView {
                 id: column
 
                 anchors.left: parent.left
-                anchors.leftMargin: screen.side + Theme.margin
+                anchors.leftMargin: screen.side
                 anchors.right: parent.right
-                anchors.rightMargin: screen.side + Theme.margin
+                anchors.rightMargin: screen.side
                 spacing: Theme.half
                 y: Theme.unit
 

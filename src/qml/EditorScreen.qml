@@ -8,7 +8,6 @@ ScreenView {
     id: screen
 
     required property MTextEditViewController controller
-    readonly property double side: Math.max(Theme.margin, (width - Theme.readableWidth) / 2)
 
     function page(forward: bool): void {
         const caret = area.cursorRectangle;
@@ -20,6 +19,14 @@ ScreenView {
         return true;
     }
 
+    column: measured.column
+    isText: true
+
+    TextColumn {
+        id: measured
+
+        font: area.font
+    }
     Connections {
         function onResignFirstResponder() {
             screen.forceActiveFocus();

@@ -17,6 +17,10 @@ Dialog {
     required property int layer
     property bool covered: false
     readonly property bool isCard: formSheet && Math.min(parent.width, parent.height) >= Theme.tabletSide
+    // Of the card: a text has all the room that there is, up to the width of its lines.
+    readonly property ScreenView shown: host.view instanceof NavigationView ? (host.view as NavigationView).screen : page.screen
+    readonly property bool showsText: shown !== null && shown.isText
+    readonly property double cardWidth: showsText ? Math.max(Theme.sheetWidth, shown.column + Theme.margin * 2) : Theme.sheetWidth
     readonly property int duration: animated ? Theme.motion : 0
     readonly property double restY: (parent.height - height) / 2
     readonly property string spokenTitle: {
@@ -47,10 +51,10 @@ Dialog {
     title: spokenTitle !== "" ? spokenTitle : qsTrId("Dialog")
     footer: null
     header: null
-    height: isCard ? Math.min(parent.height - Theme.unit * 8, Theme.sheetHeight) : parent.height
+    height: isCard ? Math.min(parent.height - Theme.unit * 8, showsText ? parent.height : Theme.sheetHeight) : parent.height
     modal: true
     padding: isCard ? (background as Rectangle).border.width : 0
-    width: isCard ? Math.min(parent.width - Theme.unit * 8, Theme.sheetWidth) : parent.width
+    width: isCard ? Math.min(parent.width - Theme.unit * 8, cardWidth) : parent.width
     x: (parent.width - width) / 2
     y: restY
     z: layer + 1

@@ -105,7 +105,7 @@ FocusScope {
     Item {
         id: titleBox
 
-        readonly property double side: Math.max(Theme.margin, (page.width - Theme.readableWidth) / 2)
+        readonly property double side: page.screen === null ? Theme.margin : page.screen.side
 
         anchors.left: parent.left
         anchors.leftMargin: side + Theme.half

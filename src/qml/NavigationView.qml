@@ -8,6 +8,10 @@ FocusScope {
 
     required property NavigationController controller
     property bool modal: false
+    readonly property ScreenView screen: {
+        const page = stack.topPage as NavigationPage;
+        return page === null ? null : page.screen;
+    }
 
     function takeFocus(): void {
         const page = stack.topPage as NavigationPage;

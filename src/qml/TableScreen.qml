@@ -9,7 +9,6 @@ ScreenView {
     id: screen
 
     required property TableViewController controller
-    readonly property double side: Math.max(Theme.margin, (width - Theme.readableWidth) / 2)
     property string typed: ""
     property double typedAt: 0
     // Nobody has scrolled yet: the list stays at its beginning while the room above it changes.

@@ -69,8 +69,9 @@ QtObject {
     readonly property int panelRadius: 10
     // The least that a finger hits.
     readonly property int target: 44
-    // Rows and forms grow no wider than what is read at a glance.
+    // Rows and forms grow no wider than what is read at a glance, a text no wider than lines of this many characters.
     readonly property int readableWidth: 720
+    readonly property int lineLength: 90
     readonly property int sheetWidth: 560
     readonly property int sheetHeight: 680
     readonly property int dialogWidth: 360

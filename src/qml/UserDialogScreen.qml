@@ -7,7 +7,6 @@ ScreenView {
     id: screen
 
     required property MEditUserDialog controller
-    readonly property double side: Math.max(Theme.margin, (width - Theme.sheetWidth) / 2)
 
     function takeFocus(): bool {
         first.field.forceActiveFocus(Qt.OtherFocusReason);
@@ -28,6 +27,7 @@ ScreenView {
             content.contentY = Math.max(0, top + column.y - Theme.target);
     }
 
+    column: Theme.sheetWidth
     scrolled: content.contentY
 
     Flickable {

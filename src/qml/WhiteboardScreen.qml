@@ -9,7 +9,6 @@ ScreenView {
     id: screen
 
     required property ChatViewController controller
-    readonly property double side: Math.max(Theme.margin, (width - Theme.readableWidth) / 2)
 
     function takeFocus(): bool {
         area.forceActiveFocus(Qt.OtherFocusReason);
@@ -32,6 +31,13 @@ ScreenView {
             page.contentY = Math.min(caret.y + caret.height + area.bottomPadding - page.height, lowest);
     }
 
+    column: measured.column
+
+    TextColumn {
+        id: measured
+
+        font: area.font
+    }
     Connections {
         function onKeyboardRectangleChanged() {
             screen.followKeyboard();
@@ -99,7 +105,7 @@ ScreenView {
             focus: true
             // Doubled letters stay so small that a line has eight: a page of more and shorter lines is too high for Qt.
             font.pixelSize: Math.max(Theme.bodySize, Math.min(Theme.bodySize * screen.controller.fontScale,
-                (screen.width - 2 * screen.side) / 8))
+                (screen.width - 2 * Theme.margin) / 8))
             inputMethodHints: Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText
             leftPadding: screen.side
             rightPadding: screen.side
@@ -126,6 +132,8 @@ ScreenView {
             DropArea {
                 anchors.fill: parent
 
+                // Files are opened by the window.
+                onEntered: drag => drag.accepted = !drag.hasUrls
                 onDropped: drop => {
                     if (!drop.hasText)
                         return;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <QColor>
+#include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QQmlComponent>
 #include <QQmlEngine>
@@ -159,6 +160,20 @@ private slots:
         label->setProperty("words", name);
         QCOMPARE(label->property("text").toString(), shown.replace(u'|', QChar(0x200b)));
         QCOMPARE(label->property("words").toString(), name);
+    }
+    void textsHaveLinesOfACertainLength()
+    {
+        load();
+        for (const int size : {17, 34}) {
+            const auto measured = make("TextColumn {}");
+            QFont font;
+            font.setPixelSize(size);
+            measured->setProperty("font", font);
+            const double prose = QFontMetricsF(font).horizontalAdvance(
+                u"What stands in a book for children, said in the words of this one line."_s);
+            const double letters = measured->property("column").toDouble() / prose * 71;
+            QVERIFY2(letters > 80 && letters < 100, qPrintable(QString::number(letters)));
+        }
     }
     void sizesAndMotion()
     {
