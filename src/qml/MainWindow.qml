@@ -2,7 +2,7 @@
 import QtQuick
 import CVTamber
 
-// The window: the root's view, and over all the line of notices.
+// The window: the root's view, and under all the line of notices.
 Window {
     id: window
 
@@ -10,6 +10,8 @@ Window {
     // A modal screen hides the root wholly.
     property bool covered: false
     property string notice: ""
+    // What the notice leaves of the window: all else stands in it.
+    property alias room: room
 
     signal helpRequested
 
@@ -46,11 +48,19 @@ Window {
         controller: window.controller
         focus: true
         // Not that of the parent, which has none before the window is shown.
-        height: window.height
+        height: window.height - notices.room
         visible: !window.covered
         width: window.width
     }
+    Item {
+        id: room
+
+        height: host.height
+        width: host.width
+    }
     NoticeLine {
+        id: notices
+
         content: window.contentItem
         notice: window.notice
     }

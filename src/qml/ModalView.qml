@@ -41,7 +41,9 @@ Dialog {
         const navigation = host.view as NavigationView;
         if (navigation !== null)
             return navigation.anchorItem(kind, section, row, button);
-        return kind === SheetAnchor.Row && page.screen !== null ? page.screen.rowItem(section, row) : null;
+        if (page.screen === null)
+            return null;
+        return kind === SheetAnchor.Row ? page.screen.rowItem(section, row) : page.screen.sheetPlace;
     }
 
     closePolicy: Popup.NoAutoClose

@@ -46,7 +46,7 @@ FocusScope {
         case SheetAnchor.RightBarButton:
             return bar.rightButton(button);
         default:
-            return null;
+            return page.screen === null ? null : page.screen.sheetPlace;
         }
     }
     // Cancel where there is one, else back.

@@ -3,8 +3,8 @@ import QtQuick
 import QtQuick.Templates as T
 import CVTamber
 
-// One line over everything that goes by itself. It takes neither focus nor touches, and the announcer speaks it: a popup
-// would stand among the dialogs, without a name.
+// One line under everything, which makes room for it. It goes by itself and takes neither focus nor touches, and the
+// announcer speaks it: a popup would stand among the dialogs, without a name.
 Rectangle {
     id: line
 
@@ -12,20 +12,17 @@ Rectangle {
     required property Item content
     // What is shown: the words stay while the line fades.
     property string words: ""
+    // What it takes of the window's height.
+    readonly property double room: visible ? height : 0
 
-    border.color: Theme.outline
-    border.width: Theme.cardBorder
     color: Theme.notice
-    height: label.height + Theme.unit * 3
+    height: label.height + Theme.unit * 2
     opacity: notice !== "" ? 1 : 0
     // Questions and forms are drawn in the overlay, which is there only while one of them is.
     parent: T.Overlay.overlay !== null && T.Overlay.overlay.visible ? T.Overlay.overlay as Item : content
-    radius: Theme.radius
     visible: opacity > 0
-    width: Math.min(parent.width - Theme.margin * 2, Math.max(240, label.implicitWidth + Theme.gap * 2), Theme.readableWidth)
-    x: (parent.width - width) / 2
-    // Under the bar: at the bottom it would hide what is being typed.
-    y: Theme.unit * 8
+    width: parent.width
+    y: parent.height - height
     z: 20
 
     Behavior on opacity {
@@ -45,8 +42,8 @@ Rectangle {
         color: Theme.noticeText
         font.pixelSize: Theme.detailSize
         horizontalAlignment: Text.AlignHCenter
-        text: line.words
-        width: Math.min(implicitWidth, line.width - Theme.gap * 2)
+        width: Math.min(implicitWidth, line.width - Theme.margin * 2)
+        words: line.words
         wrapMode: Text.Wrap
     }
 }

@@ -143,7 +143,7 @@ void QmlPresenter::present(const Controller &controller, PresentationStyle style
         {QStringLiteral("formSheet"), isFormSheet},
         {QStringLiteral("fades"), transition != TransitionStyle::CoverVertical},
         {QStringLiteral("animated"), animated},
-        {QStringLiteral("parent"), QVariant::fromValue<QObject *>(_window->contentItem())},
+        {QStringLiteral("parent"), QVariant::fromValue<QObject *>(room())},
         {QStringLiteral("layer"), static_cast<int>(_modals.size())},
     };
     QObject *view = ViewRegistry::of(*_engine).createObject(QStringLiteral("ModalView"), properties, _window);
@@ -294,7 +294,7 @@ QObject *QmlPresenter::makeAlert(const AlertView &alert)
 {
     const AlertTextField field = alert.textField.value_or(AlertTextField{});
     const QVariantMap properties{
-        {QStringLiteral("parent"), QVariant::fromValue<QObject *>(_window->contentItem())},
+        {QStringLiteral("parent"), QVariant::fromValue<QObject *>(room())},
         {QStringLiteral("title"), alert.title},
         {QStringLiteral("message"), alert.message},
         {QStringLiteral("buttons"), alert.buttons},
@@ -311,24 +311,32 @@ QObject *QmlPresenter::makeAlert(const AlertView &alert)
 QObject *QmlPresenter::makeSheet(const ActionSheet &sheet)
 {
     const QVariantMap properties{
-        {QStringLiteral("parent"), QVariant::fromValue<QObject *>(_window->contentItem())},
+        {QStringLiteral("parent"), QVariant::fromValue<QObject *>(room())},
         {QStringLiteral("heading"), sheet.title},
         {QStringLiteral("buttons"), sheet.buttons},
         {QStringLiteral("cancelIndex"), sheet.cancelButtonIndex},
         {QStringLiteral("destructiveIndex"), sheet.destructiveButtonIndex},
-        {QStringLiteral("anchor"), anchorRect(sheet.anchor)},
+        {QStringLiteral("owner"), QVariant::fromValue<QObject *>(ownerOf(sheet.anchor))},
     };
     return ViewRegistry::of(*_engine).createObject(QStringLiteral("SheetPopup"), properties, _window);
 }
 
-// In the window; empty where there is nothing to point to.
-QRectF QmlPresenter::anchorRect(const Anchor &anchor) const
+// Null where there is nothing that the sheet could hang at.
+QQuickItem *QmlPresenter::ownerOf(const Anchor &anchor) const
 {
     QQuickItem *item = nullptr;
     QMetaObject::invokeMethod(topView(), "anchorItem", Q_RETURN_ARG(QQuickItem *, item),
                               Q_ARG(int, static_cast<int>(anchor.kind)), Q_ARG(int, anchor.section),
                               Q_ARG(int, anchor.row), Q_ARG(int, anchor.button));
-    return item == nullptr ? QRectF() : item->mapRectToScene(item->boundingRect());
+    // A button of the row that has asked for the sheet has the focus.
+    QQuickItem *focused = anchor.kind == Anchor::Kind::Row ? _window->activeFocusItem() : nullptr;
+    return item != nullptr && focused != nullptr && item->isAncestorOf(focused) ? focused : item;
+}
+
+// What the line of notices leaves of the window.
+QQuickItem *QmlPresenter::room() const
+{
+    return _window->property("room").value<QQuickItem *>();
 }
 
 QObject *QmlPresenter::topView() const

@@ -9,7 +9,6 @@
 #include <QObject>
 #include <QPointer>
 #include <QRect>
-#include <QRectF>
 
 #include <memory>
 #include <optional>
@@ -93,7 +92,8 @@ private:
     QObject *makeQuestion(const QuestionQueue::Question &question);
     QObject *makeAlert(const AlertView &alert);
     QObject *makeSheet(const ActionSheet &sheet);
-    QRectF anchorRect(const Anchor &anchor) const;
+    QQuickItem *ownerOf(const Anchor &anchor) const;
+    QQuickItem *room() const;
     QObject *topView() const;
     void setTransition(Finished finished);
     void endTransition();

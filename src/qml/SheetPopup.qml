@@ -4,8 +4,8 @@ import QtQuick.Controls.Basic
 import QtQuick.Templates as T
 import CVTamber
 
-// A menu of actions: at the bottom of a phone, beside what it belongs to on a larger window. Escape and a touch beside
-// it are the Cancel button.
+// A menu of actions: at the bottom of a phone, on a larger window under or over what it belongs to. Escape and a touch
+// beside it are the Cancel button.
 Dialog {
     id: sheet
 
@@ -14,10 +14,15 @@ Dialog {
     required property list<string> buttons
     required property int cancelIndex
     required property int destructiveIndex
-    // In the window; empty where there is nothing to point to.
-    required property rect anchor
-    readonly property bool isAnchored: anchor.width > 0 && Math.min(parent.width, parent.height) >= Theme.tabletSide
-    readonly property bool fitsBelow: anchor.y + anchor.height + height + Theme.gap <= parent.height
+    // What it belongs to; null where that is the whole screen.
+    required property Item owner
+    // Where that is in the window.
+    property rect anchor
+    readonly property bool isLarge: Math.min(parent.width, parent.height) >= Theme.tabletSide
+    readonly property bool isAnchored: isLarge && owner !== null
+    readonly property double below: anchor.y + anchor.height + Theme.half
+    readonly property double above: anchor.y - height - Theme.half
+    readonly property double lowest: Math.max(Theme.unit, parent.height - height - Theme.unit)
     property bool isAnswered: false
 
     signal answered(int button, string text)
@@ -33,6 +38,10 @@ Dialog {
         if (cancelIndex >= 0)
             choose(cancelIndex);
         return true;
+    }
+    function findOwner(): void {
+        if (owner !== null)
+            anchor = owner.mapToItem(null, 0, 0, owner.width, owner.height);
     }
     function focusChoice(index: int): void {
         if (index >= 0 && index < buttons.length)
@@ -50,7 +59,7 @@ Dialog {
     title: heading !== "" ? heading : qsTrId("Actions")
     width: isAnchored ? Math.min(parent.width - Theme.gap, 320 * Math.min(Theme.textScale, 1.5)) : Math.min(parent.width - Theme.gap, Theme.sheetWidth)
     x: isAnchored ? Math.max(Theme.unit, Math.min(parent.width - width - Theme.unit, anchor.x + (anchor.width - width) / 2)) : (parent.width - width) / 2
-    y: !isAnchored ? parent.height - height - Theme.unit : fitsBelow ? anchor.y + anchor.height + Theme.half : Math.max(Theme.unit, anchor.y - height - Theme.half)
+    y: !isLarge ? parent.height - height - Theme.unit : !isAnchored ? (parent.height - height) / 2 : below > lowest && above >= Theme.unit ? above : Math.min(below, lowest)
     z: 10
 
     T.Overlay.modal: Rectangle {
@@ -129,6 +138,26 @@ Dialog {
         }
     }
 
+    // What it belongs to is laid out anew when the window has another size.
+    Connections {
+        function onHeightChanged() {
+            layingOut.restart();
+        }
+        function onWidthChanged() {
+            layingOut.restart();
+        }
+
+        target: sheet.parent
+    }
+    Timer {
+        id: layingOut
+
+        interval: 0
+
+        onTriggered: sheet.findOwner()
+    }
+
+    Component.onCompleted: findOwner()
     onAboutToHide: leave()
     onOpened: focusChoice(destructiveIndex === 0 && buttons.length > 1 ? 1 : 0)
 }

@@ -201,6 +201,9 @@ ScreenView {
         }
         Keys.onPressed: event => event.accepted = screen.handleKey(event)
         onCurrentIndexChanged: place.follow()
+        // What takes room below does not hide the row that has the focus.
+        onHeightChanged: if (activeFocus && !screen.isUntouched)
+            positionViewAtIndex(currentIndex, ListView.Contain)
         onMovementStarted: {
             screen.isUntouched = false;
             swiping.close();

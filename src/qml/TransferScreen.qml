@@ -31,6 +31,7 @@ ScreenView {
             takeFocus();
     }
 
+    sheetPlace: panel
     spokenTitle: about.words
 
     FollowingFlickable {

@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 #include <QQmlComponent>
 #include <QQmlEngine>
+#include <QQuickItem>
 #include <QTest>
 
 #include <cmath>
@@ -174,6 +175,20 @@ private slots:
             const double letters = measured->property("column").toDouble() / prose * 71;
             QVERIFY2(letters > 80 && letters < 100, qPrintable(QString::number(letters)));
         }
+    }
+    void noticesTakeRoomFromTheRest()
+    {
+        qputenv("CVTAMBER_MOTION", "reduced");
+        load();
+        const auto window = make("MainWindow {}");
+        const auto *room = window->property("room").value<QQuickItem *>();
+        QVERIFY(room);
+        const double whole = window->property("height").toDouble();
+        QCOMPARE(room->height(), whole);
+        window->setProperty("notice", u"Saved as Letter."_s);
+        QVERIFY(room->height() < whole - 20 && room->height() > whole - 60);
+        window->setProperty("notice", QString());
+        QCOMPARE(room->height(), whole);
     }
     void sizesAndMotion()
     {
