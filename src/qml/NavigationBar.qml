@@ -12,7 +12,9 @@ Rectangle {
     // 0: the large title below says it; 1: the title is here.
     property double titleOpacity: 1
     property alias heading: heading
-    readonly property double sideWidth: Math.max(left.width, right.width) + Theme.unit
+    // Free at both sides, so that the buttons stand over what they belong to.
+    property double side: 0
+    readonly property double sideWidth: Math.max(left.width, right.width) + Theme.unit * 2 + side
     // Side by side they would be over those at the left.
     readonly property bool stacksRight: widthOfRight() + left.width + Theme.unit * 3 > width
 

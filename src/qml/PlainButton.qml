@@ -18,8 +18,8 @@ T.Button {
     Accessible.description: button.enabled ? "" : qsTrId("Not available")
     Accessible.name: button.spokenName
     font.pixelSize: Theme.bodySize
-    leftPadding: Theme.unit
-    rightPadding: Theme.unit
+    leftPadding: Theme.unit + leftInset
+    rightPadding: Theme.unit + rightInset
     topPadding: Theme.half
     bottomPadding: Theme.half
     implicitHeight: Math.max(Theme.target, implicitContentHeight + topPadding + bottomPadding)
@@ -29,7 +29,15 @@ T.Button {
     Keys.onReturnPressed: button.clicked()
     Keys.onEnterPressed: button.clicked()
 
+    // So that the outlines of neighbours stand apart, and apart from that of the row that has the focus.
+    bottomInset: Theme.buttonBorder * 2
+    leftInset: Theme.buttonBorder
+    rightInset: Theme.buttonBorder
+    topInset: Theme.buttonBorder * 2
+
     background: Rectangle {
+        border.color: button.enabled ? Theme.outline : Theme.disabledText
+        border.width: Theme.buttonBorder
         color: button.down ? Theme.pressed : button.filled ? (button.enabled ? button.foreground : Theme.disabledText) : button.surface
         radius: Theme.unit
 

@@ -30,23 +30,29 @@ Loader {
         id: details
 
         // Not a PlainButton, which takes half as long to make as all the rest of a row.
-        Rectangle {
+        Item {
             id: button
 
             Accessible.focusable: true
             Accessible.name: accessory.cell.accessoryName
             Accessible.role: Accessible.Button
             activeFocusOnTab: accessory.cell.ListView.isCurrentItem
-            color: press.pressed ? Theme.pressed : "transparent"
             implicitHeight: Theme.target
             implicitWidth: Theme.target
-            radius: Theme.unit
 
             Accessible.onPressAction: accessory.cell.openDetail()
             Keys.onEnterPressed: accessory.cell.openDetail()
             Keys.onReturnPressed: accessory.cell.openDetail()
             Keys.onSpacePressed: accessory.cell.openDetail()
 
+            Rectangle {
+                anchors.fill: parent
+                anchors.margins: Theme.buttonBorder * 2
+                border.color: Theme.outline
+                border.width: Theme.buttonBorder
+                color: press.pressed ? Theme.pressed : "transparent"
+                radius: Theme.unit
+            }
             Icon {
                 anchors.centerIn: parent
                 name: "detail"

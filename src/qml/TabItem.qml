@@ -9,6 +9,10 @@ Item {
     property string title: ""
     required property string image
     required property bool selected
+    // Filled, so that it is not taken for what has the focus.
+    readonly property bool isFilled: Theme.highContrast && selected
+    // Around the filled part, for the focus.
+    readonly property int inset: Theme.highContrast ? Theme.focusWidth + Theme.hairline : 0
     // A rail has room for two lines, and little for long words.
     property bool wraps: false
 
@@ -22,7 +26,7 @@ Item {
     Accessible.selectable: true
     Accessible.selected: tab.selected
     activeFocusOnTab: selected
-    implicitHeight: Math.max(Theme.target, icon.height + label.implicitHeight + Theme.half * 3)
+    implicitHeight: Math.max(Theme.target, icon.height + label.implicitHeight + Theme.half * 3 + inset * 2)
 
     Accessible.onPressAction: tab.chosen()
     Keys.onSpacePressed: tab.chosen()
@@ -30,14 +34,12 @@ Item {
 
     Rectangle {
         anchors.fill: parent
-        anchors.margins: Theme.half
-        border.color: Theme.accent
-        border.width: Theme.highContrast && tab.selected ? Theme.hairline : 0
-        color: press.pressed ? Theme.pressed : "transparent"
+        anchors.margins: tab.isFilled ? tab.inset : Theme.half
+        color: tab.isFilled ? Theme.accent : press.pressed ? Theme.pressed : "transparent"
         radius: Theme.unit
 
         FocusRing {
-            inset: 0
+            inset: tab.isFilled ? -tab.inset : 0
             target: tab
         }
     }
@@ -47,22 +49,22 @@ Item {
         anchors.horizontalCenter: parent.horizontalCenter
         color: label.color
         name: tab.image
-        y: Theme.half * 1.5
+        y: Theme.half * 1.5 + tab.inset
     }
     AppText {
         id: label
 
         anchors.left: parent.left
-        anchors.leftMargin: Theme.half
+        anchors.leftMargin: Theme.half + tab.inset
         anchors.right: parent.right
-        anchors.rightMargin: Theme.half
+        anchors.rightMargin: Theme.half + tab.inset
         anchors.top: icon.bottom
         anchors.topMargin: 2
-        color: tab.selected ? Theme.accent : Theme.secondaryText
+        color: tab.isFilled ? Theme.accentText : tab.selected ? Theme.accent : Theme.secondaryText
         elide: Text.ElideRight
         font.bold: tab.selected
         // So that the longest word fits into a narrow tab.
-        font.pixelSize: Math.min(Theme.noteSize, 22, Math.max(13, (tab.width - Theme.unit) / 5.5))
+        font.pixelSize: Math.min(Theme.noteSize, 22, Math.max(13, (tab.width - Theme.unit - tab.inset * 2) / 5.5))
         horizontalAlignment: Text.AlignHCenter
         maximumLineCount: tab.wraps ? 2 : 1
         text: tab.title

@@ -51,7 +51,9 @@ QtObject {
     // Around cards: colour alone does not part them from the background in high contrast.
     readonly property int cardBorder: highContrast ? 1 : 0
     readonly property int hairline: highContrast ? 2 : 1
-    readonly property int focusWidth: 3
+    // Around buttons, which colour alone parts from what is under them otherwise.
+    readonly property int buttonBorder: highContrast ? hairline : 0
+    readonly property int focusWidth: highContrast ? 4 : 3
 
     // Text sizes in pixels of 96 to the inch.
     readonly property int titleSize: Math.round(28 * Math.min(textScale, 1.6))

@@ -142,6 +142,7 @@ private slots:
             check(pair, strength == "high" ? 7 : 4.5);
         for (const Pair &pair : Parts)
             check(pair, 3);
+        QCOMPARE(_theme->property("buttonBorder").toInt() > 0, strength == "high");
     }
     void namesBreakAtTheirSigns_data()
     {
