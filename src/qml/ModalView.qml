@@ -20,7 +20,7 @@ Dialog {
     // Of the card: a text has all the room that there is, up to the width of its lines.
     readonly property ScreenView shown: host.view instanceof NavigationView ? (host.view as NavigationView).screen : page.screen
     readonly property bool showsText: shown !== null && shown.isText
-    readonly property double cardWidth: showsText ? Math.max(Theme.sheetWidth, shown.column + Theme.margin * 2) : Theme.sheetWidth
+    readonly property double cardWidth: showsText ? Math.max(Theme.sheetWidth, shown.column + (Theme.margin + padding) * 2) : Theme.sheetWidth
     readonly property int duration: animated ? Theme.motion : 0
     readonly property double restY: (parent.height - height) / 2
     readonly property string spokenTitle: {
@@ -55,7 +55,8 @@ Dialog {
     header: null
     height: isCard ? Math.min(parent.height - Theme.unit * 8, showsText ? parent.height : Theme.sheetHeight) : parent.height
     modal: true
-    padding: isCard ? (background as Rectangle).border.width : 0
+    // What is square does not reach into the round corners.
+    padding: isCard ? Theme.half : 0
     width: isCard ? Math.min(parent.width - Theme.unit * 8, cardWidth) : parent.width
     x: (parent.width - width) / 2
     y: restY
@@ -112,11 +113,9 @@ Dialog {
                 id: host
 
                 anchors.bottom: parent.bottom
-                anchors.bottomMargin: modal.isCard ? Theme.half : 0
                 anchors.left: parent.left
                 anchors.right: parent.right
                 anchors.top: heading.bottom
-                anchors.topMargin: modal.isCard ? Theme.half : 0
                 controller: modal.controller
                 focus: true
             }

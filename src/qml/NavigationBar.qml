@@ -14,7 +14,7 @@ Rectangle {
     property alias heading: heading
     // Free at both sides, so that the buttons stand over what they belong to.
     property double side: 0
-    readonly property double sideWidth: Math.max(left.width, right.width) + Theme.unit * 2 + side
+    readonly property double sideWidth: Math.max(left.width, right.width) + Theme.unit + Theme.buttonBorder * 2 + side
     // Side by side they would be over those at the left.
     readonly property bool stacksRight: widthOfRight() + left.width + Theme.unit * 3 > width
 
