@@ -11,6 +11,18 @@
         <source>Looking for devices. Switch the Corvane on and keep it near.</source>
         <translation>Looking for devices. Switch the Corvane on and keep it near.</translation>
     </message>
+    <message id="Close">
+        <source>Close</source>
+        <translation>Close</translation>
+    </message>
+    <message id="Choose a user to see the documents.">
+        <source>Choose a user to see the documents.</source>
+        <translation>Choose a user to see the documents.</translation>
+    </message>
+    <message id="The chat and the whiteboard open here.">
+        <source>The chat and the whiteboard open here.</source>
+        <translation>The chat and the whiteboard open here.</translation>
+    </message>
     <message id="Bluetooth LE is not supported on this device">
         <source>Bluetooth LE is not supported on this device</source>
         <translation>Bluetooth LE is not supported on this device</translation>

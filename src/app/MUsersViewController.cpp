@@ -84,6 +84,7 @@ MUsersViewController::MUsersViewController(AppContext &context, std::shared_ptr<
         TamberUsersUserAddedNotification.toString(),
         [this](const Notification &notification) { userAddedNotification(notification); });
     takeRegistry(tamberUsers);
+    setDetailHint(localized("Choose a user to see the documents."));
     updateTitle();
 }
 
@@ -190,13 +191,16 @@ void MUsersViewController::userWillDelete(const User &user)
 // Its documents go with it, or are in another list from now on.
 void MUsersViewController::leaveBrowserOf(const User &user)
 {
+    const auto browser = openBrowser();
+    if (!isPicking() && browser && browser->container() == user)
+        navigationController()->popToRootViewController(false);
+}
+
+std::shared_ptr<TamberContainerViewController> MUsersViewController::openBrowser() const
+{
     const auto navigation = navigationController();
-    if (isPicking() || !navigation || navigation->depth() < 2)
-        return;
-    const auto browser =
-        std::dynamic_pointer_cast<TamberContainerViewController>(navigation->viewControllers()[1]);
-    if (browser && browser->container() == user)
-        navigation->popToRootViewController(false);
+    return navigation ? std::dynamic_pointer_cast<TamberContainerViewController>(navigation->detail())
+                      : nullptr;
 }
 
 void MUsersViewController::contentGathered()
@@ -241,9 +245,17 @@ void MUsersViewController::viewDidLoad()
 
 void MUsersViewController::viewDidAppear()
 {
-    MGlobals::setCurrentActiveUser(nullptr);
+    // Her documents may be open beside the list.
+    const auto browser = openBrowser();
+    MGlobals::setCurrentActiveUser(browser ? std::dynamic_pointer_cast<TamberUser>(browser->container())
+                                           : nullptr);
     sortUsers();
     reloadData();
+}
+
+void MUsersViewController::viewDidUncover()
+{
+    MGlobals::setCurrentActiveUser(nullptr);
 }
 
 void MUsersViewController::addBarButtons()

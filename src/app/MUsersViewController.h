@@ -103,6 +103,7 @@ public:
 protected:
     void viewDidLoad() override;
     void viewDidAppear() override;
+    void viewDidUncover() override;
     void didSelectRow(IndexPath path) override;
     void accessoryButtonTapped(IndexPath path) override;
     void commitDelete(IndexPath path) override;
@@ -126,6 +127,8 @@ private:
     // Whether others are shared than before.
     bool findSharedNames();
     void leaveBrowserOf(const User &user);
+    // Of a user whose documents are open above or beside this list; else null.
+    std::shared_ptr<TamberContainerViewController> openBrowser() const;
     void rowChanged(const User &user);
 
     void addBarButtons();

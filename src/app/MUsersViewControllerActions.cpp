@@ -81,10 +81,14 @@ void MUsersViewController::pushContainer(const User &user)
     const auto navigation = navigationController();
     if (!navigation)
         return;
+    if (const auto shown = openBrowser(); shown && shown->container() == user) {
+        navigation->showDetail(shown);
+        return;
+    }
     const auto browser = std::make_shared<TamberContainerViewController>(_context);
     browser->setDelegate(std::static_pointer_cast<MUsersViewController>(shared_from_this()));
     browser->setContainer(user);
-    navigation->pushViewController(browser, true);
+    navigation->showDetail(browser);
 }
 
 void MUsersViewController::askForEditAction(const User &user)

@@ -62,6 +62,7 @@ CVDeviceTableViewController::CVDeviceTableViewController(AppContext &context)
     , _context(context)
     , _isBluetoothSupported(context.manager.isBluetoothSupported())
 {
+    setDetailHint(localized("The chat and the whiteboard open here."));
     _context.device.addLinkObserver(*this);
 }
 
@@ -299,14 +300,16 @@ void CVDeviceTableViewController::controlActivated(IndexPath path, int control, 
         connectButtonClicked();
         break;
     case SwitchUEBC:
-        switchUEBCClicked(on);
-        reloadRow(path);
+        afterLiveText([this, on, path] {
+            switchUEBCClicked(on);
+            reloadRow(path);
+        });
         break;
     case RefreshFilesButton:
-        refreshFilesButtonClicked();
+        afterLiveText([this] { refreshFilesButtonClicked(); });
         break;
     case ShowFilesButton:
-        showFilesClicked();
+        afterLiveText([this] { showFilesClicked(); });
         break;
     case WhiteboardButton:
     case ChatButton:
@@ -315,6 +318,22 @@ void CVDeviceTableViewController::controlActivated(IndexPath path, int control, 
     default:
         break;
     }
+}
+
+// In live text the device would take for text what it is asked.
+void CVDeviceTableViewController::afterLiveText(const std::function<void()> &action)
+{
+    const auto navigation = navigationController();
+    if (!navigation || !navigation->detail()) {
+        action();
+        return;
+    }
+    navigation->popToRootViewController(false);
+    presenter().transitions().add([weak = weak_from_this(), action](const TransitionQueue::Done &done) {
+        if (const auto screen = weak.lock(); screen && screen->takesActions())
+            action();
+        done();
+    });
 }
 
 void CVDeviceTableViewController::connectButtonClicked()
@@ -428,15 +447,20 @@ void CVDeviceTableViewController::chatClicked(int button)
     const auto navigation = navigationController();
     if (!navigation)
         return;
+    // Beside this screen they can be chosen again: a conversation goes on.
+    const auto shown = navigation->detail();
     std::shared_ptr<ViewController> screen;
-    if (button == WhiteboardButton) {
+    if (button == WhiteboardButton ? std::dynamic_pointer_cast<ChatViewController>(shown) != nullptr
+                                   : std::dynamic_pointer_cast<Chat2ViewController>(shown) != nullptr) {
+        screen = shown;
+    } else if (button == WhiteboardButton) {
         screen = std::make_shared<ChatViewController>(_context);
         screen->setTitle(localized("Whiteboard"));
     } else {
         screen = std::make_shared<Chat2ViewController>(_context);
         screen->setTitle(localized("Chat"));
     }
-    navigation->pushViewController(screen, true);
+    navigation->showDetail(screen);
 }
 
 // Where the list did not cover this screen no appearance fills the labels again.

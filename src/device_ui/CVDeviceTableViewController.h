@@ -5,6 +5,7 @@
 #include "device_ui/CVConnectViewController.h"
 #include "ui/TableViewController.h"
 
+#include <functional>
 #include <vector>
 
 namespace cvtamber {
@@ -51,6 +52,7 @@ public:
 
 protected:
     void viewWillAppear() override;
+    void viewDidUncover() override { updateStateLabels(); }
     void controlActivated(IndexPath path, int control, bool on) override;
 
 private:
@@ -92,6 +94,8 @@ private:
     TableCell filesCell() const;
     TableCell uebcCell() const;
     void updateStateLabels();
+    // Closes the chat or the whiteboard that is open beside this screen, then acts.
+    void afterLiveText(const std::function<void()> &action);
     void tellLoss() const;
     void showChatSection(bool shows);
     Details connectedDetails() const;

@@ -9,6 +9,7 @@ Rectangle {
     required property ViewController controller
     required property bool hasBack
     required property string backName
+    required property string backSign
     // 0: the large title below says it; 1: the title is here.
     property double titleOpacity: 1
     property alias heading: heading
@@ -16,7 +17,7 @@ Rectangle {
     property double side: 0
     readonly property double sideWidth: Math.max(left.width, right.width) + Theme.unit + Theme.buttonBorder * 2 + side
     // Side by side they would be over those at the left.
-    readonly property bool stacksRight: widthOfRight() + left.width + Theme.unit * 3 > width
+    readonly property bool stacksRight: widthOfRight() + left.width + Theme.unit * 3 + side * 2 > width
 
     signal back
 
@@ -40,12 +41,12 @@ Rectangle {
         id: left
 
         anchors.left: parent.left
-        anchors.leftMargin: Theme.unit
+        anchors.leftMargin: Theme.unit + bar.side
         anchors.verticalCenter: parent.verticalCenter
 
         PlainButton {
             Accessible.name: bar.backName
-            iconName: "back"
+            iconName: bar.backSign
             visible: bar.hasBack
             onClicked: bar.back()
         }
@@ -79,7 +80,7 @@ Rectangle {
         id: right
 
         anchors.right: parent.right
-        anchors.rightMargin: Theme.unit
+        anchors.rightMargin: Theme.unit + bar.side
         anchors.verticalCenter: parent.verticalCenter
         columns: bar.stacksRight ? 1 : Math.max(1, rightButtons.count)
         horizontalItemAlignment: Grid.AlignRight

@@ -8,8 +8,11 @@ FocusScope {
 
     required property ViewController controller
     required property NavigationController navigation
-    required property bool isRoot
+    required property int index
     required property bool modal
+    readonly property bool isRoot: index === 0
+    // What the root of two columns has opened: nothing lies under it.
+    readonly property bool isDetail: index === 1 && navigation.hasColumns
     // Where the page stands while it slides: 0 in place, 1 outside at the right.
     property double slide: 0
     // A sheet has its title in the bar, unless texts are so large that the buttons leave no room for it there.
@@ -92,10 +95,12 @@ FocusScope {
     NavigationBar {
         id: bar
 
-        backName: qsTrId("Back")
+        backName: page.isDetail ? qsTrId("Close") : qsTrId("Back")
+        backSign: page.isDetail ? "clear" : "back"
         controller: page.controller
         hasBack: !page.isRoot
         heading.Accessible.ignored: page.hasLargeTitle
+        side: titleBox.side - Theme.margin
         titleOpacity: !page.hasLargeTitle ? 1 : Math.max(0, Math.min(1, (page.scrolled - titleBox.height / 2) / (Theme.unit * 2)))
         width: parent.width
         z: 2

@@ -48,7 +48,83 @@ void NavigationStack::setController(NavigationController *controller)
     // Queued: push() and pop() come first and take the change themselves.
     connect(
         controller, &NavigationController::stackChanged, this, [this] { follow(); }, Qt::QueuedConnection);
+    connect(controller, &NavigationController::columnsChanged, this, [this] {
+        endSlide();
+        layOut();
+        showPages();
+    });
+    connect(controller, &NavigationController::topAskedFor, this, &NavigationStack::topAskedFor);
+    askForColumns();
     emit controllerChanged();
+}
+
+void NavigationStack::setWide(bool isWide)
+{
+    if (std::exchange(_isWide, isWide) == isWide)
+        return;
+    askForColumns();
+    emit wideChanged();
+}
+
+void NavigationStack::askForColumns()
+{
+    const ViewController *root = _controller ? _controller->rootPointer() : nullptr;
+    if (root != nullptr)
+        _controller->setHasColumns(_isWide && !root->detailHint().isEmpty());
+}
+
+void NavigationStack::setRootWidth(double width)
+{
+    if (qFuzzyCompare(std::exchange(_rootWidth, width), width))
+        return;
+    layOut();
+    emit rootWidthChanged();
+}
+
+// In two columns what is above the root covers the placeholder, and slides in under the root.
+void NavigationStack::layOut()
+{
+    const bool isSplit = hasColumns();
+    for (size_t i = 0; i < _pages.size(); ++i) {
+        QQuickItem *page = _pages[i].item;
+        if (page == nullptr)
+            continue;
+        const double left = isSplit && i > 0 ? _rootWidth : 0;
+        page->setX(left);
+        page->setSize({isSplit && i == 0 ? _rootWidth : width() - left, height()});
+        page->setZ(isSplit && i == 0 ? 1 : 0);
+        page->setProperty("index", static_cast<int>(i));
+    }
+}
+
+bool NavigationStack::isSeen(const QQuickItem *page) const
+{
+    return page == topPage() || (hasColumns() && !_pages.empty() && page == _pages.front().item);
+}
+
+QQuickItem *NavigationStack::pageInUse() const
+{
+    for (const Page &page : _pages) {
+        if (page.item && page.item->hasFocus() && isSeen(page.item))
+            return page.item;
+    }
+    return topPage();
+}
+
+QQuickItem *NavigationStack::pageOf(const ViewController *controller) const
+{
+    const auto found = std::find_if(_pages.begin(), _pages.end(), [&](const Page &page) {
+        return page.item && page.controller == controller && isSeen(page.item);
+    });
+    return found == _pages.end() ? pageInUse() : found->item.data();
+}
+
+QQuickItem *NavigationStack::otherPage() const
+{
+    if (!hasColumns() || _pages.size() < 2)
+        return nullptr;
+    QQuickItem *root = _pages.front().item;
+    return pageInUse() == root ? topPage() : root;
 }
 
 void NavigationStack::setModal(bool modal)
@@ -72,11 +148,7 @@ void NavigationStack::componentComplete()
 void NavigationStack::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry)
 {
     QQuickItem::geometryChange(newGeometry, oldGeometry);
-    for (const Page &page : _pages) {
-        if (page.item) {
-            page.item->setSize(newGeometry.size());
-        }
-    }
+    layOut();
 }
 
 void NavigationStack::push(ViewController &controller, bool animated, Finished finished)
@@ -85,6 +157,7 @@ void NavigationStack::push(ViewController &controller, bool animated, Finished f
     QQuickItem *lower = topPage();
     if (_pages.empty() || _pages.back().controller != &controller) {
         _pages.push_back(makePage(controller));
+        layOut();
         emit topPageChanged();
     }
     slide(topPage(), lower, true, animated, std::move(finished));
@@ -119,14 +192,11 @@ NavigationStack::Page NavigationStack::makePage(ViewController &controller)
     if (QQmlEngine *engine = qmlEngine(this)) {
         const QVariantMap properties{
             {QStringLiteral("navigation"), QVariant::fromValue<QObject *>(_controller)},
-            {QStringLiteral("isRoot"), _pages.empty()},
+            {QStringLiteral("index"), static_cast<int>(_pages.size())},
             {QStringLiteral("modal"), _modal},
         };
         page.item = ViewRegistry::of(*engine).createItem(QStringLiteral("NavigationPage"), controller,
                                                          properties, *this);
-    }
-    if (page.item) {
-        page.item->setSize(size());
     }
     return page;
 }
@@ -136,12 +206,14 @@ void NavigationStack::follow()
     if (!_controller || !isComponentComplete() || _atEnd) {
         return;
     }
+    askForColumns();
     const auto &wanted = _controller->viewControllers();
+    const bool hadGone = dropUnwanted();
     size_t same = 0;
     while (same < wanted.size() && same < _pages.size() && _pages[same].controller == wanted[same].get()) {
         ++same;
     }
-    if (same == wanted.size() && same == _pages.size()) {
+    if (!hadGone && same == wanted.size() && same == _pages.size()) {
         return;
     }
     for (size_t i = same; i < _pages.size(); ++i) {
@@ -151,27 +223,47 @@ void NavigationStack::follow()
     for (size_t i = same; i < wanted.size(); ++i) {
         _pages.push_back(makePage(*wanted[i]));
     }
-    showTopOnly();
+    layOut();
+    showPages();
     emit topPageChanged();
 }
 
-void NavigationStack::showTopOnly()
+// Of screens that are not in the navigation any more; whether there were any.
+bool NavigationStack::dropUnwanted()
+{
+    const auto &wanted = _controller->viewControllers();
+    return std::erase_if(_pages, [&](const Page &page) {
+               const bool isWanted = std::any_of(wanted.begin(), wanted.end(), [&](const auto &one) {
+                   return one.get() == page.controller;
+               });
+               if (!isWanted)
+                   remove(page);
+               return !isWanted;
+           }) > 0;
+}
+
+void NavigationStack::showPages()
 {
     for (const Page &page : _pages) {
         if (page.item) {
-            const bool isTop = page.item == topPage();
-            page.item->setVisible(isTop);
-            page.item->setFocus(isTop);
+            page.item->setVisible(isSeen(page.item));
             setSlide(page.item, 0);
         }
     }
+    const bool isFocusLost = std::none_of(_pages.begin(), _pages.end(), [&](const Page &page) {
+        return page.item && page.item->hasFocus() && isSeen(page.item);
+    });
+    if (isFocusLost && topPage() != nullptr)
+        topPage()->setFocus(true);
 }
 
 void NavigationStack::slide(QQuickItem *upper, QQuickItem *lower, bool forward, bool animated, Finished atEnd)
 {
     _atEnd = std::move(atEnd);
     _upper = upper;
-    _lower = lower;
+    // The root of two columns stays where it is.
+    _lower = hasColumns() && lower == _pages.front().item ? nullptr : lower;
+    _takesFocus = forward;
     if (lower != nullptr) {
         lower->setVisible(true);
     }
@@ -192,7 +284,9 @@ void NavigationStack::endSlide()
     }
     const Finished atEnd = std::exchange(_atEnd, nullptr);
     _animation.stop();
-    showTopOnly();
+    showPages();
+    if (_takesFocus && topPage() != nullptr)
+        topPage()->setFocus(true);
     atEnd();
     QMetaObject::invokeMethod(
         this, [this] { follow(); }, Qt::QueuedConnection);

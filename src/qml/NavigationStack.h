@@ -13,7 +13,8 @@
 
 namespace cvtamber {
 
-// The pages of a navigation, one above the other; only the top one is seen, those below keep their place and focus.
+// The pages of a navigation, one above the other; only the top one is seen, those below keep their place and focus. Where the
+// navigation has columns the root is seen too, at the left of the others.
 //
 //   at rest -> push() or pop() -> sliding -> the end: pages are those of the navigation, `finished`
 //
@@ -31,6 +32,10 @@ class NavigationStack : public QQuickItem
     // Milliseconds; 0 shows the end at once.
     Q_PROPERTY(int duration MEMBER _duration FINAL)
     Q_PROPERTY(QQuickItem *topPage READ topPage NOTIFY topPageChanged FINAL)
+    // There is room for two columns: asked of the navigation, which says when it has them.
+    Q_PROPERTY(bool wide READ isWide WRITE setWide NOTIFY wideChanged FINAL)
+    // Of the root, in two columns.
+    Q_PROPERTY(double rootWidth READ rootWidth WRITE setRootWidth NOTIFY rootWidthChanged FINAL)
 
 public:
     using Finished = std::function<void()>;
@@ -43,6 +48,16 @@ public:
     bool isModal() const { return _modal; }
     void setModal(bool modal);
     QQuickItem *topPage() const { return _pages.empty() ? nullptr : _pages.back().item.data(); }
+    // The one that has the focus, or had it last; the top one while there is but one.
+    Q_INVOKABLE QQuickItem *pageInUse() const;
+    // The page of the screen, or the one in use where the screen has none here.
+    Q_INVOKABLE QQuickItem *pageOf(const cvtamber::ViewController *controller) const;
+    // Of two pages that are seen the one that is not in use; null where there is none.
+    Q_INVOKABLE QQuickItem *otherPage() const;
+    bool isWide() const { return _isWide; }
+    void setWide(bool isWide);
+    double rootWidth() const { return _rootWidth; }
+    void setRootWidth(double width);
 
     // `finished` runs when the animation has ended; inside the call when there is none.
     void push(ViewController &controller, bool animated, Finished finished);
@@ -52,6 +67,10 @@ signals:
     void controllerChanged();
     void modalChanged();
     void topPageChanged();
+    void wideChanged();
+    void rootWidthChanged();
+    // The focus is to go to the top page.
+    void topAskedFor();
 
 protected:
     void componentComplete() override;
@@ -66,7 +85,13 @@ private:
 
     Page makePage(ViewController &controller);
     void follow();
-    void showTopOnly();
+    // Those that are seen, where they stand; the focus goes to the top one when what had it has gone.
+    void showPages();
+    void layOut();
+    void askForColumns();
+    bool hasColumns() const { return _controller && _controller->hasColumns(); }
+    bool isSeen(const QQuickItem *page) const;
+    bool dropUnwanted();
     void slide(QQuickItem *upper, QQuickItem *lower, bool forward, bool animated, Finished atEnd);
     void endSlide();
     static void remove(const Page &page);
@@ -74,11 +99,14 @@ private:
     QPointer<NavigationController> _controller;
     std::vector<Page> _pages;
     bool _modal = false;
+    bool _isWide = false;
+    double _rootWidth = 0;
     int _duration = 0;
     QVariantAnimation _animation;
     QPointer<QQuickItem> _upper;
     QPointer<QQuickItem> _lower;
     Finished _atEnd;
+    bool _takesFocus = false;
 };
 
 } // namespace cvtamber

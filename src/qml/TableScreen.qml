@@ -125,6 +125,12 @@ ScreenView {
         function tellScrolled(): void {
             screen.scrolled = contentY - originY;
         }
+        // A row that grew while the others moved is covered by the one that went to the end of its old height; forceLayout()
+        // looks at changes of the model alone.
+        function layOutAnew(): void {
+            spacing = 1;
+            spacing = 0;
+        }
 
         Accessible.name: spokenName
         Accessible.role: Accessible.List
@@ -168,10 +174,15 @@ ScreenView {
         displaced: Transition {
             enabled: rows.animates
 
-            NumberAnimation {
-                duration: Theme.shortMotion
-                easing.type: Easing.OutCubic
-                property: "y"
+            SequentialAnimation {
+                NumberAnimation {
+                    duration: Theme.shortMotion
+                    easing.type: Easing.OutCubic
+                    property: "y"
+                }
+                ScriptAction {
+                    script: Qt.callLater(rows.layOutAnew)
+                }
             }
         }
         footer: TableFooter {

@@ -78,7 +78,11 @@ QtObject {
     readonly property int sheetHeight: 680
     readonly property int dialogWidth: 360
     readonly property int tabletSide: 600
-    readonly property int railFrom: 960
+    readonly property int railFrom: 900
+    // A window of this width shows a navigation in two columns, of which the root is between these widths.
+    readonly property int columnsFrom: 900
+    readonly property int leastRoot: 320
+    readonly property int mostRoot: 400
 
     // Milliseconds.
     readonly property int motion: appearance.reducedMotion ? 0 : 250

@@ -37,15 +37,80 @@ void NavigationController::popToRootViewController(bool animated)
     });
 }
 
-// Between the root and the top.
+void NavigationController::showDetail(const Controller &controller)
+{
+    if (!controller)
+        return;
+    change([this, controller](const Done &done) {
+        if (controller == topViewController()) {
+            emit topAskedFor();
+            done();
+        } else if (controller == detail()) {
+            while (depth() > 3) {
+                detach(*_controllers[2]);
+                _controllers.erase(_controllers.begin() + 2);
+            }
+            startPop(false, done);
+        } else if (_hasColumns && depth() > 1) {
+            startReplacement(controller, done);
+        } else {
+            startPush(controller, true, done);
+        }
+    });
+}
+
+void NavigationController::setHasColumns(bool hasColumns)
+{
+    if (std::exchange(_wantsColumns, hasColumns) == hasColumns)
+        return;
+    change([this](const Done &done) {
+        if (_hasColumns != _wantsColumns)
+            changeColumns(_wantsColumns);
+        done();
+    });
+}
+
+void NavigationController::changeColumns(bool hasColumns)
+{
+    _hasColumns = hasColumns;
+    const auto root = depth() > 1 && isVisible() ? _controllers.front() : nullptr;
+    if (root && hasColumns && isSeen())
+        root->beginAppearing();
+    else if (root && !hasColumns)
+        root->beginDisappearing();
+    emit columnsChanged();
+    // One that is still appearing goes on with this controller.
+    if (root && _appearance == Appearance::Shown)
+        root->endAppearing();
+    if (root && !hasColumns)
+        root->endDisappearing();
+}
+
+bool NavigationController::isBeside(const Controller &controller) const
+{
+    return _hasColumns && !_controllers.empty() && controller == _controllers.front();
+}
+
+void NavigationController::attach(const Controller &controller)
+{
+    controller->_parent = weak_from_this();
+    controller->_navigation = std::static_pointer_cast<NavigationController>(shared_from_this());
+    controller->_hasGone = false;
+    _controllers.push_back(controller);
+}
+
+void NavigationController::detach(ViewController &controller)
+{
+    controller._hasGone = true;
+    controller._parent.reset();
+    controller._navigation.reset();
+}
+
 void NavigationController::removeBetween()
 {
     while (depth() > 2) {
-        const auto between = _controllers[1];
+        detach(*_controllers[1]);
         _controllers.erase(_controllers.begin() + 1);
-        between->_hasGone = true;
-        between->_parent.reset();
-        between->_navigation.reset();
     }
 }
 
@@ -85,11 +150,10 @@ void NavigationController::startPush(const Controller &controller, bool animated
         done();
         return;
     }
-    const auto old = topViewController();
-    controller->_parent = weak_from_this();
-    controller->_navigation = std::static_pointer_cast<NavigationController>(shared_from_this());
-    controller->_hasGone = false;
-    _controllers.push_back(controller);
+    // The root stays where something comes beside it.
+    const auto top = topViewController();
+    const auto old = isBeside(top) ? nullptr : top;
+    attach(controller);
     if (!isVisible()) {
         emit stackChanged();
         done();
@@ -107,6 +171,34 @@ void NavigationController::startPush(const Controller &controller, bool animated
     });
 }
 
+void NavigationController::startReplacement(const Controller &controller, const Done &done)
+{
+    if (controller->parent() || controller->isVisible()) {
+        done();
+        return;
+    }
+    removeBetween();
+    const auto old = std::exchange(_controllers.back(), nullptr);
+    _controllers.pop_back();
+    old->_hasGone = true;
+    attach(controller);
+    if (!isVisible()) {
+        detach(*old);
+        emit stackChanged();
+        done();
+        return;
+    }
+    old->beginDisappearing();
+    controller->beginAppearing();
+    emit stackChanged();
+    presenter().push(*this, controller, false, [old, controller, done] {
+        old->endDisappearing();
+        detach(*old);
+        controller->endAppearing();
+        done();
+    });
+}
+
 void NavigationController::startPop(bool animated, const Done &done)
 {
     if (depth() < 2) {
@@ -117,8 +209,7 @@ void NavigationController::startPop(bool animated, const Done &done)
     _controllers.pop_back();
     old->_hasGone = true;
     if (!isVisible()) {
-        old->_parent.reset();
-        old->_navigation.reset();
+        detach(*old);
         emit stackChanged();
         done();
         return;
@@ -129,16 +220,22 @@ void NavigationController::startPop(bool animated, const Done &done)
     emit stackChanged();
     presenter().pop(*this, old, animated, [old, next, done] {
         old->endDisappearing();
-        old->_parent.reset();
-        old->_navigation.reset();
+        detach(*old);
+        if (next->_appearance == Appearance::Shown)
+            next->viewDidUncover();
         next->endAppearing();
         done();
     });
 }
 
+// The steps of a life that do not concern a screen do nothing to it.
+
 void NavigationController::beginAppearing()
 {
     ViewController::beginAppearing();
+    const auto root = _controllers.empty() ? nullptr : _controllers.front();
+    if (root && _hasColumns)
+        root->beginAppearing();
     if (const auto top = topViewController())
         top->beginAppearing();
 }
@@ -146,22 +243,30 @@ void NavigationController::beginAppearing()
 void NavigationController::endAppearing()
 {
     ViewController::endAppearing();
-    if (const auto top = topViewController())
-        top->endAppearing();
+    forward(&ViewController::endAppearing);
 }
 
 void NavigationController::beginDisappearing()
 {
     ViewController::beginDisappearing();
-    if (const auto top = topViewController())
-        top->beginDisappearing();
+    forward(&ViewController::beginDisappearing);
 }
 
 void NavigationController::endDisappearing()
 {
     ViewController::endDisappearing();
-    if (const auto top = topViewController())
-        top->endDisappearing();
+    forward(&ViewController::endDisappearing);
+}
+
+void NavigationController::forward(void (ViewController::*step)())
+{
+    // A step may change the stack.
+    const auto top = topViewController();
+    const auto root = _hasColumns && top ? _controllers.front() : nullptr;
+    if (root)
+        (root.get()->*step)();
+    if (top && top != root)
+        (top.get()->*step)();
 }
 
 } // namespace cvtamber

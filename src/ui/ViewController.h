@@ -33,6 +33,7 @@ class ViewController : public QObject, public std::enable_shared_from_this<ViewC
     Q_PROPERTY(QString title READ title NOTIFY titleChanged)
     Q_PROPERTY(QList<cvtamber::BarButtonItem> leftItems READ leftItems NOTIFY itemsChanged)
     Q_PROPERTY(QList<cvtamber::BarButtonItem> rightItems READ rightItems NOTIFY itemsChanged)
+    Q_PROPERTY(QString detailHint READ detailHint CONSTANT)
     Q_PROPERTY(bool editing READ isEditing NOTIFY editingChanged)
 
 public:
@@ -50,6 +51,10 @@ public:
     void setRightItems(const QList<BarButtonItem> &items);
     // Of the first item of that kind on either side.
     void setItemEnabled(BarButtonItem::Kind kind, bool enabled);
+    // What a person reads beside this screen, the root of a navigation, while nothing stands there. A root without it fills a wide
+    // window alone.
+    const QString &detailHint() const { return _detailHint; }
+    void setDetailHint(const QString &hint) { _detailHint = hint; }
     bool isEditing() const { return _isEditing; }
     virtual void setEditing(bool editing);
     // "Edit" and "Done": turns editing on and off.
@@ -113,6 +118,8 @@ protected:
     virtual void viewDidAppear() {}
     virtual void viewWillDisappear() {}
     virtual void viewDidDisappear() {}
+    // What stood beside this screen, the root of two columns, has gone: the screen was there all the time.
+    virtual void viewDidUncover() {}
     // Once, after viewDidLoad.
     virtual void viewLoaded() {}
 
@@ -137,6 +144,7 @@ private:
 
     Presenter &_presenter;
     QString _title;
+    QString _detailHint;
     QList<BarButtonItem> _leftItems;
     QList<BarButtonItem> _rightItems;
     bool _isEditing = false;

@@ -5,6 +5,7 @@ Desk is the place: folders, display, buses. Program is one run of the applicatio
 screen readers use, and driven by its actions or by keys. What a person would wait for is waited for with a limit.
 """
 import ctypes
+import itertools
 import os
 import pathlib
 import shutil
@@ -231,6 +232,10 @@ class Program:
         dialogs = [dialog for dialog in dialogs if dialog.get_child_count() > 0]
         return dialogs[-1] if dialogs else frame
 
+    def columns(self, top=None):
+        """The pages that stand side by side, where nothing is above them."""
+        return [page for page in self.children(top or self.top()) if page.get_role_name() == "panel" and self.showing(page)]
+
     @staticmethod
     def children(node):
         return [child for i in range(node.get_child_count()) if (child := node.get_child_at_index(i))]
@@ -242,10 +247,12 @@ class Program:
     def find(self, name=None, role=None, root=None):
         """The first showing node of that name (or beginning of a name, with "..." at the end) and role; else None.
 
-        What stands under a sheet or a question cannot be used, so it is not looked at.
+        What stands under a sheet or a question cannot be used, so it is not looked at. Of two columns the right one comes first.
         """
         try:
-            for node in self.nodes(root or self.top()):
+            top = root or self.top()
+            roots = [*([] if root else self.columns(top)[1:]), top]
+            for node in itertools.chain.from_iterable(self.nodes(one) for one in roots):
                 if role is not None and node.get_role_name() != role:
                     continue
                 if name is not None and not matches(node.get_name(), name):
@@ -304,6 +311,10 @@ class Program:
             raise Missing(f"an action of {name!r}")
         self.pressed = f"{name!r} in {self.place(node)}"
         node.do_action(places[-1])
+
+    def back(self):
+        """Leaves what is open; in two columns what stands beside the root."""
+        self.press(until(lambda: self.find("Back", "push button") or self.find("Close", "push button"), "a way back").get_name())
 
     def place(self, node):
         """The named ones around it, the innermost first."""

@@ -159,9 +159,9 @@ def delete_document(p):
     p.see_no("Homework...")
     # Editing can be ended where no row is left.
     p.press("Done")
-    p.press("Back")
+    p.back()
     p.see_no("Nothing here yet...")
-    p.press("Back")
+    p.back()
     p.see("Ben Okoro...")
 
 
@@ -234,7 +234,8 @@ def folder_renamed_and_deleted(p):
     p.press("Ann Lee...", "list item")
     p.see("Letters...")
     # Both pages have an Edit button while one slides over the other.
-    p.see_no("Ann Lee...", "list item")
+    if not p.columns()[1:]:
+        p.see_no("Ann Lee...", "list item")
     p.focus("Letters...", "list item")
     p.keys("F2")
     p.fill("Rename", "Post")
@@ -244,7 +245,7 @@ def folder_renamed_and_deleted(p):
     p.press("Delete Post")
     p.press("Yes")
     p.see_no("Post...")
-    p.press("Back")
+    p.back()
 
 
 def device_switches(p):

@@ -38,7 +38,7 @@ def connect(p, device):
 def open_live(p, name):
     p.press(name, "push button")
     # What is typed before the device is in the mode stays where it is.
-    p.see("Back")
+    until(lambda: p.find("Back") or p.find("Close"), "the open screen")
 
 
 def sees_message(p, words):
@@ -65,10 +65,10 @@ def whiteboard(p):
     p.keys("BackSpace", "BackSpace", "BackSpace")
     page_is(p, "Today: frog sat on the stone.\n")
     p.shot_of("whiteboard")
-    p.press("Back")
+    p.back()
     open_live(p, "Whiteboard")
     page_is(p, "Today: frog sat on the stone.\nToday: ")
-    p.press("Back")
+    p.back()
 
 
 def english(p):
@@ -111,7 +111,7 @@ def grades(p):
 
 
 def comes_back(p):
-    p.press("Back")
+    p.back()
     p.see("State, Connected...")
     open_live(p, "Chat")
     sees_message(p, "You: Hello")
@@ -130,11 +130,11 @@ def chinese(p):
     sees_message(p, "You: nǐ hǎo")
     sees_message(p, "Device: nǐ hǎo! wǒ zài dú shū.")
     p.shot_of("chat-chinese")
-    p.press("Back")
+    p.back()
     # The whiteboard converts nothing.
     open_live(p, "Whiteboard")
     page_is(p, "ni^ hao^! ")
-    p.press("Back")
+    p.back()
     p.see("State, Connected...")
 
 

@@ -45,6 +45,10 @@ struct ScreenBench
             at(parts.at(1))->dismissViewController(true, completion());
         else if (verb == QLatin1String("push"))
             navigation->pushViewController(at(parts.at(1)), true);
+        else if (verb == QLatin1String("show"))
+            navigation->showDetail(at(parts.at(1)));
+        else if (verb == QLatin1String("columns"))
+            navigation->setHasColumns(parts.at(1) == QLatin1String("on"));
         else if (verb == QLatin1String("pop"))
             navigation->popViewController(true);
         else if (verb == QLatin1String("tab"))

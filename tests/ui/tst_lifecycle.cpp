@@ -117,6 +117,39 @@ void addNavigation()
         "A.willDisappear D.load D.willAppear | D.didAppear A.didDisappear completed");
 }
 
+// The root stays appeared beside what is above it.
+void addColumns()
+{
+    const char *const both = "columns:on show:D end";
+    row("shown beside", phone, "columns:on", "show:D end", "D.load D.willAppear | D.didAppear");
+    row("popped beside", phone, both, "pop end", "D.willDisappear | D.didDisappear R.didUncover");
+    row("in the place of what stands beside", phone, "columns:on show:D end push:C end", "show:B end pop end",
+        "C.willDisappear B.load B.willAppear | C.didDisappear B.didAppear "
+        "B.willDisappear | B.didDisappear R.didUncover");
+    row("back to what stands beside", phone, "columns:on show:D end push:C end push:B end",
+        "show:D end show:D", "B.willDisappear D.willAppear | B.didDisappear D.didAppear");
+    row("shown in one column", phone, "", "show:D end",
+        "R.willDisappear D.load D.willAppear | R.didDisappear D.didAppear");
+    row("wide", phone, "push:D end push:C end", "columns:on", "R.willAppear R.didAppear");
+    row("narrow", phone, both, "columns:off", "R.willDisappear R.didDisappear");
+    row("narrow and wide with nothing beside", phone, "columns:on", "columns:off columns:on", "");
+    row("wide during a push", phone, "", "push:D columns:on end",
+        "R.willDisappear D.load D.willAppear | R.didDisappear D.didAppear R.willAppear R.didAppear");
+    row("narrow during a push beside", phone, "columns:on", "show:D columns:off end",
+        "D.load D.willAppear | D.didAppear R.willDisappear R.didDisappear");
+    row("there and back while it waits", phone, "columns:on", "show:D columns:off columns:on end",
+        "D.load D.willAppear | D.didAppear");
+    row("both covered", phone, both, "present:D:A end dismiss:A end",
+        "A.load R.willDisappear D.willDisappear A.willAppear | A.didAppear R.didDisappear D.didDisappear "
+        "completed "
+        "A.willDisappear R.willAppear D.willAppear | R.didAppear D.didAppear A.didDisappear completed");
+    row("narrow while covered", phone, "columns:on show:D end present:D:A end", "columns:off dismiss:A end",
+        "A.willDisappear D.willAppear | D.didAppear A.didDisappear completed");
+    row("both in a tab that is left", phone, both, "tab:1 show:B tab:0",
+        "R.willDisappear D.willDisappear S.load S.willAppear R.didDisappear D.didDisappear S.didAppear "
+        "S.willDisappear R.willAppear B.load B.willAppear S.didDisappear R.didAppear B.didAppear");
+}
+
 void addTabs()
 {
     row("pushes in order in a tab that is left", phone, "present:R:A end",
@@ -147,6 +180,7 @@ void TestLifeCycle::lifeCycle_data()
     addPresentations();
     addRefusedAndWaiting();
     addNavigation();
+    addColumns();
     addTabs();
 }
 
