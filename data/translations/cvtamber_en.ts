@@ -603,6 +603,22 @@
         <source>This document holds something that is not text.</source>
         <translation>This document holds something that is not text.</translation>
     </message>
+    <message id="%1 of %2 left">
+        <source>%1 of %2 left</source>
+        <translation>%1 of %2 left</translation>
+    </message>
+    <message id="All rows are shown">
+        <source>All rows are shown</source>
+        <translation>All rows are shown</translation>
+    </message>
+    <message id="No row has what you look for.">
+        <source>No row has what you look for.</source>
+        <translation>No row has what you look for.</translation>
+    </message>
+    <message id="Filter">
+        <source>Filter</source>
+        <translation>Filter</translation>
+    </message>
     <message id="Keys">
         <source>Keys</source>
         <translation>Keys</translation>

@@ -170,6 +170,12 @@ TableCell TamberContainerViewController::cellForRow(IndexPath path) const
     return cell;
 }
 
+// Without the size, which costs a look at the disk.
+QString TamberContainerViewController::searchText(IndexPath path) const
+{
+    return isActionRow(path.section) ? QString() : QString(contents().itemAt(path).title() % u'\n');
+}
+
 QString TamberContainerViewController::sizeText(const TamberDocument &document) const
 {
     const FileStatus status = _context.store.disk.status(document.fileURL());

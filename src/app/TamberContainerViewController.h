@@ -67,6 +67,7 @@ public:
     quintptr rowIdentity(IndexPath path) const override;
     EditingStyle editingStyle(IndexPath path) const override;
     QString emptyText() const override;
+    QString searchText(IndexPath path) const override;
 
     void fileAddedAtIndex(StoreIndex index) override;
     void fileUpdatedAtIndex(StoreIndex index) override;

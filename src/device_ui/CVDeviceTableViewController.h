@@ -43,6 +43,8 @@ public:
     TableCell cellForRow(IndexPath path) const override;
     quintptr rowIdentity(IndexPath path) const override;
     bool allowsSelection() const override { return false; }
+    // Its rows are a form.
+    bool mayBeFiltered() const override { return false; }
 
     void connectViewControllerDidClickedWithButton(CVConnectViewController &dialog, int button) override;
     void linkStateChanged(int state) override;

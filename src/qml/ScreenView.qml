@@ -26,6 +26,10 @@ FocusScope {
     function cancel(): bool {
         return false;
     }
+    // The focus goes to where a person types what they look for; false where nothing can be looked for.
+    function find(): bool {
+        return false;
+    }
     function rowItem(section: int, row: int): Item {
         return null;
     }

@@ -21,14 +21,16 @@ Item {
     required property int section
     required property int row
     required property int count
+    // Among the rows of the section that are shown.
+    required property int place
     required property bool deletable
     required property TableViewController table
     required property ListView list
     required property double side
     required property double swipe
 
-    readonly property bool isFirst: row === 0
-    readonly property bool isLast: row === count - 1
+    readonly property bool isFirst: place === 0
+    readonly property bool isLast: place === count - 1
     readonly property bool isCentered: style === TableCell.Centered || style === TableCell.Wait
     readonly property bool isFilled: style === TableCell.Action || (style === TableCell.Default && controlCount === 1 && text === "")
     readonly property bool selectable: canHighlight && cellEnabled && table.allowsSelection

@@ -19,7 +19,7 @@ TableCellItem {
 
     Accessible.description: cellEnabled ? "" : qsTrId("Not available")
     Accessible.focusable: true
-    Accessible.name: (spokenName === "" ? "" : spokenName + ", ") + qsTrId("%1 of %2").arg(row + 1).arg(count)
+    Accessible.name: (spokenName === "" ? "" : spokenName + ", ") + qsTrId("%1 of %2").arg(place + 1).arg(count)
     Accessible.role: Accessible.ListItem
     Accessible.selectable: selectable
     Accessible.selected: ListView.isCurrentItem

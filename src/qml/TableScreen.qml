@@ -26,9 +26,25 @@ ScreenView {
     // A table without a bar has its Cancel button at the end.
     function cancel(): bool {
         if (controller.footerButtonTitle === "")
-            return false;
+            return leaveByDone(controller.leftItems, true) || leaveByDone(controller.rightItems, false);
         controller.footerButtonClicked();
         return true;
+    }
+    // Of a table that only shows something.
+    function leaveByDone(items: var, atLeft: bool): bool {
+        for (let i = 0; i < items.length; ++i) {
+            if (items[i].kind === BarButtonItem.Done) {
+                if (atLeft)
+                    controller.leftItemClicked(i);
+                else
+                    controller.rightItemClicked(i);
+                return true;
+            }
+        }
+        return false;
+    }
+    function find(): bool {
+        return filter.begin();
     }
     function rowItem(section: int, row: int): Item {
         for (let i = 0; i < rows.contentItem.children.length; ++i) {
@@ -115,6 +131,26 @@ ScreenView {
     // A table without a title has its question over the first section.
     spokenTitle: controller.titleForHeader(0)
 
+    Keys.onEscapePressed: event => event.accepted = filter.end()
+
+    // Between the title and the rows, also when the title has been scrolled away.
+    FilterField {
+        id: filter
+
+        list: rows
+        side: screen.side
+        table: screen.controller
+        width: parent.width
+        y: Math.max(0, screen.topInset - Math.max(0, screen.scrolled))
+        z: 1
+
+        onEnded: {
+            screen.takeFocus();
+            screen.goTo(rows.currentIndex);
+        }
+        onModelTaken: swiping.close()
+        onPassed: screen.takeFocus()
+    }
     ListView {
         id: rows
 
@@ -136,11 +172,11 @@ ScreenView {
         Accessible.role: Accessible.List
         activeFocusOnTab: count > 0
         anchors.fill: parent
+        anchors.topMargin: filter.visible ? filter.height : 0
         boundsBehavior: Flickable.StopAtBounds
         focus: true
         highlightFollowsCurrentItem: false
         keyNavigationEnabled: false
-        model: screen.controller.model
         reuseItems: true
         section.property: "section"
 
@@ -205,6 +241,9 @@ ScreenView {
         onActiveFocusChanged: if (!activeFocus && currentItem !== null)
             currentItem.focus = true
         onContentYChanged: tellScrolled()
+        // A model that was empty when it was taken leaves the list without a current row.
+        onCountChanged: if (count > 0 && currentIndex < 0)
+            currentIndex = 0
         onOriginYChanged: {
             if (screen.isUntouched)
                 positionViewAtBeginning();
@@ -268,7 +307,7 @@ ScreenView {
 
         onActiveChanged: {
             if (active) {
-                const cell = rows.itemAt(rows.width / 2, rows.contentY + centroid.pressPosition.y) as TableRow;
+                const cell = rows.itemAt(rows.width / 2, rows.contentY + centroid.pressPosition.y - rows.y) as TableRow;
                 row = cell !== null && cell.deletable ? cell.index : -1;
             } else {
                 offset = row >= 0 && offset < openOffset / 2 ? openOffset : 0;

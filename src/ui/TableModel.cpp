@@ -35,6 +35,7 @@ QHash<int, QByteArray> TableModel::roleNames() const
         {CountRole, "count"},
         {HeaderRole, "header"},
         {DeletableRole, "deletable"},
+        {PlaceRole, "place"},
     };
 }
 
@@ -42,7 +43,7 @@ QVariant TableModel::data(const QModelIndex &index, int role) const
 {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
         return {};
-    if (role >= SectionRole && role <= DeletableRole)
+    if (role >= SectionRole && role <= SearchTextRole)
         return placeData(index.row(), role);
     if (role != Qt::DisplayRole && (role < StyleRole || role > AccessibleNameRole))
         return {};
@@ -89,6 +90,7 @@ QVariant TableModel::placeData(int row, int role) const
     case SectionRole:
         return shown.section;
     case RowRole:
+    case PlaceRole:
         return shown.row;
     case CountRole:
         return shownRows(shown.section);
@@ -96,6 +98,8 @@ QVariant TableModel::placeData(int row, int role) const
         return path.section < 0 ? QString() : _table.titleForHeader(path.section);
     case DeletableRole:
         return path.section >= 0 && _table.editingStyle(path) == TableViewController::EditingStyle::Delete;
+    case SearchTextRole:
+        return path.section < 0 ? QString() : _table.searchText(path);
     default:
         return {};
     }
@@ -113,11 +117,16 @@ IndexPath TableModel::pathOf(int row) const
     return {-1, -1};
 }
 
-std::optional<quintptr> TableModel::identityOf(IndexPath path) const
+int TableModel::rowOf(IndexPath path) const
 {
     const auto isShown = path.section >= 0 && path.section < static_cast<int>(_sections.size()) &&
                          path.row >= 0 && path.row < shownRows(path.section);
-    return isShown ? std::optional(*at(*at(_sections, path.section), path.row)) : std::nullopt;
+    return isShown ? firstRow(path.section) + path.row : -1;
+}
+
+std::optional<quintptr> TableModel::identityOf(IndexPath path) const
+{
+    return rowOf(path) < 0 ? std::nullopt : std::optional(*at(*at(_sections, path.section), path.row));
 }
 
 int TableModel::firstRow(int section) const
@@ -334,7 +343,7 @@ void TableModel::tell(int section, const RowIdentities &now, std::vector<int> pl
     at(_places, section)->rows = std::move(places);
     changeSection(section, now);
     _places.clear();
-    const auto roles = isReordered ? QList<int>() : QList<int>{RowRole, CountRole, HeaderRole};
+    const auto roles = isReordered ? QList<int>() : QList<int>{RowRole, PlaceRole, CountRole, HeaderRole};
     changed(firstRow(section), shownRows(section), roles);
 }
 

@@ -40,6 +40,8 @@ public:
         CountRole,                    // count of the rows in the section
         HeaderRole,                   // header of the section
         DeletableRole,                // deletable
+        PlaceRole,                    // place: of the row among those of the section that are shown
+        SearchTextRole,               // for RowFilter alone
     };
     Q_ENUM(Role)
 
@@ -60,6 +62,8 @@ public:
 
     // Of a row of this model; {-1, -1} outside.
     IndexPath pathOf(int row) const;
+    // Of this model; -1 for a row that is not shown.
+    int rowOf(IndexPath path) const;
     // Of the row that is shown there; nothing outside.
     std::optional<quintptr> identityOf(IndexPath path) const;
 

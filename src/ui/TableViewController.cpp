@@ -1,23 +1,88 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/TableViewController.h"
 
+#include "ui/RowFilter.h"
 #include "ui/TableModel.h"
+#include "ui/Texts.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace cvtamber {
 
+namespace {
+
+// So many rows are found without looking for them.
+constexpr int MostUnfilteredRows = 10;
+
+} // namespace
+
 TableViewController::TableViewController(Presenter &presenter)
     : ViewController(presenter)
     , _model(std::make_unique<TableModel>(*this))
+    , _filter(std::make_unique<RowFilter>(*_model))
 {}
 
 TableViewController::~TableViewController() = default;
 
 QAbstractItemModel *TableViewController::modelPointer() const
 {
-    return _model.get();
+    return _filter->isActive() ? static_cast<QAbstractItemModel *>(_filter.get()) : _model.get();
+}
+
+QString TableViewController::searchText(IndexPath path) const
+{
+    const TableCell cell = cellForRow(path);
+    const bool isEntry = cell.style != TableCell::Style::Action && cell.style != TableCell::Style::Wait &&
+                         cell.style != TableCell::Style::Centered;
+    return isEntry ? QString(cell.text % u'\n' % cell.detail) : QString();
+}
+
+bool TableViewController::isFilterable() const
+{
+    return mayBeFiltered() && (_filter->isActive() || _model->rowCount() > MostUnfilteredRows);
+}
+
+QString TableViewController::filter() const
+{
+    return _filter->text();
+}
+
+void TableViewController::setFilter(const QString &text)
+{
+    if (text == filter() || !isFilterable())
+        return;
+    const bool wasActive = _filter->isActive();
+    if (text.isEmpty()) {
+        // The view leaves the rows of the filter before they go.
+        const auto ended = std::exchange(_filter, std::make_unique<RowFilter>(*_model));
+        emit filteringChanged();
+    } else {
+        _filter->setText(text);
+        if (!wasActive)
+            emit filteringChanged();
+    }
+    emit contentChanged();
+    presenter().announce(text.isEmpty() ? localized("All rows are shown") : filterResult());
+}
+
+QString TableViewController::filterResult() const
+{
+    if (!_filter->isActive())
+        return {};
+    const QString left = QString::number(_filter->shownEntryCount());
+    return localized("%1 of %2 left").arg(left, QString::number(_filter->entryCount()));
+}
+
+QString TableViewController::shownEmptyText() const
+{
+    return _filter->isActive() ? localized("No row has what you look for.") : emptyText();
+}
+
+int TableViewController::shownRow(int section, int row) const
+{
+    const int inAll = _model->rowOf({section, row});
+    return !_filter->isActive() || inAll < 0 ? inAll : _filter->mapFromSource(_model->index(inAll)).row();
 }
 
 QString TableViewController::titleForHeader(int) const
@@ -46,7 +111,7 @@ bool TableViewController::hasRow(IndexPath path) const
 void TableViewController::performOnRow(IndexPath path, std::function<void()> action)
 {
     const auto shown = _model->identityOf(path);
-    if (!shown)
+    if (!shown || shownRow(path.section, path.row) < 0)
         return;
     perform([this, path, identity = *shown, action = std::move(action)] {
         if (hasRow(path) && rowIdentity(path) == identity)

@@ -10,6 +10,7 @@
 
 namespace cvtamber {
 
+class RowFilter;
 class TableModel;
 
 struct IndexPath
@@ -32,15 +33,20 @@ enum class RowAnimation { None, Automatic, Fade, Top };
 // rowIdentity. A change that does not fit the answers (an insertion after which the count is another) is turned
 // into the difference and a warning; one that fits in number while other rows have moved into the new order.
 // The table is first asked after viewDidLoad; changes told before that are dropped.
+//
+// A person may filter a long table. That changes what is shown alone: every IndexPath is a place in the answers.
 // Thread: main thread.
 class TableViewController : public cvtamber::ViewController
 {
     Q_OBJECT
-    Q_PROPERTY(QAbstractItemModel *model READ modelPointer CONSTANT)
+    Q_PROPERTY(QAbstractItemModel *model READ modelPointer NOTIFY filteringChanged)
     Q_PROPERTY(bool allowsSelection READ allowsSelection CONSTANT)
     Q_PROPERTY(int rowAnimation READ rowAnimationNumber NOTIFY rowAnimationChanged)
     Q_PROPERTY(QString footerButtonTitle READ footerButtonTitle NOTIFY contentChanged)
-    Q_PROPERTY(QString emptyText READ emptyText NOTIFY contentChanged)
+    Q_PROPERTY(QString emptyText READ shownEmptyText NOTIFY contentChanged)
+    Q_PROPERTY(bool filterable READ isFilterable NOTIFY contentChanged)
+    Q_PROPERTY(QString filter READ filter WRITE setFilter NOTIFY contentChanged)
+    Q_PROPERTY(QString filterResult READ filterResult NOTIFY contentChanged)
 
 public:
     enum class EditingStyle { None, Delete };
@@ -48,7 +54,9 @@ public:
     explicit TableViewController(Presenter &presenter);
     ~TableViewController() override;
 
+    // All rows.
     TableModel &model() const { return *_model; }
+    // The rows that are shown: all, or those that the filter leaves.
     QAbstractItemModel *modelPointer() const;
 
     // How the change that is told now, or was told last, is to be shown.
@@ -69,6 +77,21 @@ public:
     virtual bool allowsSelection() const { return true; }
     // A message for people over an empty table that says what to do; empty for none.
     virtual QString emptyText() const { return {}; }
+    QString shownEmptyText() const;
+
+    // Whether a person may look for rows here at all.
+    virtual bool mayBeFiltered() const { return true; }
+    // What a filter looks into; null for a row that is no entry and always stays. Text and detail at first.
+    virtual QString searchText(IndexPath path) const;
+    // There are more rows than are found at a glance, or some are filtered away already.
+    bool isFilterable() const;
+    QString filter() const;
+    // Says how many entries are left. Empty: all rows are shown again.
+    void setFilter(const QString &text);
+    // How many entries are left, for people; empty without a filter.
+    QString filterResult() const;
+    // Where the row stands in modelPointer(); -1 when it is not shown.
+    Q_INVOKABLE int shownRow(int section, int row) const;
 
     // What a person does, through the view: to the row that is shown there. Where that is not the row of the answers now,
     // the table is read again and nothing is done. A row that is not shown or may not be highlighted is ignored.
@@ -86,6 +109,8 @@ signals:
     void rowAnimationChanged();
     // After every change that was told: the rows, the footer button or the empty text may be others.
     void contentChanged();
+    // The filter begins or ends, which makes modelPointer() another.
+    void filteringChanged();
 
 protected:
     void viewLoaded() override;
@@ -113,6 +138,7 @@ private:
 
     RowAnimation _rowAnimation = RowAnimation::None;
     std::unique_ptr<TableModel> _model;
+    std::unique_ptr<RowFilter> _filter;
 };
 
 } // namespace cvtamber

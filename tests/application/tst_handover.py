@@ -147,6 +147,26 @@ def refusals(desk, binary, p):
     until(lambda: not any((desk.documents / "Inbox").iterdir()), "an empty Inbox")
 
 
+def deletes_what_the_filter_left(p, pupil):
+    before = {file.name for file in pupil.glob("*.tamber")}
+    p.press("Ann Lee...")
+    p.see("Lesson 3,...")
+    p.keys("ctrl+f")
+    p.has_focus("Filter", "text")
+    p.write("zaba")
+    p.see(f"1 of {len(before)} left", "label")
+    p.keys("Down")
+    p.has_focus("Žába,...", "list item")
+    p.keys("Delete")
+    p.press("Yes")
+    p.see(f"0 of {len(before) - 1} left", "label")
+    p.keys("Escape")
+    p.see("Lesson 1,...")
+    p.see_no("Žába,...")
+    expect(before - {file.name for file in pupil.glob("*.tamber")}, {"Žába.tamber"})
+    p.back()
+
+
 def waits_for_a_menu(desk, binary, p):
     """What is chosen in the menu comes first."""
     p.press("Ann Lee...")
@@ -165,7 +185,7 @@ def waits_for_a_menu(desk, binary, p):
     p.see("Preview")
     p.xdotool("mousemove", "--window", p.window, 20, 300, "click", 1)
     p.see_no("Preview")
-    p.press("Back")
+    p.back()
 
 
 def requests_of_the_desktop(desk, p):
@@ -223,11 +243,13 @@ def documents_for_others(desk, binary):
 def main():
     binary = pathlib.Path(sys.argv[1]).resolve()
     with Desk() as desk:
-        pupil = put_pupil(desk, Letter="Grüße 盲\n")
+        lessons = {f"Lesson {number}": "text" for number in range(1, 11)}
+        pupil = put_pupil(desk, Letter="Grüße 盲\n", Žába="frog", **lessons)
         first_start_with_files(desk, binary)
         with chosen()(desk, binary) as p:
             second_starts(desk, binary, p, pupil)
             names_of_every_kind(desk, binary, p)
+            deletes_what_the_filter_left(p, pupil)
             refusals(desk, binary, p)
             waits_for_a_menu(desk, binary, p)
             requests_of_the_desktop(desk, p)

@@ -2,6 +2,23 @@
 #include "TableBench.h"
 
 using namespace cvtamber;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const std::vector<QStringList> LongTable{
+    {u"Anna"_s, u"Bo"_s, u"ann"_s, u"Zoë Łódź"_s},
+    {u"1"_s, u"2"_s, u"3"_s, u"4"_s, u"5"_s, u"6"_s, u"one"_s, u"two"_s}};
+
+QStringList shownWords(const TableViewController &table)
+{
+    QStringList words;
+    for (int row = 0; row < table.modelPointer()->rowCount(); ++row)
+        words.append(table.modelPointer()->index(row, 0).data(TableModel::TextRole).toString());
+    return words;
+}
+
+} // namespace
 
 class TestTableModel : public QObject
 {
@@ -18,6 +35,9 @@ private slots:
     void rowAsksOfAShorterTable();
     void aPressIsOnTheShownRow();
     void actions();
+    void filtered_data();
+    void filtered();
+    void aPressIsOnTheFilteredRow();
     void animationIsKnownWhenARowIsTold();
 };
 
@@ -132,7 +152,7 @@ void TestTableModel::rolesOfPlace()
     QCOMPARE(bench.table->model().pathOf(3), (IndexPath{-1, -1}));
     QCOMPARE(bench.table->model().pathOf(2), (IndexPath{1, 0}));
     QCOMPARE(bench.at(2, Qt::DecorationRole), QVariant());
-    QCOMPARE(bench.table->model().roleNames().size(), TableModel::DeletableRole - TableModel::StyleRole + 1);
+    QCOMPARE(bench.table->model().roleNames().size(), TableModel::PlaceRole - TableModel::StyleRole + 1);
 }
 
 void TestTableModel::editingChangesOnlyWhatCanBeDeleted()
@@ -238,6 +258,83 @@ void TestTableModel::actions()
     table.selectable = true;
     table.beginDisappearing();
     QCOMPARE(touchAll(), QString());
+}
+
+// A person types `typed` over a long table, which then changes to `now`.
+void TestTableModel::filtered_data()
+{
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("left");
+    QTest::addColumn<QString>("said");
+    QTest::newRow("case") << "ANN"
+                          << "Anna, ann"
+                          << "2 of 12 left";
+    QTest::newRow("accents and strokes") << "zoe lod" << u"Zoë Łódź"_s << "1 of 12 left";
+    QTest::newRow("accents are typed") << u"ánn "_s << "Anna, ann"
+                                       << "2 of 12 left";
+    QTest::newRow("in both sections") << "o" << u"Bo, Zoë Łódź, one, two"_s << "4 of 12 left";
+    QTest::newRow("none") << "xyz"
+                          << ""
+                          << "0 of 12 left";
+}
+
+void TestTableModel::filtered()
+{
+    QFETCH(QString, typed);
+    TableBench bench(QStringLiteral("ab"));
+    bench.table->setFilter(typed);
+    QVERIFY(!bench.table->isFilterable() && bench.table->filter().isEmpty());
+    bench.table->sections = LongTable;
+    bench.table->reloadData();
+    bench.table->setFilter(typed);
+    QTEST(shownWords(*bench.table).join(u", "_s), "left");
+    QTEST(bench.presenter.announcements().constLast(), "said");
+    bench.table->setFilter({});
+    QCOMPARE(shownWords(*bench.table), bench.words());
+}
+
+// Whatever changes under the filter: what a row names is what is done to.
+void TestTableModel::aPressIsOnTheFilteredRow()
+{
+    TableBench bench;
+    auto &table = *bench.table;
+    table.sections = LongTable;
+    table.reloadData();
+    table.setEditing(true);
+    table.setFilter(u"o"_s);
+    QAbstractItemModel &shown = *table.modelPointer();
+    QAbstractItemModelTester tester(&shown, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    const auto deleteShown = [&](int row) {
+        const QModelIndex index = shown.index(row, 0);
+        table.deleteClicked(index.data(TableModel::SectionRole).toInt(),
+                            index.data(TableModel::RowRole).toInt());
+        return std::exchange(table.actions, {}).join(u", "_s);
+    };
+    QCOMPARE(deleteShown(1), u"delete Zoë Łódź"_s);
+    QCOMPARE(deleteShown(3), u"delete two"_s);
+    QCOMPARE(shown.index(3, 0).data(TableModel::PlaceRole).toInt(), 1);
+    QCOMPARE(shown.index(3, 0).data(TableModel::CountRole).toInt(), 2);
+    // One that is filtered away is not there for anybody.
+    table.deleteClicked(0, 0);
+    QCOMPARE(table.actions, QStringList());
+    // A row comes in front, one goes, one is called otherwise, and the order changes.
+    table.sections[0].prepend(u"Otto"_s);
+    table.insertRow({0, 0});
+    table.sections[1].removeAt(6);
+    table.deleteRow({1, 6});
+    table.sections[1][0] = u"odd"_s;
+    table.reloadRow({1, 0});
+    QCOMPARE(shownWords(table), (QStringList{u"Otto"_s, u"Bo"_s, u"Zoë Łódź"_s, u"odd"_s, u"two"_s}));
+    QCOMPARE(deleteShown(4), u"delete two"_s);
+    std::reverse(table.sections[1].begin(), table.sections[1].end());
+    table.reloadData();
+    QCOMPARE(deleteShown(3), u"delete two"_s);
+    QCOMPARE(deleteShown(4), u"delete odd"_s);
+    // The table has another thing in its place by now, and has not told it.
+    table.sections[0].removeFirst();
+    QCOMPARE(deleteShown(1), QString());
+    QCOMPARE(shownWords(table), (QStringList{u"Bo"_s, u"Zoë Łódź"_s, u"two"_s, u"odd"_s}));
+    QCOMPARE(deleteShown(1), u"delete Zoë Łódź"_s);
 }
 
 void TestTableModel::animationIsKnownWhenARowIsTold()
