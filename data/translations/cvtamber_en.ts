@@ -619,6 +619,10 @@
         <source>Filter</source>
         <translation>Filter</translation>
     </message>
+    <message id="Filter %1">
+        <source>Filter %1</source>
+        <translation>Filter %1</translation>
+    </message>
     <message id="Keys">
         <source>Keys</source>
         <translation>Keys</translation>

@@ -105,7 +105,8 @@ FocusScope {
             focus: true
             hasClearButton: true
             placeholderText: qsTrId("Filter")
-            spokenName: qsTrId("Filter")
+            // Two columns have one each.
+            spokenName: filter.table.title === "" ? qsTrId("Filter") : qsTrId("Filter %1").arg(filter.table.title)
             text: filter.table.filter
             width: parent.width
 
