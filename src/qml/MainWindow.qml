@@ -42,6 +42,11 @@ Window {
         sequences: ["F1"]
         onActivated: window.helpRequested()
     }
+    Shortcut {
+        context: Qt.ApplicationShortcut
+        sequences: ["Ctrl+W", "Ctrl+Q"]
+        onActivated: window.close()
+    }
     ScreenHost {
         id: host
 

@@ -90,6 +90,7 @@ void QmlPresenter::makeWindow()
         // Without it the rows that a list makes in advance would be made at once, before the next frame.
         _engine->setIncubationController(_window->incubationController());
         connect(_window, &QWindow::activeChanged, this, &QmlPresenter::tellFocus);
+        connect(_window, &QQuickWindow::activeFocusItemChanged, this, &QmlPresenter::watchReadText);
         connect(_window, SIGNAL(helpRequested()), this, SLOT(askForHelp()));
     }
 }
@@ -261,6 +262,22 @@ void QmlPresenter::tellFocus()
         QAccessibleEvent event(_window->activeFocusItem(), QAccessible::Focus);
         QAccessible::updateAccessibility(&event);
     });
+}
+
+void QmlPresenter::watchReadText()
+{
+    QQuickItem *const focused = _window->activeFocusItem();
+    if (focused && focused->property("readOnly").toBool())
+        focused->installEventFilter(this);
+}
+
+// Qt's text area claims each key for itself also while it is only read, and the window's keys would do nothing in it.
+bool QmlPresenter::eventFilter(QObject *watched, QEvent *event)
+{
+    const bool isClaim = event->type() == QEvent::ShortcutOverride && watched->property("readOnly").toBool();
+    if (isClaim)
+        event->ignore();
+    return isClaim || QObject::eventFilter(watched, event);
 }
 
 void QmlPresenter::askForHelp()

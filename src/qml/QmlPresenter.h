@@ -67,6 +67,7 @@ public:
     void showAlert(const AlertView &alert) override;
     void showActionSheet(const ActionSheet &sheet) override;
     bool isAsking() const override { return !_questions->isIdle(); }
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void showNotice(const QString &text) override;
     void announce(const QString &text) override;
 
@@ -80,6 +81,7 @@ private slots:
 
 private:
     void makeWindow();
+    void watchReadText();
     void placeWindow(const WindowPlace &place);
 
     struct Modal

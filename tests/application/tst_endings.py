@@ -54,7 +54,7 @@ def ends_while_asking(desk, binary):
 def window_asks_for_an_unsaved_text(desk, binary):
     with Program(desk, binary, [put(desk, "unsaved.txt", b"not saved yet\n")]) as p:
         sees_text(p, "not saved yet\n")
-        p.close_window()
+        p.keys("ctrl+q")
         p.see("Close without saving")
         p.press("Cancel")
         sees_text(p, "not saved yet\n")
@@ -87,7 +87,7 @@ def ends_while_adding(desk, binary, by_window):
 
 
 def ends_while_sending(desk, binary, profile):
-    with Program(desk, binary, [f"--simulate={profile}"]) as p:
+    with Program(desk, binary, [f"--simulate={profile}"], size="desktop") as p:
         p.press("Corvane Brailler", "page tab")
         p.press("Connect to Corvane")
         p.press("Window desk...")
@@ -99,6 +99,9 @@ def ends_while_sending(desk, binary, profile):
         p.press("Send to the Corvane")
         p.press("Send as it is")
         p.see("Progress:...", "progress bar")
+        for size in ((800, 800), p.size):
+            p.resize(*size)
+            p.see("Progress:...", "progress bar")
         ends(p, by_window=True)
 
 
