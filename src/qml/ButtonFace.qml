@@ -11,6 +11,8 @@ Loader {
     required property color ink
     required property font textFont
     required property bool wraps
+    // How wide lines are that wrap. Not its own width: that comes when the button's height is set, which hangs on the lines.
+    required property double room
 
     sourceComponent: iconName === "" ? label : picture
 
@@ -31,14 +33,22 @@ Loader {
     Component {
         id: label
 
-        AppText {
-            Accessible.ignored: true
-            color: face.ink
-            font: face.textFont
-            horizontalAlignment: Text.AlignHCenter
-            text: face.words
-            verticalAlignment: Text.AlignVCenter
-            wrapMode: face.wraps ? Text.Wrap : Text.NoWrap
+        Item {
+            implicitHeight: lines.implicitHeight
+            implicitWidth: lines.implicitWidth
+
+            AppText {
+                id: lines
+
+                Accessible.ignored: true
+                anchors.verticalCenter: parent.verticalCenter
+                color: face.ink
+                font: face.textFont
+                horizontalAlignment: Text.AlignHCenter
+                text: face.words
+                width: face.wraps ? face.room : parent.width
+                wrapMode: face.wraps ? Text.Wrap : Text.NoWrap
+            }
         }
     }
 }

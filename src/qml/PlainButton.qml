@@ -50,6 +50,7 @@ T.Button {
     contentItem: ButtonFace {
         ink: button.filled && !button.down ? Theme.accentText : button.enabled ? button.foreground : Theme.disabledText
         iconName: button.iconName
+        room: button.availableWidth
         textFont: button.font
         words: button.text
         wraps: button.wraps
