@@ -603,6 +603,10 @@
         <source>This document holds something that is not text.</source>
         <translation>This document holds something that is not text.</translation>
     </message>
+    <message id="Keys">
+        <source>Keys</source>
+        <translation>Keys</translation>
+    </message>
     <message id="%1 of %2 left">
         <source>%1 of %2 left</source>
         <translation>%1 of %2 left</translation>
@@ -623,45 +627,149 @@
         <source>Filter %1</source>
         <translation>Filter %1</translation>
     </message>
-    <message id="Keys">
-        <source>Keys</source>
-        <translation>Keys</translation>
+    <message id="Menu">
+        <source>Menu</source>
+        <translation>Menu</translation>
     </message>
-    <message id="Tab, Shift+Tab: from control to control.">
-        <source>Tab, Shift+Tab: from control to control.</source>
-        <translation>Tab, Shift+Tab: from control to control.</translation>
+    <message id="Open…">
+        <source>Open…</source>
+        <translation>Open…</translation>
     </message>
-    <message id="Arrows, Home, End, Page Up, Page Down, letters: from row to row.">
-        <source>Arrows, Home, End, Page Up, Page Down, letters: from row to row.</source>
-        <translation>Arrows, Home, End, Page Up, Page Down, letters: from row to row.</translation>
+    <message id="About CVTamber">
+        <source>About CVTamber</source>
+        <translation>About CVTamber</translation>
     </message>
-    <message id="Enter, Space: what a touch does.">
-        <source>Enter, Space: what a touch does.</source>
-        <translation>Enter, Space: what a touch does.</translation>
+    <message id="CVTamber %@">
+        <source>CVTamber %@</source>
+        <translation>CVTamber %@</translation>
     </message>
-    <message id="Menu, Shift+F10: the row&apos;s detail button.">
-        <source>Menu, Shift+F10: the row&apos;s detail button.</source>
-        <translation>Menu, Shift+F10: the row&apos;s detail button.</translation>
+    <message id="The companion of the Corvane braille writing device. It is free software under the GPL, version 3 or later, and comes without a warranty.">
+        <source>The companion of the Corvane braille writing device. It is free software under the GPL, version 3 or later, and comes without a warranty.</source>
+        <translation>The companion of the Corvane braille writing device. It is free software under the GPL, version 3 or later, and comes without a warranty.</translation>
     </message>
-    <message id="Delete: deletes the row, where rows can be deleted.">
-        <source>Delete: deletes the row, where rows can be deleted.</source>
-        <translation>Delete: deletes the row, where rows can be deleted.</translation>
+    <message id="Open texts">
+        <source>Open texts</source>
+        <translation>Open texts</translation>
     </message>
-    <message id="F2: renames a document or folder.">
-        <source>F2: renames a document or folder.</source>
-        <translation>F2: renames a document or folder.</translation>
+    <message id="This system has no window for choosing files. Drop them on this window, or open them with CVTamber in your file manager.">
+        <source>This system has no window for choosing files. Drop them on this window, or open them with CVTamber in your file manager.</source>
+        <translation>This system has no window for choosing files. Drop them on this window, or open them with CVTamber in your file manager.</translation>
     </message>
-    <message id="Escape: Cancel or back. It closes Rename without renaming.">
-        <source>Escape: Cancel or back. It closes Rename without renaming.</source>
-        <translation>Escape: Cancel or back. It closes Rename without renaming.</translation>
+    <message id="Only files can be dropped here.">
+        <source>Only files can be dropped here.</source>
+        <translation>Only files can be dropped here.</translation>
     </message>
-    <message id="Ctrl+Page Up, Ctrl+Page Down: from section to section.">
-        <source>Ctrl+Page Up, Ctrl+Page Down: from section to section.</source>
-        <translation>Ctrl+Page Up, Ctrl+Page Down: from section to section.</translation>
+    <message id="Tab, Shift+Tab">
+        <source>Tab, Shift+Tab</source>
+        <translation>Tab, Shift+Tab</translation>
     </message>
-    <message id="Ctrl+C: copies a message of the chat.">
-        <source>Ctrl+C: copies a message of the chat.</source>
-        <translation>Ctrl+C: copies a message of the chat.</translation>
+    <message id="from control to control; a list is one stop">
+        <source>from control to control; a list is one stop</source>
+        <translation>from control to control; a list is one stop</translation>
+    </message>
+    <message id="Arrows, Home, End, Page Up, Page Down, letters">
+        <source>Arrows, Home, End, Page Up, Page Down, letters</source>
+        <translation>Arrows, Home, End, Page Up, Page Down, letters</translation>
+    </message>
+    <message id="from row to row">
+        <source>from row to row</source>
+        <translation>from row to row</translation>
+    </message>
+    <message id="Enter, Space">
+        <source>Enter, Space</source>
+        <translation>Enter, Space</translation>
+    </message>
+    <message id="what a touch does">
+        <source>what a touch does</source>
+        <translation>what a touch does</translation>
+    </message>
+    <message id="Menu, Shift+F10">
+        <source>Menu, Shift+F10</source>
+        <translation>Menu, Shift+F10</translation>
+    </message>
+    <message id="the row&apos;s detail button">
+        <source>the row&apos;s detail button</source>
+        <translation>the row&apos;s detail button</translation>
+    </message>
+    <message id="Delete key">
+        <source>Delete</source>
+        <translation>Delete</translation>
+    </message>
+    <message id="deletes the row, where rows can be deleted">
+        <source>deletes the row, where rows can be deleted</source>
+        <translation>deletes the row, where rows can be deleted</translation>
+    </message>
+    <message id="F2">
+        <source>F2</source>
+        <translation>F2</translation>
+    </message>
+    <message id="F6">
+        <source>F6</source>
+        <translation>F6</translation>
+    </message>
+    <message id="from one column to the other">
+        <source>from one column to the other</source>
+        <translation>from one column to the other</translation>
+    </message>
+    <message id="renames a document or folder">
+        <source>renames a document or folder</source>
+        <translation>renames a document or folder</translation>
+    </message>
+    <message id="Escape">
+        <source>Escape</source>
+        <translation>Escape</translation>
+    </message>
+    <message id="Cancel or back; ends a filter; closes Rename without renaming">
+        <source>Cancel or back; ends a filter; closes Rename without renaming</source>
+        <translation>Cancel or back; ends a filter; closes Rename without renaming</translation>
+    </message>
+    <message id="Ctrl+F">
+        <source>Ctrl+F</source>
+        <translation>Ctrl+F</translation>
+    </message>
+    <message id="filters a list of more than ten rows">
+        <source>filters a list of more than ten rows</source>
+        <translation>filters a list of more than ten rows</translation>
+    </message>
+    <message id="Ctrl+O">
+        <source>Ctrl+O</source>
+        <translation>Ctrl+O</translation>
+    </message>
+    <message id="opens texts of this computer">
+        <source>opens texts of this computer</source>
+        <translation>opens texts of this computer</translation>
+    </message>
+    <message id="Ctrl+Page Up, Ctrl+Page Down">
+        <source>Ctrl+Page Up, Ctrl+Page Down</source>
+        <translation>Ctrl+Page Up, Ctrl+Page Down</translation>
+    </message>
+    <message id="from section to section">
+        <source>from section to section</source>
+        <translation>from section to section</translation>
+    </message>
+    <message id="Ctrl+C">
+        <source>Ctrl+C</source>
+        <translation>Ctrl+C</translation>
+    </message>
+    <message id="copies a message of the chat">
+        <source>copies a message of the chat</source>
+        <translation>copies a message of the chat</translation>
+    </message>
+    <message id="Ctrl+W, Ctrl+Q">
+        <source>Ctrl+W, Ctrl+Q</source>
+        <translation>Ctrl+W, Ctrl+Q</translation>
+    </message>
+    <message id="closes the window">
+        <source>closes the window</source>
+        <translation>closes the window</translation>
+    </message>
+    <message id="F1">
+        <source>F1</source>
+        <translation>F1</translation>
+    </message>
+    <message id="shows these keys">
+        <source>shows these keys</source>
+        <translation>shows these keys</translation>
     </message>
     <message id="Edit">
         <source>Edit</source>

@@ -79,6 +79,9 @@ QString shownAddress(const void *object)
 MAppDelegate::MAppDelegate(const AppServices &services)
     : _services(services)
     , _inbox(services.store, services.tasks, services.locations)
+    , _menu({services.presenter, services.fileChooser,
+             [this](const QStringList &paths, const QStringList &others) { handOver(paths, others); },
+             services.showSettings})
     , _notices(std::make_shared<StoreNotices>(services.presenter, services.store.log))
     , _presentLater(services.store.runLoop)
     , _lookLater(services.store.runLoop)
@@ -260,6 +263,7 @@ void MAppDelegate::startUp()
         {{NavigationController::withRoot(presenter, _activeUsersController), u"user.png"_s},
          {NavigationController::withRoot(presenter, _archivedUsersController), u"archive.png"_s},
          {deviceNavigation, u"cv.png"_s}});
+    _tabController->setMenu([this] { _menu.show(*_tabController); });
     selectLastTab();
     presenter.showRoot(_tabController);
 

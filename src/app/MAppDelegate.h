@@ -5,6 +5,7 @@
 #include "app/Inbox.h"
 #include "app/MTextEditViewController.h"
 #include "app/MUsersViewController.h"
+#include "app/MainMenu.h"
 #include "base/DelayedCall.h"
 #include "device/CVBTDevice.h"
 #include "ui/AlertView.h"
@@ -30,6 +31,9 @@ struct AppServices
     Locations &locations;
     MailComposer &mail;
     DocumentPreview &preview;
+    FileChooser &fileChooser;
+    // Opens the settings window.
+    std::function<void()> showSettings;
     // As "pl-PL", the first choice first.
     std::function<QStringList()> preferredLanguages;
 };
@@ -75,6 +79,7 @@ public:
     // Files of other programs, absolute paths: each is copied to the Inbox and then opened from there. What is named beside
     // them and is no file of this computer is told.
     void handOver(const QStringList &paths, const QStringList &others = {});
+    MainMenu &menu() { return _menu; }
     // A file in the Inbox. Always true.
     bool applicationOpenURL(const FileURL &url, const QString &sourceApplication);
     // Shows the text in an editor of its own; one after the other.
@@ -127,6 +132,7 @@ private:
 
     const AppServices _services;
     Inbox _inbox;
+    MainMenu _menu;
     std::unique_ptr<Reconnector> _reconnector;
     std::optional<AppContext> _context;
     std::shared_ptr<StoreNotices> _notices;

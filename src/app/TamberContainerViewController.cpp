@@ -343,6 +343,19 @@ void TamberContainerViewController::commitRename(IndexPath path)
         _editing->askForNewName(item);
 }
 
+bool TamberContainerViewController::canAddFolder() const
+{
+    return !isPicking() && contents().isUserLevel();
+}
+
+void TamberContainerViewController::addFolder()
+{
+    perform([this] {
+        if (canAddFolder())
+            _editing->handleAddFolderCommand();
+    });
+}
+
 void TamberContainerViewController::addButtonClicked()
 {
     if (isPicking()) {

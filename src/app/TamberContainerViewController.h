@@ -57,6 +57,10 @@ public:
     // A local store may have changed on the disk.
     void showAsItIs();
     void setEditing(bool editing) override;
+    // To browse, and of a user: folders hold documents alone.
+    bool canAddFolder() const;
+    // Asks for its name.
+    void addFolder();
     // For debugging, in no menu: adds a document whose title and text are the date.
     void handleAddDummyFileCommand();
 

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "main/CVTamberApplication.h"
 
-#include "app/KeysHelp.h"
+#include "app/KeysViewController.h"
 #include "app/StoreSwitch.h"
 #include "device/CVBluetoothManager.h"
 #include "main/CVTamberCommandLine.h"
 #include "main/SignalWatcher.h"
+#include "platform/desktop/FileUris.h"
 #include "qml/IconProvider.h"
 #include "store/TamberStorage.h"
 #include "ui/Texts.h"
@@ -83,6 +84,7 @@ CVTamberApplication::CVTamberApplication(QGuiApplication &application, EventRunL
     , _manager(CVBluetoothManager::create(runLoop, log, makeCentral()))
     , _mail(runLoop, locations, QDBusConnection::sessionBus())
     , _preview(runLoop, QDBusConnection::sessionBus())
+    , _fileChooser(QDBusConnection::sessionBus())
     , _presenter(std::move(presenter))
     , _appearance(QDBusConnection::sessionBus())
     , _stopLater(runLoop)
@@ -92,8 +94,9 @@ CVTamberApplication::CVTamberApplication(QGuiApplication &application, EventRunL
     CVBluetoothManager::setDefaultManager(_manager);
     QObject::connect(&_appearance, &PortalAppearance::changed, _presenter.get(),
                      &QmlPresenter::setDesktopLook);
-    _presenter->setHelp(keysHelp);
     _delegate = std::make_shared<MAppDelegate>(services());
+    _presenter->setCommands({KeysViewController::show, [this] { _delegate->menu().openFiles(); },
+                             [this](const QStringList &uris) { takeDropped(uris); }});
 }
 
 CVTamberApplication::~CVTamberApplication()
@@ -119,6 +122,8 @@ AppServices CVTamberApplication::services()
             _locations,
             _mail,
             _preview,
+            _fileChooser,
+            showSettings,
             [] { return QLocale::system().uiLanguages(); }};
 }
 
@@ -200,10 +205,25 @@ void CVTamberApplication::openFiles(const QStringList &paths, const QStringList 
     _delegate->handOver(paths, others);
 }
 
+void CVTamberApplication::takeDropped(const QStringList &uris)
+{
+    if (uris.isEmpty()) {
+        _presenter->showNotice(localized("Only files can be dropped here."));
+        return;
+    }
+    const auto [paths, others] = pathsOfUris(uris);
+    openFiles(paths, others);
+}
+
+void CVTamberApplication::showSettings()
+{
+    QProcess::startDetached(QCoreApplication::applicationFilePath(), {u"--settings"_s});
+}
+
 void CVTamberApplication::performAction(const QString &name)
 {
     if (name == u"settings")
-        QProcess::startDetached(QCoreApplication::applicationFilePath(), {u"--settings"_s});
+        showSettings();
     if (!_isLaunched)
         stop();
 }

@@ -11,6 +11,7 @@
 #include "device/LinkObserver.h"
 #include "platform/desktop/ChosenFolderContainer.h"
 #include "platform/desktop/DesktopApplication.h"
+#include "platform/desktop/DesktopFileChooser.h"
 #include "platform/desktop/DesktopMail.h"
 #include "platform/desktop/DesktopPreview.h"
 #include "platform/desktop/PortalAppearance.h"
@@ -63,6 +64,8 @@ private:
     void listenToWindow();
     void launch(const std::optional<LaunchOptions> &options);
     void openFiles(const QStringList &paths, const QStringList &others);
+    void takeDropped(const QStringList &uris);
+    static void showSettings();
     void performAction(const QString &name);
     void bringToFront(const QString &activationToken);
     void becomeActive();
@@ -93,6 +96,7 @@ private:
     std::shared_ptr<CVBluetoothManager> _manager;
     DesktopMail _mail;
     DesktopPreview _preview;
+    DesktopFileChooser _fileChooser;
     std::unique_ptr<QmlPresenter> _presenter;
     PortalAppearance _appearance;
     std::shared_ptr<MAppDelegate> _delegate;

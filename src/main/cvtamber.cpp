@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/KeysHelp.h"
+#include "app/KeysViewController.h"
 #include "app/SettingsViewController.h"
 #include "base/NullLog.h"
 #include "base/PathBytes.h"
@@ -54,7 +54,7 @@ int showSettings(QGuiApplication &application)
         return fail(u"the window cannot be made."_s, ExitStatus::Failed);
     const PortalAppearance appearance(QDBusConnection::sessionBus());
     QObject::connect(&appearance, &PortalAppearance::changed, &presenter, &QmlPresenter::setDesktopLook);
-    presenter.setHelp(keysHelp);
+    presenter.setCommands({KeysViewController::show, {}, {}});
     const auto settings = std::make_shared<SettingsViewController>(presenter, defaults, locations);
     presenter.showRoot(NavigationController::withRoot(presenter, settings));
     QGuiApplication::setWindowIcon(IconProvider::applicationIcon());

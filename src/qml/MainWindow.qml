@@ -13,7 +13,10 @@ Window {
     // What the notice leaves of the window: all else stands in it.
     property alias room: room
 
-    signal helpRequested
+    signal keysRequested
+    signal filesRequested
+    // As text/uri-list; empty where no files were dropped.
+    signal dropped(string uris)
 
     function takeFocus(): void {
         const tabs = host.view as TabsView;
@@ -40,12 +43,26 @@ Window {
     Shortcut {
         context: Qt.ApplicationShortcut
         sequences: ["F1"]
-        onActivated: window.helpRequested()
+        onActivated: window.keysRequested()
+    }
+    Shortcut {
+        context: Qt.ApplicationShortcut
+        sequences: ["Ctrl+O"]
+        onActivated: window.filesRequested()
     }
     Shortcut {
         context: Qt.ApplicationShortcut
         sequences: ["Ctrl+W", "Ctrl+Q"]
         onActivated: window.close()
+    }
+    // Under all that takes drops itself.
+    DropArea {
+        anchors.fill: parent
+
+        onDropped: drop => {
+            window.dropped(drop.hasUrls ? drop.getDataAsString("text/uri-list") : "");
+            drop.accept(Qt.CopyAction);
+        }
     }
     ScreenHost {
         id: host

@@ -91,7 +91,9 @@ void QmlPresenter::makeWindow()
         _engine->setIncubationController(_window->incubationController());
         connect(_window, &QWindow::activeChanged, this, &QmlPresenter::tellFocus);
         connect(_window, &QQuickWindow::activeFocusItemChanged, this, &QmlPresenter::watchReadText);
-        connect(_window, SIGNAL(helpRequested()), this, SLOT(askForHelp()));
+        connect(_window, SIGNAL(keysRequested()), this, SLOT(askForKeys()));
+        connect(_window, SIGNAL(filesRequested()), this, SLOT(askForFiles()));
+        connect(_window, SIGNAL(dropped(QString)), this, SLOT(takeDropped(QString)));
     }
 }
 
@@ -280,11 +282,31 @@ bool QmlPresenter::eventFilter(QObject *watched, QEvent *event)
     return isClaim || QObject::eventFilter(watched, event);
 }
 
-void QmlPresenter::askForHelp()
+// A question is answered first.
+void QmlPresenter::askForKeys()
 {
-    // A question is answered first.
-    if (_help && !_questions->isAsking())
-        showAlert(_help());
+    const Controller top = _modals.empty() ? _root : _modals.back().controller;
+    if (_commands.showKeys && top && !_questions->isAsking())
+        _commands.showKeys(*top);
+}
+
+void QmlPresenter::askForFiles()
+{
+    if (_commands.openFiles && !_questions->isAsking())
+        _commands.openFiles();
+}
+
+void QmlPresenter::takeDropped(const QString &uris)
+{
+    QStringList named;
+    for (const QString &line : uris.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
+        const QString uri = line.trimmed();
+        // The others are comments.
+        if (!uri.isEmpty() && !uri.startsWith(QLatin1Char('#')))
+            named.append(uri);
+    }
+    if (_commands.takeDropped)
+        _commands.takeDropped(named);
 }
 
 void QmlPresenter::announce(const QString &text)

@@ -50,8 +50,17 @@ public:
     // 1100 x 760 units where the screen has room for them, else it takes the whole screen.
     void setStartPlace(const WindowPlace &place) { _startPlace = place; }
 
-    // What F1 shows; nothing while there is none.
-    void setHelp(const std::function<AlertView()> &help) { _help = help; }
+    // What a person asks of the program on whatever screen; one without a function does nothing.
+    struct Commands
+    {
+        // F1, over the uppermost screen.
+        std::function<void(ViewController &top)> showKeys;
+        // Ctrl+O.
+        std::function<void()> openFiles;
+        // Dropped on the window, as URIs; none where what was dropped is no file.
+        std::function<void(const QStringList &uris)> takeDropped;
+    };
+    void setCommands(const Commands &commands) { _commands = commands; }
 
     // What the theme follows, where no variable of the environment goes before it.
     void setDesktopLook(const DesktopLook &look);
@@ -75,7 +84,9 @@ protected:
     void drawRoot(const Controller &root) override;
 
 private slots:
-    void askForHelp();
+    void askForKeys();
+    void askForFiles();
+    void takeDropped(const QString &uris);
     void modalOpened();
     void modalClosed();
 
@@ -114,7 +125,7 @@ private:
     std::vector<Modal> _leaving;
     std::unique_ptr<QuestionQueue> _questions;
     Finished _finished;
-    std::function<AlertView()> _help;
+    Commands _commands;
     DelayedCall _noticeEnd;
     DelayedCall _newsEnd;
     DelayedCall _focusTold;

@@ -17,6 +17,7 @@ enum Kind {
     Row = static_cast<int>(Anchor::Kind::Row),
     LeftBarButton = static_cast<int>(Anchor::Kind::LeftBarButton),
     RightBarButton = static_cast<int>(Anchor::Kind::RightBarButton),
+    Menu = static_cast<int>(Anchor::Kind::Menu),
 };
 Q_ENUM_NS(Kind)
 

@@ -2,7 +2,7 @@
 import QtQuick
 import CVTamber
 
-// The tabs: a bar at the bottom, or a rail at the side of a wide window.
+// The tabs: a bar at the bottom, or a rail at the side of a wide window with the program's menu at its end.
 FocusScope {
     id: view
 
@@ -10,6 +10,11 @@ FocusScope {
     readonly property bool hasRail: width >= Theme.railFrom
 
     function takeFocus(): void {
+        // What its menu opened has gone.
+        if (menu.focus && menu.visible) {
+            menu.forceActiveFocus(Qt.OtherFocusReason);
+            return;
+        }
         const shown = stack.currentView as NavigationView;
         if (shown !== null)
             shown.takeFocus();
@@ -19,6 +24,8 @@ FocusScope {
     function anchorItem(kind: int, section: int, row: int, button: int): Item {
         if (kind === SheetAnchor.TabBar)
             return rail.active ? rail : bar;
+        if (kind === SheetAnchor.Menu)
+            return menu;
         const shown = stack.currentView as NavigationView;
         return shown === null ? null : shown.anchorItem(kind, section, row, button);
     }
@@ -46,6 +53,21 @@ FocusScope {
             controller: view.controller
             vertical: true
         }
+    }
+    // At the end of the rail, but no tab.
+    PlainButton {
+        id: menu
+
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: Theme.unit
+        anchors.left: parent.left
+        anchors.leftMargin: Theme.half
+        text: qsTrId("Menu")
+        visible: view.hasRail && view.controller.hasMenu
+        width: rail.width - Theme.unit
+        wraps: true
+
+        onClicked: view.controller.menuClicked()
     }
     TabStack {
         id: stack

@@ -11,7 +11,7 @@ namespace cvtamber {
 // Where a sheet points to on a tablet; a phone shows every sheet from the bottom.
 struct Anchor
 {
-    enum class Kind { TabBar, View, Row, LeftBarButton, RightBarButton };
+    enum class Kind { TabBar, View, Row, LeftBarButton, RightBarButton, Menu };
 
     Kind kind = Kind::View;
     // For Row.

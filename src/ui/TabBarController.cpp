@@ -68,6 +68,18 @@ void TabBarController::selectTab(int index)
         next->endAppearing();
 }
 
+void TabBarController::setMenu(std::function<void()> menu)
+{
+    _menu = std::move(menu);
+    emit tabsChanged();
+}
+
+void TabBarController::menuClicked()
+{
+    if (_menu)
+        perform(_menu);
+}
+
 void TabBarController::beginAppearing()
 {
     ViewController::beginAppearing();

@@ -12,6 +12,7 @@ class TabBarController : public cvtamber::ViewController
 {
     Q_OBJECT
     Q_PROPERTY(int count READ count NOTIFY tabsChanged)
+    Q_PROPERTY(bool hasMenu READ hasMenu NOTIFY tabsChanged)
     Q_PROPERTY(int selectedIndex READ selectedIndex NOTIFY selectedIndexChanged)
 
 public:
@@ -35,6 +36,10 @@ public:
     Controller selectedViewController() const;
     // At once, without an animation. Outside the tabs: nothing.
     Q_INVOKABLE void selectTab(int index);
+    // The program's own menu, which a wide window has a button for beside the tabs.
+    void setMenu(std::function<void()> menu);
+    bool hasMenu() const { return _menu != nullptr; }
+    Q_INVOKABLE void menuClicked();
 
     void beginAppearing() override;
     void endAppearing() override;
@@ -51,6 +56,7 @@ private:
 
     std::vector<Tab> _tabs;
     int _selectedIndex = 0;
+    std::function<void()> _menu;
 };
 
 } // namespace cvtamber

@@ -15,6 +15,7 @@
 #include "support/StoreRig.h"
 #include "support/TemporaryLocations.h"
 #include "ui/DocumentPreview.h"
+#include "ui/FileChooser.h"
 #include "ui/MailComposer.h"
 #include "ui/NavigationController.h"
 #include "ui/TabBarController.h"
@@ -36,6 +37,14 @@ class NoPreview final : public DocumentPreview
 {
 public:
     void show(const QString &, std::function<void(bool)>) override {}
+};
+
+// The system's window for files, in which a test chooses.
+class FakeFileChooser final : public FileChooser
+{
+public:
+    void choose(const QString &, std::function<void(const Choice &)> chosen) override { answer = chosen; }
+    std::function<void(const Choice &)> answer;
 };
 
 // The application without a window, over real folders: the local documents, and a cloud container beside them.
@@ -120,6 +129,8 @@ public:
     MemoryDefaults defaults;
     NoMail mail;
     NoPreview preview;
+    FakeFileChooser files;
+    int settingsShown = 0;
     QStringList languages{u"en-GB"_s};
     std::unique_ptr<RecordingPresenter> presenter = std::make_unique<RecordingPresenter>(rig.loop);
     std::shared_ptr<MAppDelegate> delegate =
@@ -131,6 +142,8 @@ public:
                                                    locations,
                                                    mail,
                                                    preview,
+                                                   files,
+                                                   [this] { ++settingsShown; },
                                                    [this] { return languages; }});
 };
 

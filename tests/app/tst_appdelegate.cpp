@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "AppBench.h"
+#include "app/KeysViewController.h"
 #include "app/MEditUserDialog.h"
 #include "app/StoreNotices.h"
 #include "app/TextImport.h"
@@ -178,6 +179,49 @@ private slots:
         QVERIFY(bench.editor());
         QCOMPARE(bench.editor()->text(), u"2.txt"_s);
         QVERIFY(bench.rig.has(u"1.txt"_s) && bench.rig.has(u"2.txt"_s));
+    }
+
+    void theMenuOffersWhatTheScreenCanDo()
+    {
+        AppBench bench;
+        bench.putLocalUser();
+        bench.launchWhole();
+        const auto tabs = MGlobals::tabBarController();
+        const auto choose = [&](const QString &button) {
+            tabs->menuClicked();
+            const bool isThere = bench.presenter->answerSheet(button);
+            bench.rig.settle();
+            return isThere;
+        };
+        QVERIFY(!choose(u"4.1"_s));
+        bench.presenter->cancelSheet();
+        QVERIFY(choose(u"Settings"_s) && bench.settingsShown == 1);
+        QVERIFY(choose(u"About CVTamber"_s) &&
+                bench.presenter->alert()->title == u"CVTamber " CVTAMBER_VERSION);
+        bench.presenter->answerAlert(0);
+        QVERIFY(choose(u"Keys"_s) && bench.presenter->frontAs<KeysViewController>());
+        KeysViewController::show(*bench.presenter->topModal());
+        bench.rig.settle();
+        QCOMPARE(bench.presenter->modals().size(), 1U);
+        bench.presenter->front()->rightItemClicked(0);
+        bench.rig.settle();
+        bench.users(0)->rowClicked(0, 0);
+        bench.rig.settle();
+        QVERIFY(choose(u"4.1"_s) && bench.presenter->alert()->textField);
+    }
+
+    void chosenFilesAreHandedOver()
+    {
+        AppBench bench;
+        bench.launchWhole();
+        bench.rig.put(u"1.txt"_s, "text");
+        bench.delegate->menu().openFiles();
+        bench.files.answer({true, {}, {}});
+        QCOMPARE(bench.presenter->notices().size(), 1);
+        bench.delegate->menu().openFiles();
+        bench.files.answer({false, {bench.rig.path(u"1.txt"_s)}, {}});
+        bench.rig.settle();
+        QCOMPARE(bench.editor()->text(), u"text"_s);
     }
 
     void anImportWaitsForTheDialogThatIsUp()

@@ -272,7 +272,7 @@ def menu_and_keys(p):
     p.see("Ctrl+O, opens texts of this computer...")
     p.shot_of("keys")
     p.keys("ctrl+f")
-    p.has_focus("Filter", "text")
+    p.has_focus("Filter...", "text")
     p.write("RENAME")
     p.see("2 of 14 left", "label")
     p.shot_of("keys-filtered")
@@ -281,6 +281,7 @@ def menu_and_keys(p):
     p.keys("Escape")
     p.see_no("F2,...")
     p.press("Menu")
+    p.has_focus("Open", "push button")
     p.keys("Escape")
     p.see_no("About CVTamber")
 

@@ -145,6 +145,8 @@ def refusals(desk, binary, p):
     p.see("pipe could not be opened. It is not a file. binary does not hold text that can be read. folder could ...",
           "notification")
     until(lambda: not any((desk.documents / "Inbox").iterdir()), "an empty Inbox")
+    p.keys("ctrl+o")
+    p.see("This system has no window for choosing files...", "notification")
 
 
 def deletes_what_the_filter_left(p, pupil):

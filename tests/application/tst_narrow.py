@@ -15,12 +15,14 @@ SMALLEST = (320, 480)
 TEXT = "".join(f"Line {number} of a text.\n" for number in range(300))
 
 
-def question(p):
+def keys_help(p):
     p.keys("F1")
-    p.see("Keys", "dialog")
-    p.has_focus("OK")
+    p.has_focus("Tab, Shift+Tab,...", "list item")
     p.shot_of("keys")
-    p.press("OK")
+    p.keys("End")
+    p.has_focus("F1, shows these keys, 14 of 14", "list item")
+    p.shot_of("keys-end")
+    p.press("Done")
     p.see_no("Keys", "dialog")
 
 
@@ -55,7 +57,7 @@ def main():
             p.shots = shots / "narrow"
             p.see("Ann Lee...")
             p.shot_of("users")
-            question(p)
+            keys_help(p)
             connect(p)
             chat(p)
             p.press("Users", "page tab")
@@ -64,8 +66,6 @@ def main():
             p.press("Letter...", "list item")
             p.see("Preview")
             p.shot_of("document-menu")
-            # Two lines.
-            assert p.see("Send to the Corvane").get_size().y > 60
             p.keys("Escape")
             p.see_no("Preview")
 

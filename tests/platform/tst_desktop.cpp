@@ -3,6 +3,7 @@
 #include "base/PathBytes.h"
 #include "platform/desktop/ChosenFolderContainer.h"
 #include "platform/desktop/DesktopApplication.h"
+#include "platform/desktop/DesktopFileChooser.h"
 #include "platform/desktop/DesktopMail.h"
 #include "platform/desktop/DesktopPreview.h"
 #include "platform/desktop/FileUris.h"
@@ -65,12 +66,13 @@ public:
             return true;
         QDBusMessage signal =
             QDBusMessage::createSignal(handle, u"org.freedesktop.portal.Request"_s, u"Response"_s);
-        signal << response << QVariantMap();
+        signal << response << results;
         return _bus.send(signal);
     }
 
     Reply reply = Reply::Answer;
     uint response = 0;
+    QVariantMap results;
     QString called;
     QVariantMap options;
     QByteArray attachment;
@@ -303,6 +305,36 @@ private slots:
         preview.show(file.fileName(), [&result](bool shown) { result = shown ? 1 : 0; });
         QTRY_COMPARE(result, 1);
         QCOMPARE(portal.called, u"org.freedesktop.portal.OpenURI.OpenFile"_s);
+    }
+
+    void filesAreChosenThroughThePortal_data()
+    {
+        columns<bool, uint, QString>("hasPortal", "response", "chosen");
+        row("two", true, 0U, u"/a b.txt and smb://c/d, failed: 0"_s);
+        row("the person thought better of it", true, 1U, u" and , failed: 0"_s);
+        row("the portal cannot", true, 2U, u" and , failed: 1"_s);
+        row("no portal", false, 0U, u" and , failed: 1"_s);
+    }
+    void filesAreChosenThroughThePortal()
+    {
+        QFETCH(bool, hasPortal);
+        QFETCH(uint, response);
+        FakePortal portal(connection());
+        portal.response = response;
+        portal.results = {{u"uris"_s, QStringList{u"file:///a%20b.txt"_s, u"smb://c/d"_s}}};
+        DesktopFileChooser chooser(hasPortal ? connection() : QDBusConnection(u"none"_s));
+        QStringList told;
+        const auto tell = [&told](const FileChooser::Choice &choice) {
+            told.append(u"%1 and %2, failed: %3"_s.arg(choice.paths.join(u'|'), choice.others.join(u'|'))
+                            .arg(choice.hasFailed));
+        };
+        chooser.choose(u"Open texts"_s, tell);
+        chooser.choose(u"A second window"_s, tell);
+        QTRY_COMPARE(told.size(), 1);
+        QTEST(told.constFirst(), "chosen");
+        QCOMPARE(portal.called, hasPortal ? u"org.freedesktop.portal.FileChooser.OpenFile"_s : QString());
+        chooser.choose(u"Open more texts"_s, tell);
+        QTRY_COMPARE(told.size(), 2);
     }
 
     // What is written to the place under a disk would be covered when the disk is back.

@@ -4,6 +4,8 @@
 #include "qml/QmlPresenter.h"
 #include "ui/NavigationController.h"
 
+#include <QDropEvent>
+#include <QMimeData>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QTest>
@@ -53,6 +55,33 @@ private slots:
         QCOMPARE(rows().constFirst(), u"Lesson 1, 1 of 12"_s);
         QCOMPARE(_table->done, QStringList{u"delete 0.12"_s});
         QCOMPARE(_table->filter(), QString());
+    }
+
+    void whatIsDroppedIsHandedOn_data()
+    {
+        QTest::addColumn<QByteArray>("format");
+        QTest::addColumn<QByteArray>("data");
+        QTest::addColumn<QStringList>("told");
+        QTest::newRow("files") << QByteArray("text/uri-list")
+                               << QByteArray("# two\r\nfile:///a%FFb.txt\r\nhttp://c/d\r\n")
+                               << QStringList{u"file:///a%FFb.txt"_s, u"http://c/d"_s};
+        QTest::newRow("words") << QByteArray("text/plain") << QByteArray("words") << QStringList();
+    }
+    void whatIsDroppedIsHandedOn()
+    {
+        QFETCH(QByteArray, format);
+        QFETCH(QByteArray, data);
+        QStringList told{u"nothing"_s};
+        _presenter.setCommands({{}, {}, [&told](const QStringList &uris) { told = uris; }});
+        QMimeData dropped;
+        dropped.setData(QString::fromLatin1(format), data);
+        const QPoint place(250, 500);
+        QDragEnterEvent enter(place, Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(_presenter.window(), &enter);
+        QDropEvent drop(place, Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(_presenter.window(), &drop);
+        QTEST(told, "told");
+        _presenter.setCommands({});
     }
 
 private:

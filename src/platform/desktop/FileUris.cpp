@@ -24,4 +24,14 @@ QString pathOfFileUri(const QString &uri)
     return {};
 }
 
+std::pair<QStringList, QStringList> pathsOfUris(const QStringList &uris)
+{
+    std::pair<QStringList, QStringList> sorted;
+    for (const QString &uri : uris) {
+        const QString path = pathOfFileUri(uri);
+        (path.isNull() ? sorted.second : sorted.first).append(path.isNull() ? uri : path);
+    }
+    return sorted;
+}
+
 } // namespace cvtamber

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QString>
+#include <QStringList>
+
+#include <utility>
 
 namespace cvtamber {
 
@@ -10,5 +12,7 @@ namespace cvtamber {
 QString fileUriOfPath(const QString &path);
 // Null when the URI does not name a file of this computer.
 QString pathOfFileUri(const QString &uri);
+// The paths of those that name files of this computer, and the rest as it came.
+std::pair<QStringList, QStringList> pathsOfUris(const QStringList &uris);
 
 } // namespace cvtamber

@@ -31,14 +31,9 @@ void FreedesktopApplicationAdaptor::Activate(const QVariantMap &platformData)
 
 void FreedesktopApplicationAdaptor::Open(const QStringList &uris, const QVariantMap &platformData)
 {
-    QStringList paths;
-    QStringList others;
-    for (const QString &uri : uris) {
-        const QString path = pathOfFileUri(uri);
-        (path.isNull() ? others : paths).append(path.isNull() ? uri : path);
-    }
-    _application.perform([token = activationToken(platformData), paths, others](const auto &handlers) {
+    _application.perform([token = activationToken(platformData), uris](const auto &handlers) {
         // First: a program that was started for these files is to know it.
+        const auto [paths, others] = pathsOfUris(uris);
         if (handlers.open)
             handlers.open(paths, others);
         if (handlers.activate)

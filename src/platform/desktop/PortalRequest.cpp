@@ -38,6 +38,11 @@ void PortalRequest::start(const QDBusConnection &bus, const Call &call, Answer a
 
 void PortalRequest::send(const Call &call)
 {
+    if (!_bus.isConnected()) {
+        QMetaObject::invokeMethod(
+            this, [this] { finish(Outcome::Failed, {}); }, Qt::QueuedConnection);
+        return;
+    }
     const QString token = u"cvtamber"_s % QUuid::createUuid().toString(QUuid::Id128);
     QString sender = _bus.baseService().mid(1);
     sender.replace(u'.', u'_');

@@ -14,7 +14,7 @@ namespace cvtamber {
 
 // One call to the desktop portal that a person answers in their own time.
 //
-// The answer comes once, from the loop, also when the portal goes away: then as Failed. Destroyed first, nothing is
+// The answer comes once, from the loop, also when the portal goes away or there is no bus: then as Failed. Destroyed first, nothing is
 // called. Thread: main thread. Owner: its parent; it deletes itself after the answer.
 class PortalRequest final : public QObject
 {
