@@ -22,7 +22,7 @@ from gi.repository import Atspi, GLib  # noqa: E402
 # A sanitized program draws slowly on a busy machine, and the device link has silences of several seconds by rule.
 LIMIT = 60
 STEP = 0.05
-SIZES = {"phone": (390, 844), "tablet": (820, 1180), "desktop": (1280, 800)}
+SIZES = {"phone": (390, 844), "tablet": (820, 1180), "desktop": (1280, 800), "wide": (1920, 1080)}
 
 
 class Missing(AssertionError):
@@ -54,7 +54,7 @@ class ClientMessage(ctypes.Structure):
 class Desk:
     """A display, a session bus and empty folders; gone at the end of a `with` block."""
 
-    def __init__(self, screen=(1400, 1240)):
+    def __init__(self, screen=(1920, 1240)):
         self.root = pathlib.Path(tempfile.mkdtemp(prefix="cvtamber-desk-"))
         self._children = []
         self._screen = screen

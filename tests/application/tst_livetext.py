@@ -103,6 +103,38 @@ def english(p):
     p.has_focus("Send")
 
 
+def resizes_in_mid_chat(p):
+    """Two columns, one, two: what is typed, where the focus is and the mode of the device stay."""
+    wide = p.size
+    open_live(p, "Chat")
+    sees_message(p, "Device: Good morning.")
+    p.has_focus("Message to the device")
+    p.write("Hel")
+    for size, pages in ((wide, ["Corvane", "Chat"]), ((800, 800), ["Chat"]), (wide, ["Corvane", "Chat"])):
+        p.resize(*size)
+        until(lambda: [page.get_name() for page in p.columns()] == pages, f"{pages} at {size}:\n{p.outline()}")
+        field_is(p, "Hel")
+        p.has_focus("Message to the device")
+    p.keys("F6")
+    p.has_focus(role="list item")
+    p.keys("F6")
+    p.has_focus("Message to the device")
+    p.write("lo")
+    p.keys("Return")
+    sees_message(p, "Device: Hello! This is Ida at the window.")
+    # A greeting for each time that the device came into the mode.
+    expect(len([name for name in p.names("list item") if name.startswith("Device: Good morning.")]), 1)
+    # Chosen again it is where it was; the whiteboard takes its place.
+    p.press("Chat", "push button")
+    until(lambda: "Chat" in p.place(p.focused()).split(" in "), "the focus in the chat")
+    open_live(p, "Whiteboard")
+    page_is(p, "Today: ")
+    expect([page.get_name() for page in p.columns()], ["Corvane", "Whiteboard"])
+    p.press("Refresh files")
+    p.see("The chat and the whiteboard open here.")
+    p.see("Files, 1,...")
+
+
 def grades(p):
     expect([p.see(name).get_description() for name in ("Grade 1", "Grade 2")], ["Not available", ""])
     p.press("Grade 2")
@@ -143,7 +175,8 @@ def main():
     # Each a run of its own: the conversation is a run's.
     visits = (("phone", "classroom", "Window desk", (whiteboard, english, grades, comes_back)),
               ("tablet", "chinese", "Bookshelf", (chinese,)),
-              ("desktop", "classroom", "Window desk", (english,)))
+              ("desktop", "classroom", "Window desk", (english,)),
+              ("wide", "classroom", "Window desk", (resizes_in_mid_chat,)))
     with Desk() as desk:
         for size, profile, device, parts in visits:
             file = quick(desk, profiles / f"{profile}.json")
