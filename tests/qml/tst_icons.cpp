@@ -44,7 +44,7 @@ QString textOf(const QString &folder, const QString &filter)
 QSet<QString> namesInUse()
 {
     const QString views = textOf(u"qml"_s, u"*.qml"_s);
-    const QString choices = captured(views, u"\\biconName: ([^\\n]*)"_s).join(u'\n');
+    const QString choices = captured(views, u"\\b(?:iconName|backSign): ([^\\n]*)"_s).join(u'\n');
     const QStringList names = captured(textOf(u"app"_s, u"*.cpp"_s), u"\"([\\w@-]+\\.png)\""_s) +
                               captured(textOf(u"device_ui"_s, u"*.cpp"_s), u"\"([\\w@-]+\\.png)\""_s) +
                               captured(views, u"\\bIcon \\{[^}]*?\\bname: \"(\\w+)\""_s) +
