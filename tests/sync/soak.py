@@ -72,6 +72,8 @@ class Soak:
                 if self.steps == steps:
                     self._wait_for_records()
                 self._judge()
+            if self.disk.waiting:
+                self._fail("in no list:\n    " + "\n    ".join(sorted(self.disk.waiting)))
             for side in self._sides:
                 side.stop_program()
         finally:
