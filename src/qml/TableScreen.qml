@@ -217,7 +217,7 @@ ScreenView {
                     property: "y"
                 }
                 ScriptAction {
-                    script: Qt.callLater(rows.layOutAnew)
+                    script: rows.layOutAnew()
                 }
             }
         }
