@@ -659,6 +659,10 @@
         <source>Only files can be dropped here.</source>
         <translation>Only files can be dropped here.</translation>
     </message>
+    <message id="Texts are not opened by the settings.">
+        <source>Texts are not opened by the settings.</source>
+        <translation>Texts are not opened by the settings.</translation>
+    </message>
     <message id="Tab, Shift+Tab">
         <source>Tab, Shift+Tab</source>
         <translation>Tab, Shift+Tab</translation>

@@ -11,6 +11,7 @@
 #include "qml/IconProvider.h"
 #include "qml/QmlPresenter.h"
 #include "ui/NavigationController.h"
+#include "ui/Texts.h"
 
 #include <QGuiApplication>
 #include <QQuickWindow>
@@ -54,7 +55,9 @@ int showSettings(QGuiApplication &application)
         return fail(u"the window cannot be made."_s, ExitStatus::Failed);
     const PortalAppearance appearance(QDBusConnection::sessionBus());
     QObject::connect(&appearance, &PortalAppearance::changed, &presenter, &QmlPresenter::setDesktopLook);
-    presenter.setCommands({KeysViewController::show, {}, {}});
+    presenter.setCommands({KeysViewController::show, {}, [&presenter](const QStringList &) {
+                               presenter.showNotice(localized("Texts are not opened by the settings."));
+                           }});
     const auto settings = std::make_shared<SettingsViewController>(presenter, defaults, locations);
     presenter.showRoot(NavigationController::withRoot(presenter, settings));
     QGuiApplication::setWindowIcon(IconProvider::applicationIcon());
