@@ -15,6 +15,10 @@
         <source>Close</source>
         <translation>Close</translation>
     </message>
+    <message id="Open at the side">
+        <source>Open at the side</source>
+        <translation>Open at the side</translation>
+    </message>
     <message id="Choose a user to see the documents.">
         <source>Choose a user to see the documents.</source>
         <translation>Choose a user to see the documents.</translation>

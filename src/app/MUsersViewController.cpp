@@ -245,17 +245,21 @@ void MUsersViewController::viewDidLoad()
 
 void MUsersViewController::viewDidAppear()
 {
-    // Her documents may be open beside the list.
-    const auto browser = openBrowser();
-    MGlobals::setCurrentActiveUser(browser ? std::dynamic_pointer_cast<TamberUser>(browser->container())
-                                           : nullptr);
     sortUsers();
+    detailDidChange();
+}
+
+void MUsersViewController::detailDidChange()
+{
+    MGlobals::setCurrentActiveUser(openUser());
     reloadData();
 }
 
-void MUsersViewController::viewDidUncover()
+// Whose documents stand beside the list.
+MUsersViewController::User MUsersViewController::openUser() const
 {
-    MGlobals::setCurrentActiveUser(nullptr);
+    const auto browser = openBrowser();
+    return browser ? std::dynamic_pointer_cast<TamberUser>(browser->container()) : nullptr;
 }
 
 void MUsersViewController::addBarButtons()
@@ -321,6 +325,8 @@ TableCell MUsersViewController::userCell(const TamberUser &user) const
     if (_mode == Mode::Browse) {
         cell.accessory = Accessory::DetailDisclosure;
         cell.accessoryName = localizedFormat("Edit %@", cell.text);
+        const auto navigation = navigationController();
+        cell.isOpen = navigation && navigation->hasColumns() && openUser().get() == &user;
     } else if (_mode == Mode::PickThenFolder) {
         cell.accessory = Accessory::Disclosure;
     }

@@ -103,7 +103,7 @@ public:
 protected:
     void viewDidLoad() override;
     void viewDidAppear() override;
-    void viewDidUncover() override;
+    void detailDidChange() override;
     void didSelectRow(IndexPath path) override;
     void accessoryButtonTapped(IndexPath path) override;
     void commitDelete(IndexPath path) override;
@@ -129,6 +129,7 @@ private:
     void leaveBrowserOf(const User &user);
     // Of a user whose documents are open above or beside this list; else null.
     std::shared_ptr<TamberContainerViewController> openBrowser() const;
+    User openUser() const;
     void rowChanged(const User &user);
 
     void addBarButtons();

@@ -133,9 +133,9 @@ TableCell CVDeviceTableViewController::cellForRow(IndexPath path) const
     case Row::Version:
         return tableCellWithLabel(localized("CVTamber version::"), QStringLiteral(CVTAMBER_VERSION));
     case Row::Whiteboard:
-        return buttonCell(WhiteboardButton, localized("Whiteboard"));
+        return liveTextCell(WhiteboardButton);
     case Row::Chat:
-        return buttonCell(ChatButton, localized("Chat"));
+        return liveTextCell(ChatButton);
     case Row::NotSupported:
         break;
     }
@@ -441,19 +441,38 @@ void CVDeviceTableViewController::showFilesClicked()
     presentViewController(navigation, true);
 }
 
+// Null while something else or nothing is open.
+std::shared_ptr<ViewController> CVDeviceTableViewController::openLiveText(int button) const
+{
+    const auto navigation = navigationController();
+    const auto shown = navigation ? navigation->detail() : nullptr;
+    const bool isIt = button == WhiteboardButton
+                          ? std::dynamic_pointer_cast<ChatViewController>(shown) != nullptr
+                          : std::dynamic_pointer_cast<Chat2ViewController>(shown) != nullptr;
+    return isIt ? shown : nullptr;
+}
+
+TableCell CVDeviceTableViewController::liveTextCell(int button) const
+{
+    TableCell cell = buttonCell(button, localized(button == WhiteboardButton ? "Whiteboard" : "Chat"));
+    const auto navigation = navigationController();
+    cell.isOpen = navigation && navigation->hasColumns() && openLiveText(button);
+    return cell;
+}
+
 void CVDeviceTableViewController::chatClicked(int button)
 {
     _context.log.info(QStringLiteral("Chat clicked"));
     const auto navigation = navigationController();
     if (!navigation)
         return;
-    // Beside this screen they can be chosen again: a conversation goes on.
-    const auto shown = navigation->detail();
-    std::shared_ptr<ViewController> screen;
-    if (button == WhiteboardButton ? std::dynamic_pointer_cast<ChatViewController>(shown) != nullptr
-                                   : std::dynamic_pointer_cast<Chat2ViewController>(shown) != nullptr) {
-        screen = shown;
-    } else if (button == WhiteboardButton) {
+    // Beside this screen it can be chosen again: a conversation goes on.
+    std::shared_ptr<ViewController> screen = openLiveText(button);
+    if (screen) {
+        navigation->showDetail(screen);
+        return;
+    }
+    if (button == WhiteboardButton) {
         screen = std::make_shared<ChatViewController>(_context);
         screen->setTitle(localized("Whiteboard"));
     } else {

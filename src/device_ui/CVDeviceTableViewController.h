@@ -54,7 +54,7 @@ public:
 
 protected:
     void viewWillAppear() override;
-    void viewDidUncover() override { updateStateLabels(); }
+    void detailDidChange() override { updateStateLabels(); }
     void controlActivated(IndexPath path, int control, bool on) override;
 
 private:
@@ -94,6 +94,8 @@ private:
     Row rowAt(IndexPath path) const;
     TableCell stateCell() const;
     TableCell filesCell() const;
+    TableCell liveTextCell(int button) const;
+    std::shared_ptr<ViewController> openLiveText(int button) const;
     TableCell uebcCell() const;
     void updateStateLabels();
     // Closes the chat or the whiteboard that is open beside this screen, then acts.

@@ -17,6 +17,7 @@ Item {
     required property var controls
     required property bool cellEnabled
     required property bool canHighlight
+    required property bool isOpen
     required property string accessibleName
     required property int section
     required property int row

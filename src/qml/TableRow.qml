@@ -17,7 +17,7 @@ TableCellItem {
         return controls !== null && controls.activateFirst();
     }
 
-    Accessible.description: cellEnabled ? "" : qsTrId("Not available")
+    Accessible.description: !cellEnabled ? qsTrId("Not available") : isOpen ? qsTrId("Open at the side") : ""
     Accessible.focusable: true
     Accessible.name: (spokenName === "" ? "" : spokenName + ", ") + qsTrId("%1 of %2").arg(place + 1).arg(count)
     Accessible.role: Accessible.ListItem
@@ -40,7 +40,7 @@ TableCellItem {
 
         border.color: Theme.separator
         border.width: Theme.cardBorder
-        color: press.pressed ? Theme.pressed : Theme.card
+        color: press.pressed || tableRow.isOpen ? Theme.pressed : Theme.card
         height: parent.height
         radius: tableRow.isFirst || tableRow.isLast ? Theme.radius : 0
         width: tableRow.width - tableRow.side * 2

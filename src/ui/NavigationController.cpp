@@ -91,6 +91,13 @@ bool NavigationController::isBeside(const Controller &controller) const
     return _hasColumns && !_controllers.empty() && controller == _controllers.front();
 }
 
+// What is further up is no concern of the root.
+void NavigationController::tellRootOfDetail() const
+{
+    if (_hasColumns && depth() <= 2 && _controllers.front()->_appearance == Appearance::Shown)
+        _controllers.front()->detailDidChange();
+}
+
 void NavigationController::attach(const Controller &controller)
 {
     controller->_parent = weak_from_this();
@@ -163,10 +170,11 @@ void NavigationController::startPush(const Controller &controller, bool animated
         old->beginDisappearing();
     controller->beginAppearing();
     emit stackChanged();
-    presenter().push(*this, controller, animated, [old, controller, done] {
+    presenter().push(*this, controller, animated, [this, self = shared_from_this(), old, controller, done] {
         if (old)
             old->endDisappearing();
         controller->endAppearing();
+        tellRootOfDetail();
         done();
     });
 }
@@ -191,10 +199,11 @@ void NavigationController::startReplacement(const Controller &controller, const 
     old->beginDisappearing();
     controller->beginAppearing();
     emit stackChanged();
-    presenter().push(*this, controller, false, [old, controller, done] {
+    presenter().push(*this, controller, false, [this, self = shared_from_this(), old, controller, done] {
         old->endDisappearing();
         detach(*old);
         controller->endAppearing();
+        tellRootOfDetail();
         done();
     });
 }
@@ -218,12 +227,11 @@ void NavigationController::startPop(bool animated, const Done &done)
     old->beginDisappearing();
     next->beginAppearing();
     emit stackChanged();
-    presenter().pop(*this, old, animated, [old, next, done] {
+    presenter().pop(*this, old, animated, [this, self = shared_from_this(), old, next, done] {
         old->endDisappearing();
         detach(*old);
-        if (next->_appearance == Appearance::Shown)
-            next->viewDidUncover();
         next->endAppearing();
+        tellRootOfDetail();
         done();
     });
 }

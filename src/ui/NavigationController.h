@@ -71,6 +71,7 @@ private:
     void startPop(bool animated, const Done &done);
     void startReplacement(const Controller &controller, const Done &done);
     void changeColumns(bool hasColumns);
+    void tellRootOfDetail() const;
     void attach(const Controller &controller);
     static void detach(ViewController &controller);
     // Between the root and the top.

@@ -68,6 +68,8 @@ public:
     QList<CellControl> controls;
     bool isEnabled = true;
     bool canHighlight = true;
+    // What the row leads to stands beside the table.
+    bool isOpen = false;
     // What a screen reader says for the row; text and detail where it is empty.
     QString accessibleName;
 

@@ -29,6 +29,7 @@ QHash<int, QByteArray> TableModel::roleNames() const
         {ControlsRole, "controls"},
         {EnabledRole, "cellEnabled"},
         {HighlightRole, "canHighlight"},
+        {OpenRole, "isOpen"},
         {AccessibleNameRole, "accessibleName"},
         {SectionRole, "section"},
         {RowRole, "row"},
@@ -75,6 +76,8 @@ QVariant TableModel::cellData(const TableCell &cell, int role) const
         return cell.isEnabled;
     case HighlightRole:
         return cell.canHighlight;
+    case OpenRole:
+        return cell.isOpen;
     case AccessibleNameRole:
         return cell.accessibleName;
     default:

@@ -34,6 +34,7 @@ public:
         ControlsRole,                 // controls: a list of CellControl
         EnabledRole,                  // cellEnabled, since every item has an `enabled` of its own
         HighlightRole,                // canHighlight
+        OpenRole,                     // isOpen
         AccessibleNameRole,           // accessibleName
         SectionRole,                  // section
         RowRole,                      // row, in its section

@@ -118,8 +118,8 @@ protected:
     virtual void viewDidAppear() {}
     virtual void viewWillDisappear() {}
     virtual void viewDidDisappear() {}
-    // What stood beside this screen, the root of two columns, has gone: the screen was there all the time.
-    virtual void viewDidUncover() {}
+    // This screen, the root of two columns, has something else beside it than before, or nothing any more.
+    virtual void detailDidChange() {}
     // Once, after viewDidLoad.
     virtual void viewLoaded() {}
 

@@ -31,6 +31,7 @@ class tst_usersactions : public QObject
 
 private slots:
     void opensTheDocuments();
+    void opensTheDocumentsBesideTheList();
     void picks_data();
     void picks();
     void menu_data();
@@ -61,6 +62,34 @@ void tst_usersactions::opensTheDocuments()
     QCOMPARE(MGlobals::currentActiveUser(), bench.user(u"Ann"_s));
     bench.navigation->backClicked();
     bench.settle();
+    QVERIFY(!MGlobals::currentActiveUser());
+}
+
+void tst_usersactions::opensTheDocumentsBesideTheList()
+{
+    UsersBench bench;
+    for (const QString &names : {u"Ann/Lee/"_s, u"Ben/Moe/"_s})
+        bench.putUser(names);
+    const auto screen = bench.show();
+    bench.navigation->setHasColumns(true);
+    const auto isOpen = [&] { return UsersBench::shown(*screen, TableModel::OpenRole); };
+    const auto choose = [&](int row) {
+        screen->rowClicked(0, row);
+        bench.settle();
+        return bench.navigation->detail();
+    };
+    QCOMPARE(isOpen(), (QStringList{u"false"_s, u"false"_s}));
+    const auto browser = choose(0);
+    QCOMPARE(isOpen(), (QStringList{u"true"_s, u"false"_s}));
+    QCOMPARE(choose(0), browser);
+    QVERIFY(choose(1) != browser);
+    QCOMPARE(bench.navigation->depth(), 2);
+    QCOMPARE(isOpen(), (QStringList{u"false"_s, u"true"_s}));
+    QCOMPARE(MGlobals::currentActiveUser(), bench.user(u"Ben"_s));
+    bench.registry()->deleteUser(bench.user(u"Ben"_s));
+    bench.settle();
+    QCOMPARE(bench.navigation->depth(), 1);
+    QCOMPARE(isOpen(), QStringList{u"false"_s});
     QVERIFY(!MGlobals::currentActiveUser());
 }
 

@@ -124,6 +124,7 @@ def resizes_in_mid_chat(p):
     sees_message(p, "Device: Hello! This is Ida at the window.")
     # A greeting for each time that the device came into the mode.
     expect(len([name for name in p.names("list item") if name.startswith("Device: Good morning.")]), 1)
+    expect(p.see("Chat, 2 of 2").get_description(), "Open at the side")
     # Chosen again it is where it was; the whiteboard takes its place.
     p.press("Chat", "push button")
     until(lambda: "Chat" in p.place(p.focused()).split(" in "), "the focus in the chat")

@@ -43,7 +43,7 @@ protected:
     void viewDidAppear() override { _log.add(_name, "didAppear"); }
     void viewWillDisappear() override { _log.add(_name, "willDisappear"); }
     void viewDidDisappear() override { _log.add(_name, "didDisappear"); }
-    void viewDidUncover() override { _log.add(_name, "didUncover"); }
+    void detailDidChange() override { _log.add(_name, "detail"); }
 
 private:
     LifeLog &_log;

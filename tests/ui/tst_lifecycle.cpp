@@ -121,13 +121,13 @@ void addNavigation()
 void addColumns()
 {
     const char *const both = "columns:on show:D end";
-    row("shown beside", phone, "columns:on", "show:D end", "D.load D.willAppear | D.didAppear");
-    row("popped beside", phone, both, "pop end", "D.willDisappear | D.didDisappear R.didUncover");
+    row("shown beside", phone, "columns:on", "show:D end", "D.load D.willAppear | D.didAppear R.detail");
+    row("popped beside", phone, both, "pop end", "D.willDisappear | D.didDisappear R.detail");
     row("in the place of what stands beside", phone, "columns:on show:D end push:C end", "show:B end pop end",
-        "C.willDisappear B.load B.willAppear | C.didDisappear B.didAppear "
-        "B.willDisappear | B.didDisappear R.didUncover");
+        "C.willDisappear B.load B.willAppear | C.didDisappear B.didAppear R.detail "
+        "B.willDisappear | B.didDisappear R.detail");
     row("back to what stands beside", phone, "columns:on show:D end push:C end push:B end",
-        "show:D end show:D", "B.willDisappear D.willAppear | B.didDisappear D.didAppear");
+        "show:D end show:D", "B.willDisappear D.willAppear | B.didDisappear D.didAppear R.detail");
     row("shown in one column", phone, "", "show:D end",
         "R.willDisappear D.load D.willAppear | R.didDisappear D.didAppear");
     row("wide", phone, "push:D end push:C end", "columns:on", "R.willAppear R.didAppear");
@@ -136,9 +136,9 @@ void addColumns()
     row("wide during a push", phone, "", "push:D columns:on end",
         "R.willDisappear D.load D.willAppear | R.didDisappear D.didAppear R.willAppear R.didAppear");
     row("narrow during a push beside", phone, "columns:on", "show:D columns:off end",
-        "D.load D.willAppear | D.didAppear R.willDisappear R.didDisappear");
+        "D.load D.willAppear | D.didAppear R.detail R.willDisappear R.didDisappear");
     row("there and back while it waits", phone, "columns:on", "show:D columns:off columns:on end",
-        "D.load D.willAppear | D.didAppear");
+        "D.load D.willAppear | D.didAppear R.detail");
     row("both covered", phone, both, "present:D:A end dismiss:A end",
         "A.load R.willDisappear D.willDisappear A.willAppear | A.didAppear R.didDisappear D.didDisappear "
         "completed "
