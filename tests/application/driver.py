@@ -356,12 +356,19 @@ class Program:
         until(has, f"the focus on {name!r} ({role or 'any role'})")
 
     def stop_of_focus(self):
-        """What has the focus; the way to it goes through what says that it has it."""
+        """What has the focus and its page; the way to it goes through what says that it has it."""
         try:
             node = self._focused_below(self.top())
-            return (node.get_role_name(), node.get_name()) if node else None
+            return (node.get_role_name(), node.get_name(), self.page_of(node)) if node else None
         except GLib.Error:  # It went while it was being read.
             return None
+
+    @staticmethod
+    def page_of(node):
+        """The name of the page that it stands on."""
+        while node is not None and node.get_role_name() != "panel":
+            node = node.get_parent()
+        return node.get_name() if node else ""
 
     def _focused_below(self, node):
         children = [node.get_child_at_index(i) for i in range(node.get_child_count())]

@@ -36,7 +36,10 @@ class KeyboardProgram(Program):
 
     def _is_on(self, name, role):
         place = self.stop_of_focus()
-        return place is not None and matches(place[1], name) and role in (None, place[0])
+        if place is None or not matches(place[1], name) or role not in (None, place[0]):
+            return False
+        wanted = self.find(name, role)
+        return wanted is not None and self.page_of(wanted) == place[2]
 
     def _go_to(self, name, role):
         """Tab until it has the focus; the rows of a list are walked when the list has it."""
