@@ -1,6 +1,8 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Compiler settings, and the functions that folders use to declare what they hold.
 
+include(CheckCXXCompilerFlag)
+
 option(CVTAMBER_TESTS "Build the tests" ON)
 option(CVTAMBER_BENCH "Build the benchmarks (needs Google Benchmark)" OFF)
 option(CVTAMBER_FUZZ "Build the fuzz targets" OFF)
@@ -40,8 +42,14 @@ else()
         $<$<BOOL:${CVTAMBER_WERROR}>:-Werror>
         -fstack-protector-strong)
     if(UNIX AND NOT APPLE)
-        target_compile_options(cvtamber_options INTERFACE
-            $<$<CXX_COMPILER_ID:GNU>:-fstack-clash-protection> $<$<CXX_COMPILER_ID:GNU>:-fcf-protection>)
+        if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+            target_compile_options(cvtamber_options INTERFACE -fstack-clash-protection)
+            # Not every processor has it.
+            check_cxx_compiler_flag(-fcf-protection CVTAMBER_CF_PROTECTION)
+            if(CVTAMBER_CF_PROTECTION)
+                target_compile_options(cvtamber_options INTERFACE -fcf-protection)
+            endif()
+        endif()
         target_link_options(cvtamber_options INTERFACE -Wl,-z,relro,-z,now -Wl,-z,noexecstack)
     endif()
     if(CVTAMBER_PCH AND CMAKE_CXX_COMPILER_ID MATCHES "Clang")
