@@ -48,6 +48,9 @@ void SimulatedPeripheral::connect()
 
 void SimulatedPeripheral::tryConnect()
 {
+    // A client that let go and asked again has been told of the device's return twice: there is one link all the same.
+    if (_state != State::Connecting)
+        return;
     if (!_device->isInRange()) {
         _device->waitForReturn(weak_from_this());
         return;
