@@ -81,6 +81,8 @@ void ScreenWalk::step()
     case 4:
         _bench.rig.loop.advance(6s);
         return;
+    case 5:
+        return resize();
     default:
         return press();
     }
@@ -95,7 +97,10 @@ void ScreenWalk::press()
         return answerAlert();
     if (presenter.sheet())
         return answerSheet();
-    const auto front = presenter.front();
+    auto front = presenter.front();
+    const auto beside = front->navigationController();
+    if (beside && beside->hasColumns() && _random.oneIn(3))
+        front = beside->viewControllers().front();
     if (const auto dialog = std::dynamic_pointer_cast<MEditUserDialog>(front))
         typeNames(*dialog);
     const auto tabs = MGlobals::tabBarController();
@@ -117,6 +122,16 @@ void ScreenWalk::press()
         front->leftItemClicked(index);
     else
         front->rightItemClicked(index);
+}
+
+// To two columns, or back to one.
+void ScreenWalk::resize()
+{
+    tell(u"resize"_s);
+    for (const auto &tab : MGlobals::tabBarController()->tabs()) {
+        const auto navigation = std::dynamic_pointer_cast<NavigationController>(tab.controller);
+        navigation->setHasColumns(!navigation->hasColumns());
+    }
 }
 
 void ScreenWalk::answerAlert()

@@ -37,6 +37,7 @@ private:
 
     void step();
     void press();
+    void resize();
     void answerAlert();
     void answerSheet();
     void pressTable(TableViewController &table);

@@ -78,6 +78,11 @@ QString Walk::run()
 
 void Walk::step()
 {
+    if (_dice.oneIn(10)) {
+        // A person makes the window wide or narrow, or turns the tablet.
+        _navigation->setHasColumns(!_navigation->hasColumns());
+        note(_navigation->hasColumns() ? u"wide"_s : u"narrow"_s);
+    }
     if (_dice.oneIn(4))
         disturb();
     else if (!answerQuestion())
@@ -167,7 +172,8 @@ bool Walk::answerQuestion()
 void Walk::act()
 {
     const auto front = _bench.presenter.front();
-    if (front == _screen) {
+    const bool isBeside = _navigation->hasColumns() && front == _navigation->detail();
+    if (front == _screen || (isBeside && _dice.oneIn(3))) {
         actOnDeviceScreen();
     } else if (const auto picker = std::dynamic_pointer_cast<CVBTViewController>(front)) {
         if (_dice.oneIn(4))
@@ -252,6 +258,9 @@ void Walk::actOnDeviceScreen()
 
 void Walk::startTransfer()
 {
+    // No way leads to a transfer while live text is open beside the screen.
+    if (_navigation->detail())
+        return;
     const int size = _dice.pick({3, 60, 400, 4000});
     const QString text(size, QLatin1Char(char('k' + _dice.below(8))));
     const QString name = u"N%1.TXT"_s.arg(++_number);
