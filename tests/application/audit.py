@@ -79,22 +79,19 @@ def faults(program):
 
 
 def round_faults(program):
-    """Sentences about what Tab or Shift+Tab does not come to on its way round the uppermost dialog."""
+    """Sentences about what Tab or Shift+Tab does not come to on its way round the uppermost dialog, or Tab round the screen."""
     root = Node(program, program.top(), None)
-    if root.role != "dialog":
-        return []
-    # The controls of a row are stops while it is the current one.
+    # The controls of a row are stops while it is the current one; of the tabs the chosen one is.
     wanted = {(node.role, node.name) for node in root.all()
-              if node.role in CONTROLS and node.is_available and not _is_in_row(node)}
-    has_rows = any(node.role == "list item" for node in root.all())
+              if node.role in CONTROLS - {"page tab"} and node.is_available and not _is_in_row(node)}
+    wanted |= {("list item", "") for node in root.all() if node.role == "list item"}
+    in_rows = {node.name for node in root.all() if _is_in_row(node)}
     found = []
-    for key in ("Tab", "shift+Tab"):
+    for key in ("Tab", "shift+Tab") if root.role == "dialog" else ("Tab",):
         stops = _round(program, key)
-        missing = sorted(wanted - set(stops))
-        if has_rows and not any(role == "list item" for role, _ in stops):
-            missing.append("the list")
-        if missing:
-            found.append(f"{key} does not come to {missing}; the stops are {stops}")
+        met = {("list item", "") if role == "list item" or name in in_rows else (role, name) for role, name, _ in stops}
+        if wanted - met:
+            found.append(f"{key} does not come to {sorted(wanted - met)}; the stops are {stops}")
     return found
 
 

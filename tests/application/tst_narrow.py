@@ -66,6 +66,8 @@ def main():
             p.press("Letter...", "list item")
             p.see("Preview")
             p.shot_of("document-menu")
+            # Two lines.
+            assert p.see("Send to the Corvane").get_size().y > 60
             p.keys("Escape")
             p.see_no("Preview")
 
