@@ -125,6 +125,7 @@ void Walk::disturb()
         note(u"a write fails"_s);
         some.faults().add(once(Fault::Kind::FailWrite));
         _isInDoubt = true;
+        _hasFailedWrite = true;
         break;
     case 7:
         note(u"an answer is late or missing"_s);
@@ -173,7 +174,11 @@ void Walk::act()
 {
     const auto front = _bench.presenter.front();
     const bool isBeside = _navigation->hasColumns() && front == _navigation->detail();
-    if (front == _screen || (isBeside && _dice.oneIn(3))) {
+    if (front == _screen) {
+        actOnDeviceScreen();
+    } else if (isBeside && _dice.oneIn(3)) {
+        // What the device sends back is on its way; no hand is as quick.
+        _bench.advance(50ms);
         actOnDeviceScreen();
     } else if (const auto picker = std::dynamic_pointer_cast<CVBTViewController>(front)) {
         if (_dice.oneIn(4))

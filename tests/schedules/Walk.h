@@ -84,6 +84,7 @@ private:
     QSet<QString> _said; // lines that may be shown in the chat
     int _number = 0;
     // A write has failed: what the device has of it is not known until it is met again.
+    bool _hasFailedWrite = false;
     bool _isInDoubt = false;
 };
 
