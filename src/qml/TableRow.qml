@@ -27,6 +27,9 @@ TableCellItem {
     width: list.width
 
     Accessible.onPressAction: tableRow.activate()
+    // A screen reader gives the focus to any row; keys act on the current one.
+    onActiveFocusChanged: if (activeFocus)
+        list.currentIndex = index
     // A row that waits to be used again is not drawn, but screen readers would still find it.
     ListView.onPooled: visible = false
     ListView.onReused: {
