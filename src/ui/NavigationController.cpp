@@ -74,9 +74,10 @@ void NavigationController::changeColumns(bool hasColumns)
 {
     _hasColumns = hasColumns;
     const auto root = depth() > 1 && isVisible() ? _controllers.front() : nullptr;
-    if (root && hasColumns && isSeen())
+    const bool appears = root && hasColumns && isSeen();
+    if (appears)
         root->beginAppearing();
-    else if (root && !hasColumns)
+    if (root && !hasColumns)
         root->beginDisappearing();
     emit columnsChanged();
     // One that is still appearing goes on with this controller.
