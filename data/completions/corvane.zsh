@@ -27,7 +27,7 @@ _corvane_operand() {
     get)
         _arguments -S $globals '--back-translate[have the device turn braille into print]' \
             '(-o --output)'{-o,--output=}'[write to a file]:file:_files' \
-            '--force[replace the file if it is there already]' ':name on the device:'
+            '--force[replace the file if it is there already]' ':name on the device:()'
         ;;
     put)
         _arguments -S $globals '--as=[name on the device]:name:' \
@@ -38,7 +38,7 @@ _corvane_operand() {
         _arguments -S $globals '--translate[have the device turn print into braille]' \
             '--force[send a text with an opening brace]' ':text:_files'
         ;;
-    rm) _arguments -S $globals ':name on the device:' ;;
+    rm) _arguments -S $globals ':name on the device:()' ;;
     grade) _arguments -S $globals ':grade:(1 2)' ;;
     batch) _arguments -S $globals ':file with commands:_files' ;;
     encode | decode) _arguments -S $globals '--language=[language of the device]:number:({0..27})' ;;
