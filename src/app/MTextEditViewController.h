@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/TamberPickUserOrFolderViewController.h"
+#include "base/InterfaceBase.h"
 #include "device_ui/CVTransferViewController.h"
 #include "ui/ViewController.h"
 
@@ -15,14 +16,9 @@ class CVFile;
 class TamberDocument;
 class TamberFilesContainer;
 
-class MTextEditViewDelegate
+class MTextEditViewDelegate : public InterfaceBase
 {
 public:
-    MTextEditViewDelegate() = default;
-    MTextEditViewDelegate(const MTextEditViewDelegate &) = delete;
-    MTextEditViewDelegate &operator=(const MTextEditViewDelegate &) = delete;
-    virtual ~MTextEditViewDelegate() = default;
-
     // The editor is to be dismissed.
     virtual void editViewCancelled() = 0;
 };

@@ -3,6 +3,7 @@
 
 #include "app/MEditUserDialog.h"
 #include "app/TamberContainerViewControllerDelegate.h"
+#include "base/InterfaceBase.h"
 #include "base/NotificationCenter.h"
 #include "store/TamberUsers.h"
 #include "ui/TableViewController.h"
@@ -18,14 +19,9 @@ struct AppContext;
 class MUsersViewController;
 
 // Hears which user was chosen in a users screen that picks.
-class MUsersViewControllerDelegate
+class MUsersViewControllerDelegate : public InterfaceBase
 {
 public:
-    MUsersViewControllerDelegate() = default;
-    MUsersViewControllerDelegate(const MUsersViewControllerDelegate &) = delete;
-    MUsersViewControllerDelegate &operator=(const MUsersViewControllerDelegate &) = delete;
-    virtual ~MUsersViewControllerDelegate() = default;
-
     // Null after Cancel.
     virtual void usersViewControllerUserPicked(MUsersViewController &controller,
                                                const std::shared_ptr<TamberUser> &user) = 0;

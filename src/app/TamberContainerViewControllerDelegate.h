@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/InterfaceBase.h"
+
 #include <memory>
 
 namespace cvtamber {
@@ -10,14 +12,9 @@ class TamberDataFolder;
 class TamberUser;
 
 // Hears what was chosen in a container browser that picks a place.
-class TamberContainerViewControllerDelegate
+class TamberContainerViewControllerDelegate : public InterfaceBase
 {
 public:
-    TamberContainerViewControllerDelegate() = default;
-    TamberContainerViewControllerDelegate(const TamberContainerViewControllerDelegate &) = delete;
-    TamberContainerViewControllerDelegate &operator=(const TamberContainerViewControllerDelegate &) = delete;
-    virtual ~TamberContainerViewControllerDelegate() = default;
-
     // The user itself is the place.
     virtual void tamberContainerViewControllerUserPicked(TamberContainerViewController &controller,
                                                          const std::shared_ptr<TamberUser> &user) = 0;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/InterfaceBase.h"
+
 #include <QByteArray>
 #include <QList>
 #include <QString>
@@ -43,14 +45,9 @@ struct FolderEntry
 };
 
 // A file that is being made. Destroying it closes it; its bytes are on the disk only after sync().
-class WritableFile
+class WritableFile : public InterfaceBase
 {
 public:
-    WritableFile() = default;
-    WritableFile(const WritableFile &) = delete;
-    WritableFile &operator=(const WritableFile &) = delete;
-    virtual ~WritableFile() = default;
-
     // All of the bytes, or an error.
     virtual std::error_code write(const QByteArray &bytes) = 0;
     virtual std::error_code sync() = 0;
@@ -67,14 +64,9 @@ public:
 // A file name that is not valid UTF-8 keeps its odd bytes as lone low surrogates (U+DC80 to U+DCFF), so that
 // what was listed can be opened again. An empty error code is success; a call that fails has changed nothing
 // unless it says so. Any thread. Owner: system() lives as long as the process.
-class FileOperations
+class FileOperations : public InterfaceBase
 {
 public:
-    FileOperations() = default;
-    FileOperations(const FileOperations &) = delete;
-    FileOperations &operator=(const FileOperations &) = delete;
-    virtual ~FileOperations() = default;
-
     // The real one.
     static FileOperations &system();
 

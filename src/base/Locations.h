@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/InterfaceBase.h"
+
 #include <QString>
 
 namespace cvtamber {
@@ -9,14 +11,9 @@ namespace cvtamber {
 //
 // A folder is made when it is asked for; where that fails the path comes back all the same and opening a file
 // in it gives the reason. Thread: main thread. Owner: made at start-up, outlives whoever holds it.
-class Locations
+class Locations : public InterfaceBase
 {
 public:
-    Locations() = default;
-    Locations(const Locations &) = delete;
-    Locations &operator=(const Locations &) = delete;
-    virtual ~Locations() = default;
-
     // Documents and the application log: the application's own folder, never the person's Documents.
     virtual QString documentsFolder() = 0;
     // What may be lost without harm to a document, kept from run to run.

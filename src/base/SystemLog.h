@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/InterfaceBase.h"
+
 #include <QString>
 
 namespace cvtamber {
@@ -10,14 +12,9 @@ namespace cvtamber {
 // Level words: "info" for ordinary messages, "debug" for developers, "HD" for the launch banner,
 // "***ERROR***". What a person named or wrote (document titles, texts, people's names) goes through masked()
 // first. Thread: main thread. Implementations never fail towards the caller.
-class SystemLog
+class SystemLog : public InterfaceBase
 {
 public:
-    SystemLog() = default;
-    SystemLog(const SystemLog &) = delete;
-    SystemLog &operator=(const SystemLog &) = delete;
-    virtual ~SystemLog() = default;
-
     virtual void write(const QString &message) = 0;
 
     void info(const QString &message) { write(QStringLiteral("[info] ") + message); }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/InterfaceBase.h"
+
 #include <QString>
 #include <QVariant>
 
@@ -9,14 +11,9 @@ namespace cvtamber {
 // The person's settings, kept from run to run; another process may change them.
 //
 // A change is on the disk when setValue returns. Thread: main thread. Owner: made at start-up, outlives its users.
-class UserDefaults
+class UserDefaults : public InterfaceBase
 {
 public:
-    UserDefaults() = default;
-    UserDefaults(const UserDefaults &) = delete;
-    UserDefaults &operator=(const UserDefaults &) = delete;
-    virtual ~UserDefaults() = default;
-
     // Invalid when the key has no value.
     virtual QVariant value(const QString &key) = 0;
     virtual void setValue(const QString &key, const QVariant &value) = 0;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/InterfaceBase.h"
 #include "device/BluetoothPeripheral.h"
 
 #include <functional>
@@ -8,14 +9,9 @@
 namespace cvtamber {
 
 // What a central tells its one delegate, on the main thread, from the run loop.
-class BluetoothCentralDelegate
+class BluetoothCentralDelegate : public InterfaceBase
 {
 public:
-    BluetoothCentralDelegate() = default;
-    BluetoothCentralDelegate(const BluetoothCentralDelegate &) = delete;
-    BluetoothCentralDelegate &operator=(const BluetoothCentralDelegate &) = delete;
-    virtual ~BluetoothCentralDelegate() = default;
-
     // The central's state changed, or is known for the first time after it was made.
     virtual void centralDidUpdateState() = 0;
     // A device advertised; again for each advertisement when duplicates are allowed.

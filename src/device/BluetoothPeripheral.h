@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/InterfaceBase.h"
 #include "device/BluetoothUuid.h"
 
 #include <QByteArray>
@@ -42,14 +43,9 @@ struct BluetoothService
 using BluetoothServicePtr = std::shared_ptr<BluetoothService>;
 
 // Answers of a peripheral. All come from the run loop, on the main thread, never from inside the request.
-class BluetoothPeripheralDelegate
+class BluetoothPeripheralDelegate : public InterfaceBase
 {
 public:
-    BluetoothPeripheralDelegate() = default;
-    BluetoothPeripheralDelegate(const BluetoothPeripheralDelegate &) = delete;
-    BluetoothPeripheralDelegate &operator=(const BluetoothPeripheralDelegate &) = delete;
-    virtual ~BluetoothPeripheralDelegate() = default;
-
     virtual void peripheralDidDiscoverServices(const std::shared_ptr<BluetoothPeripheral> &peripheral,
                                                const BluetoothResult &error) = 0;
     virtual void peripheralDidDiscoverCharacteristics(const std::shared_ptr<BluetoothPeripheral> &peripheral,

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/DelayedCall.h"
+#include "base/InterfaceBase.h"
 #include "base/SystemLog.h"
 #include "device/BluetoothCentral.h"
 #include "device/CVBTPeripheral.h"
@@ -11,14 +12,9 @@
 
 namespace cvtamber {
 
-class CVBluetoothManagerDelegate
+class CVBluetoothManagerDelegate : public InterfaceBase
 {
 public:
-    CVBluetoothManagerDelegate() = default;
-    CVBluetoothManagerDelegate(const CVBluetoothManagerDelegate &) = delete;
-    CVBluetoothManagerDelegate &operator=(const CVBluetoothManagerDelegate &) = delete;
-    virtual ~CVBluetoothManagerDelegate() = default;
-
     virtual void newDeviceFound(const CVBTPeripheralPtr &device) = 0;
     // The radio was switched, or its state is known for the first time; see centralManager().
     virtual void bluetoothStateChanged() {}

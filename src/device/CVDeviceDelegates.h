@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/InterfaceBase.h"
+
 #include <QString>
 
 namespace cvtamber {
@@ -37,14 +39,9 @@ struct FetchOutcome
     qint64 listedSize = -1;       // size in the listing; -1 when the file was not listed
 };
 
-class CVDownloadFileDelegate
+class CVDownloadFileDelegate : public InterfaceBase
 {
 public:
-    CVDownloadFileDelegate() = default;
-    CVDownloadFileDelegate(const CVDownloadFileDelegate &) = delete;
-    CVDownloadFileDelegate &operator=(const CVDownloadFileDelegate &) = delete;
-    virtual ~CVDownloadFileDelegate() = default;
-
     // Received bytes by listed size, as they are: above 1 when more comes than was listed, negative when the
     // file is not listed, infinite for a listed size of 0. Show it through shownProgress().
     virtual void cvDownloadProgress(float fraction) = 0;
@@ -56,14 +53,9 @@ public:
     virtual void cvFileDownloadFailed(const QString & /*reason*/) {}
 };
 
-class CVUploadFileDelegate
+class CVUploadFileDelegate : public InterfaceBase
 {
 public:
-    CVUploadFileDelegate() = default;
-    CVUploadFileDelegate(const CVUploadFileDelegate &) = delete;
-    CVUploadFileDelegate &operator=(const CVUploadFileDelegate &) = delete;
-    virtual ~CVUploadFileDelegate() = default;
-
     virtual void cvUploadProgress(float fraction) = 0;
     // The send queue is empty. Writes may still be unconfirmed: the file is safe on the device when
     // LinkObserver::linkWritesConfirmed comes.
@@ -76,26 +68,16 @@ public:
     virtual void cvFileUploadFailed(const QString & /*reason*/) {}
 };
 
-class CVDataDelegate
+class CVDataDelegate : public InterfaceBase
 {
 public:
-    CVDataDelegate() = default;
-    CVDataDelegate(const CVDataDelegate &) = delete;
-    CVDataDelegate &operator=(const CVDataDelegate &) = delete;
-    virtual ~CVDataDelegate() = default;
-
     // Live text: what comes while no command is pending. Bytes the code page lacks are U+FFFD.
     virtual void CV_newDataReceived(const QString &text) = 0;
 };
 
-class CVBTDeviceDelegate
+class CVBTDeviceDelegate : public InterfaceBase
 {
 public:
-    CVBTDeviceDelegate() = default;
-    CVBTDeviceDelegate(const CVBTDeviceDelegate &) = delete;
-    CVBTDeviceDelegate &operator=(const CVBTDeviceDelegate &) = delete;
-    virtual ~CVBTDeviceDelegate() = default;
-
     virtual void cvBtDeviceSerialRead(CVBTDevice &device, const QString &serial) = 0;
 };
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/InterfaceBase.h"
+
 #include <QByteArray>
 
 #include <memory>
@@ -12,39 +14,24 @@ class CVConnectionProtocol;
 // Hooks for links other than Bluetooth. Nothing in the programs makes one; what is set takes the bytes
 // instead.
 
-class CVConnectionDelegate
+class CVConnectionDelegate : public InterfaceBase
 {
 public:
-    CVConnectionDelegate() = default;
-    CVConnectionDelegate(const CVConnectionDelegate &) = delete;
-    CVConnectionDelegate &operator=(const CVConnectionDelegate &) = delete;
-    virtual ~CVConnectionDelegate() = default;
-
     virtual void cvConnectionDidReceiveData(CVConnectionProtocol &connection, const QByteArray &data) = 0;
     // The bytes of one sendData have left: the next piece may go.
     virtual void cvConnectionDidWriteData(CVConnectionProtocol &connection) = 0;
 };
 
-class CVConnectionProtocol
+class CVConnectionProtocol : public InterfaceBase
 {
 public:
-    CVConnectionProtocol() = default;
-    CVConnectionProtocol(const CVConnectionProtocol &) = delete;
-    CVConnectionProtocol &operator=(const CVConnectionProtocol &) = delete;
-    virtual ~CVConnectionProtocol() = default;
-
     virtual void setDelegate(const std::weak_ptr<CVConnectionDelegate> &delegate) = 0;
     virtual void sendData(const QByteArray &data) = 0;
 };
 
-class CVSerialPort
+class CVSerialPort : public InterfaceBase
 {
 public:
-    CVSerialPort() = default;
-    CVSerialPort(const CVSerialPort &) = delete;
-    CVSerialPort &operator=(const CVSerialPort &) = delete;
-    virtual ~CVSerialPort() = default;
-
     // Answered by CVBTDevice::serialPortDidWriteData.
     virtual void sendData(const QByteArray &data) = 0;
 };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/DelayedCall.h"
+#include "base/InterfaceBase.h"
 #include "device/DeviceContext.h"
 #include "device/DeviceTurn.h"
 
@@ -14,14 +15,9 @@ namespace cvtamber {
 class CommandSender;
 
 // Who gets the complete reply of each command. A false flag means that no reply came.
-class ReplyHandlers
+class ReplyHandlers : public InterfaceBase
 {
 public:
-    ReplyHandlers() = default;
-    ReplyHandlers(const ReplyHandlers &) = delete;
-    ReplyHandlers &operator=(const ReplyHandlers &) = delete;
-    virtual ~ReplyHandlers() = default;
-
     virtual void handle_cmdPC_result(bool success, int linkCode) = 0;
     virtual void handle_cmdVER_result(bool success, const QByteArray &reply) = 0;
     virtual void handle_cmdVER1_result(bool success, const QByteArray &reply) = 0;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/InterfaceBase.h"
+
 #include <QString>
 
 namespace cvtamber {
@@ -17,14 +19,9 @@ namespace cvtamber {
 //   linkWriteFailed        the platform reported a write as failed; the bytes may not have reached the device
 //
 // Observers are not kept alive and may be removed, or removed and destroyed, inside a call. Main thread.
-class LinkObserver
+class LinkObserver : public InterfaceBase
 {
 public:
-    LinkObserver() = default;
-    LinkObserver(const LinkObserver &) = delete;
-    LinkObserver &operator=(const LinkObserver &) = delete;
-    virtual ~LinkObserver() = default;
-
     virtual void linkStateChanged(int /*state*/) {}
     virtual void linkConnected() {}
     virtual void linkLost(const QString & /*reason*/) {}

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/DelayedCall.h"
+#include "base/InterfaceBase.h"
 #include "device/CVBluetoothManager.h"
 #include "ui/TableViewController.h"
 
@@ -10,14 +11,9 @@ namespace cvtamber {
 struct AppContext;
 
 // Told once by each picker.
-class CVBTViewDelegate
+class CVBTViewDelegate : public InterfaceBase
 {
 public:
-    CVBTViewDelegate() = default;
-    CVBTViewDelegate(const CVBTViewDelegate &) = delete;
-    CVBTViewDelegate &operator=(const CVBTViewDelegate &) = delete;
-    virtual ~CVBTViewDelegate() = default;
-
     // Null when the person cancelled.
     virtual void didSelectBTDevice(const CVBTPeripheralPtr &device) = 0;
 };

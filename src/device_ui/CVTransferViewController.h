@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/DelayedCall.h"
+#include "base/InterfaceBase.h"
 #include "device/CVDeviceDelegates.h"
 #include "device/LinkObserver.h"
 #include "ui/ViewController.h"
@@ -15,14 +16,9 @@ namespace cvtamber {
 struct AppContext;
 class CVTransferViewController;
 
-class CVTransferControllerDelegate
+class CVTransferControllerDelegate : public InterfaceBase
 {
 public:
-    CVTransferControllerDelegate() = default;
-    CVTransferControllerDelegate(const CVTransferControllerDelegate &) = delete;
-    CVTransferControllerDelegate &operator=(const CVTransferControllerDelegate &) = delete;
-    virtual ~CVTransferControllerDelegate() = default;
-
     // Once, when all of it has arrived; never for a transfer that failed. The screen is still up and may be dismissed.
     virtual void cvTransferControllerTransferFinished(CVTransferViewController & /*transfer*/) {}
     // A person closes it. A screen that is not dismissed in this call dismisses itself.

@@ -3,6 +3,7 @@
 
 #include "app/MTextEditViewController.h"
 #include "app/TamberPickUserOrFolderViewController.h"
+#include "base/InterfaceBase.h"
 #include "device/DeviceTurn.h"
 #include "device/LinkObserver.h"
 #include "device_ui/CVTransferViewController.h"
@@ -16,14 +17,9 @@ class TamberDataFolder;
 class TamberFilesContainer;
 class TamberUser;
 
-class CVFilesViewDelegate
+class CVFilesViewDelegate : public InterfaceBase
 {
 public:
-    CVFilesViewDelegate() = default;
-    CVFilesViewDelegate(const CVFilesViewDelegate &) = delete;
-    CVFilesViewDelegate &operator=(const CVFilesViewDelegate &) = delete;
-    virtual ~CVFilesViewDelegate() = default;
-
     // The name of the picked file, null for Cancel. The list is left to the delegate to dismiss.
     virtual void cvFilesViewDidSelectFile(MCVFilesViewController &view, const QString &file) = 0;
 };

@@ -1,20 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/InterfaceBase.h"
+
 #include <QByteArray>
 #include <QString>
 
 namespace cvtamber {
 
 // A central's side of the one link of a device; several centrals share that link.
-class SimulatedLinkHolder
+class SimulatedLinkHolder : public InterfaceBase
 {
 public:
-    SimulatedLinkHolder() = default;
-    SimulatedLinkHolder(const SimulatedLinkHolder &) = delete;
-    SimulatedLinkHolder &operator=(const SimulatedLinkHolder &) = delete;
-    virtual ~SimulatedLinkHolder() = default;
-
     virtual void linkNotified(const QByteArray &value) = 0;
     // The error is null when the link ended without one.
     virtual void linkEnded(const QString &error) = 0;

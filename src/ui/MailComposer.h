@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/InterfaceBase.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -27,14 +29,9 @@ struct MailMessage
 // Hands a message to the person's mail program, which shows it before anything is sent.
 //
 // Thread: main thread. Owner: made at start-up, outlives the screens.
-class MailComposer
+class MailComposer : public InterfaceBase
 {
 public:
-    MailComposer() = default;
-    MailComposer(const MailComposer &) = delete;
-    MailComposer &operator=(const MailComposer &) = delete;
-    virtual ~MailComposer() = default;
-
     // False when there is no mail program: then nobody is to be offered one.
     virtual bool canSendMail() = 0;
     // `finished` runs once, from the loop, when the message has been handed over or could not be: false then.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/InterfaceBase.h"
+
 #include <QSizeF>
 #include <QString>
 
@@ -15,14 +17,9 @@ struct MeasuredText
 
 // How large a text is when it is drawn.
 // Thread: main thread. Owner: shared, the view hands one over.
-class TextMeasurer
+class TextMeasurer : public InterfaceBase
 {
 public:
-    TextMeasurer() = default;
-    TextMeasurer(const TextMeasurer &) = delete;
-    TextMeasurer &operator=(const TextMeasurer &) = delete;
-    virtual ~TextMeasurer() = default;
-
     // Of plain text in the system font, wrapped at words (within a word that is wider than the bounds). `fontSize` and
     // the result are in units of the screen. Lines that begin below the bounds are not looked at, so the time is
     // bounded for any text.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/InterfaceBase.h"
 #include "chat/BubbleTable/NSBubbleData.h"
 
 namespace cvtamber {
@@ -8,14 +9,9 @@ namespace cvtamber {
 class UIBubbleTableView;
 
 // Where a bubble table has its conversation from. Asked in reloadData alone.
-class UIBubbleTableViewDataSource
+class UIBubbleTableViewDataSource : public InterfaceBase
 {
 public:
-    UIBubbleTableViewDataSource() = default;
-    UIBubbleTableViewDataSource(const UIBubbleTableViewDataSource &) = delete;
-    UIBubbleTableViewDataSource &operator=(const UIBubbleTableViewDataSource &) = delete;
-    virtual ~UIBubbleTableViewDataSource() = default;
-
     virtual int rowsForBubbleTable(const UIBubbleTableView &table) = 0;
     // In any order of dates; never null.
     virtual NSBubblePtr bubbleTableViewDataForRow(const UIBubbleTableView &table, int row) = 0;

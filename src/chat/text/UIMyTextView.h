@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/InterfaceBase.h"
+
 #include <QObject>
 #include <QString>
 
@@ -9,14 +11,9 @@
 namespace cvtamber {
 
 // Who a page hands its words to.
-class UIMyTextViewDelegate
+class UIMyTextViewDelegate : public InterfaceBase
 {
 public:
-    UIMyTextViewDelegate() = default;
-    UIMyTextViewDelegate(const UIMyTextViewDelegate &) = delete;
-    UIMyTextViewDelegate &operator=(const UIMyTextViewDelegate &) = delete;
-    virtual ~UIMyTextViewDelegate() = default;
-
     // To be sent as it is: line ends are "\r\n". Each character of the page that a person wrote comes once, in order.
     virtual void newTextReady(const QString &text) = 0;
     // Asked before the words become fixed; words that may not be sent stay unsent, and are asked for again with the

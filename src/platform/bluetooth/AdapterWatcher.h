@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/InterfaceBase.h"
 #include "device/BluetoothCentral.h"
 
 #include <functional>
@@ -10,14 +11,9 @@ namespace cvtamber {
 // Knows whether Bluetooth can be used, and says when that changes.
 //
 // The state is Unknown at first and becomes known from the event loop. Main thread. Owner: the radio.
-class AdapterWatcher
+class AdapterWatcher : public InterfaceBase
 {
 public:
-    AdapterWatcher() = default;
-    AdapterWatcher(const AdapterWatcher &) = delete;
-    AdapterWatcher &operator=(const AdapterWatcher &) = delete;
-    virtual ~AdapterWatcher() = default;
-
     virtual BluetoothCentral::State state() const = 0;
     // One sentence that says what to do, empty when powered on.
     virtual QString stateText() const = 0;

@@ -1,19 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/InterfaceBase.h"
 #include "simulator/SimulatedDevice.h"
 
 namespace cvtamber {
 
 // The link to a device as its services on the bus use it.
-class GattLink
+class GattLink : public InterfaceBase
 {
 public:
-    GattLink() = default;
-    GattLink(const GattLink &) = delete;
-    GattLink &operator=(const GattLink &) = delete;
-    virtual ~GattLink() = default;
-
     virtual SimulatedDevice &peer() = 0;
     // Linked, and the services are known.
     virtual bool isResolved() const = 0;
