@@ -87,7 +87,7 @@ def ends_while_adding(desk, binary, by_window):
 
 
 def ends_while_sending(desk, binary, profile):
-    with Program(desk, binary, [f"--simulate={profile}"], size="desktop") as p:
+    with Program(desk, binary, [f"--simulate={profile}"]) as p:
         p.press("Corvane Brailler", "page tab")
         p.press("Connect to Corvane")
         p.press("Window desk...")
@@ -99,9 +99,6 @@ def ends_while_sending(desk, binary, profile):
         p.press("Send to the Corvane")
         p.press("Send as it is")
         p.see("Progress:...", "progress bar")
-        for size in ((800, 800), p.size):
-            p.resize(*size)
-            p.see("Progress:...", "progress bar")
         ends(p, by_window=True)
 
 

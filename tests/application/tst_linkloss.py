@@ -9,7 +9,7 @@ import json
 import pathlib
 import sys
 
-from driver import Desk
+from driver import Desk, SIZES
 from keyboard import chosen
 from news import News
 from steps import expect, put_pupil
@@ -55,6 +55,9 @@ def leave_store(p):
     p.press("Send as it is")
     p.see("Progress:...", "progress bar")
     p.shot_of("sending")
+    for size in ("desktop", "wide", "phone"):
+        p.resize(*SIZES[size])
+        p.see("Progress:...", "progress bar")
     p.keys("Escape")
     p.see("You have cancelled. The file on the Corvane is incomplete.")
     p.has_focus("OK")
