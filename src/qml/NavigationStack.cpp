@@ -116,7 +116,7 @@ QQuickItem *NavigationStack::pageOf(const ViewController *controller) const
     const auto found = std::find_if(_pages.begin(), _pages.end(), [&](const Page &page) {
         return page.item && page.controller == controller && isSeen(page.item);
     });
-    return found == _pages.end() ? pageInUse() : found->item.data();
+    return found == _pages.end() ? nullptr : found->item.data();
 }
 
 QQuickItem *NavigationStack::otherPage() const

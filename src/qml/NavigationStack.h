@@ -50,8 +50,8 @@ public:
     QQuickItem *topPage() const { return _pages.empty() ? nullptr : _pages.back().item.data(); }
     // The one that has the focus, or had it last; the top one while there is but one.
     Q_INVOKABLE QQuickItem *pageInUse() const;
-    // The page of the screen, or the one in use where the screen has none here.
-    Q_INVOKABLE QQuickItem *pageOf(const cvtamber::ViewController *controller) const;
+    // The page of the screen; null where none is seen here.
+    QQuickItem *pageOf(const ViewController *controller) const;
     // Of two pages that are seen the one that is not in use; null where there is none.
     Q_INVOKABLE QQuickItem *otherPage() const;
     bool isWide() const { return _isWide; }

@@ -44,6 +44,16 @@ NavigationStack *stackOf(QObject *view, const NavigationController &navigation)
     return found == stacks.end() ? nullptr : *found;
 }
 
+// Null where the screen is not on a page of its own.
+QQuickItem *pageOf(QObject *view, const ViewController *screen)
+{
+    for (const NavigationStack *stack : view->findChildren<NavigationStack *>()) {
+        if (QQuickItem *page = stack->isVisible() ? stack->pageOf(screen) : nullptr)
+            return page;
+    }
+    return nullptr;
+}
+
 } // namespace
 
 QmlPresenter::QmlPresenter(RunLoop &runLoop)
@@ -364,7 +374,11 @@ QObject *QmlPresenter::makeSheet(const ActionSheet &sheet)
 QQuickItem *QmlPresenter::ownerOf(const Anchor &anchor) const
 {
     QQuickItem *item = nullptr;
-    QMetaObject::invokeMethod(topView(), "anchorItem", Q_RETURN_ARG(QQuickItem *, item),
+    QQuickItem *page = pageOf(topView(), anchor.screen);
+    const bool isOnPage =
+        page != nullptr && anchor.kind != Anchor::Kind::TabBar && anchor.kind != Anchor::Kind::Menu;
+    QObject *place = isOnPage ? page : topView();
+    QMetaObject::invokeMethod(place, "anchorItem", Q_RETURN_ARG(QQuickItem *, item),
                               Q_ARG(int, static_cast<int>(anchor.kind)), Q_ARG(int, anchor.section),
                               Q_ARG(int, anchor.row), Q_ARG(int, anchor.button));
     // A button of the row that has asked for the sheet has the focus.

@@ -8,6 +8,8 @@
 
 namespace cvtamber {
 
+class ViewController;
+
 // Where a sheet points to on a tablet; a phone shows every sheet from the bottom.
 struct Anchor
 {
@@ -19,6 +21,8 @@ struct Anchor
     int row = 0;
     // For the bar buttons: which one, from the edge.
     int button = 0;
+    // Who asks, of two screens side by side; only compared. Filled in by ViewController::showActionSheet.
+    const ViewController *screen = nullptr;
 };
 
 // A menu. Told apart by its tag.

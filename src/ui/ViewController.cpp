@@ -165,6 +165,7 @@ void ViewController::showAlert(AlertView alert)
 
 void ViewController::showActionSheet(ActionSheet sheet)
 {
+    sheet.anchor.screen = this;
     _presenter.showActionSheet(answeredOnce(std::move(sheet), asker()));
 }
 

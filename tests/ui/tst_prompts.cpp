@@ -149,6 +149,7 @@ void TestPrompts::sheetMayAskAgain()
         }
     };
     bench.screen->showActionSheet(sheet);
+    QCOMPARE(bench.presenter.sheet()->anchor.screen, bench.screen.get());
     QVERIFY(bench.presenter.answerSheet(QStringLiteral("Delete")));
     QVERIFY(bench.presenter.cancelSheet());
     QCOMPARE(answered, 2);
